@@ -1,0 +1,22 @@
+#pragma once
+
+#include <chrono>
+
+namespace tallowbay {
+
+using WallTime = std::chrono::system_clock::time_point;
+using MonotonicTime = std::chrono::steady_clock::time_point;
+
+// The time, as the logic is allowed to see it. Thread: any.
+class Clock {
+public:
+    virtual ~Clock() = default;
+
+    // Comparable with file dates; jumps when the user sets the clock.
+    virtual WallTime wallNow() const = 0;
+
+    // Never runs backwards; its zero means nothing.
+    virtual MonotonicTime monotonicNow() const = 0;
+};
+
+} // namespace tallowbay

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "platform/Clock.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tallowbay {
+
+// The file system, as far as the logic needs it. Paths are absolute, and any byte but zero and the
+// slash may stand in a name.
+//
+// Thread: any. Nothing throws; each function says what a failure looks like.
+class FileSystem {
+public:
+    virtual ~FileSystem() = default;
+
+    // Follows symbolic links: a dangling link does not exist. False also where a folder on the way
+    // may not be searched.
+    virtual bool exists(const std::filesystem::path&) const = 0;
+    virtual bool isDirectory(const std::filesystem::path&) const = 0;
+
+    // When the entry was made: the file system's birth time; where there is none, the time of its
+    // last modification. A symbolic link's own date, not its target's. Empty if there is no entry.
+    virtual std::optional<WallTime> creationDate(const std::filesystem::path&) const = 0;
+
+    // Bytes. Empty if it is no readable file.
+    virtual std::optional<std::uintmax_t> size(const std::filesystem::path&) const = 0;
+
+    // Every entry of a folder, hidden ones included, in the file system's order and as
+    // folder / name. Empty optional if the folder cannot be listed.
+    virtual std::optional<std::vector<std::filesystem::path>> list(
+        const std::filesystem::path& folder) const = 0;
+
+    // With intermediate folders. True if the folder is there afterwards.
+    virtual bool createFolders(const std::filesystem::path&) = 0;
+
+    // At once and for good; a folder with all it holds. A symbolic link goes itself, never what it
+    // points to. False if the entry, or a part of it, is still there or never was.
+    virtual bool remove(const std::filesystem::path&) = 0;
+
+    virtual std::optional<std::string> read(const std::filesystem::path&) const = 0;
+
+    // The file has the new bytes, or on failure (false) still the old ones: written beside it,
+    // synced to the disk, then put in its place.
+    virtual bool writeAtomically(const std::filesystem::path&, std::string_view bytes) = 0;
+
+    virtual std::filesystem::path homeFolder() const = 0;
+
+    // For files that do not outlive their use.
+    virtual std::filesystem::path temporaryFolder() const = 0;
+};
+
+} // namespace tallowbay

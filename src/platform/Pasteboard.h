@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace tallowbay {
+
+// The general pasteboard (the clipboard) of the user's session.
+//
+// Thread: main queue. What is written can be read by others while no window of ours has the focus,
+// for as long as the program runs. No failure is reported.
+class Pasteboard {
+public:
+    virtual ~Pasteboard() = default;
+
+    // Afterwards a paste inserts nothing, and a clipboard manager does not bring the old content
+    // back.
+    virtual void clear() = 0;
+
+    // A paste target receives the files, in this order; no text and no image beside them. The paths
+    // are absolute; every byte of a name arrives. No files: as clear().
+    virtual void writeFiles(const std::vector<std::filesystem::path>&) = 0;
+
+    // Plain text, UTF-8.
+    virtual void writeText(const std::string&) = 0;
+
+    // The local files that a paste would insert, whoever put them there. Empty if it holds none,
+    // or if its owner does not answer within half a second.
+    virtual std::vector<std::filesystem::path> readFiles() const = 0;
+
+    // Grows with every change of the content, by us or by others.
+    virtual std::int64_t changeCount() const = 0;
+};
+
+} // namespace tallowbay

@@ -1,0 +1,54 @@
+#pragma once
+
+namespace tallowbay {
+
+class Alerts;
+class Application;
+class Clock;
+class Console;
+class Dispatch;
+class FileEvents;
+class FileSystem;
+class FolderEvents;
+class KeyPoster;
+class KeyTap;
+class Pasteboard;
+class Permissions;
+class Processes;
+class Resources;
+class Screens;
+class StatusBar;
+class TextMeasurer;
+class ToastViews;
+class Updater;
+class UserDefaultsStore;
+struct DesktopSettings;
+struct ToolPaths;
+
+// One backend: every seam that the application object needs. The owner outlives its users.
+struct Platform {
+    Dispatch& dispatch;
+    Clock& clock;
+    Console& console;
+    FileSystem& fileSystem;
+    FileEvents& fileEvents;
+    FolderEvents& folderEvents;
+    Processes& processes;
+    const Resources& resources;
+    const ToolPaths& tools;
+    UserDefaultsStore& defaults;
+    const DesktopSettings& desktop;
+    Pasteboard& pasteboard;
+    KeyTap& keyTap;
+    KeyPoster& keyPoster;
+    Permissions& permissions;
+    StatusBar& statusBar;
+    Alerts& alerts;
+    Updater& updater;
+    Application& application;
+    Screens& screens;
+    TextMeasurer& textMeasurer;
+    ToastViews& toastViews;
+};
+
+} // namespace tallowbay

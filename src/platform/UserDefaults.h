@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <variant>
+
+namespace tallowbay {
+
+// One stored preference. The type counts: a number written as text is text.
+struct DefaultsValue {
+    using Dictionary = std::map<std::string, DefaultsValue>;
+    std::variant<bool, std::int64_t, double, std::string, Dictionary> value;
+
+    bool operator==(const DefaultsValue&) const = default;
+};
+
+// The preferences of one domain.
+//
+// Thread: main queue. Another process may write the same domain at any time; a read sees what was
+// written before it. A write keeps every key that it does not name, is on the disk when it
+// returns, and is lost silently if the disk refuses it. A file that cannot be understood reads as
+// empty and is kept aside, not lost, when something is written.
+class UserDefaults {
+public:
+    virtual ~UserDefaults() = default;
+
+    // Empty if the key is absent; a value of an unexpected type is returned as it stands.
+    virtual std::optional<DefaultsValue> value(const std::string& key) const = 0;
+    virtual void set(const std::string& key, DefaultsValue) = 0;
+    virtual void remove(const std::string& key) = 0;
+};
+
+// Opens domains by name. Thread: main queue. The store outlives what it opened.
+class UserDefaultsStore {
+public:
+    virtual ~UserDefaultsStore() = default;
+
+    // The program's own domain.
+    virtual UserDefaults& standard() = 0;
+
+    // A domain of the system or of another program; need not exist.
+    virtual std::unique_ptr<UserDefaults> open(const std::string& domain) = 0;
+};
+
+// A boolean as the user may have written it: a number counts as true unless it is zero, a text if
+// it reads "YES", "true" or "1" (any case). Anything else, and an absent key, gives the fallback.
+bool boolValue(const UserDefaults&, const std::string& key, bool fallback);
+
+// Empty if the key is absent or holds no text.
+std::optional<std::string> stringValue(const UserDefaults&, const std::string& key);
+
+} // namespace tallowbay
