@@ -1,0 +1,13 @@
+#include "platform/linux/GlobalQueues.h"
+
+#include <utility>
+
+namespace tallowbay::linux_desktop {
+
+void GlobalQueues::async(QualityOfService quality, Task task)
+{
+    auto& pool = quality == QualityOfService::userInteractive ? userInteractive : userInitiated;
+    pool.async(std::move(task));
+}
+
+} // namespace tallowbay::linux_desktop

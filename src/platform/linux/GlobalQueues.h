@@ -1,0 +1,19 @@
+#pragma once
+
+#include "platform/linux/WorkerPool.h"
+
+namespace tallowbay::linux_desktop {
+
+// The background queues of the process: a pool of threads for each quality of service.
+//
+// Thread: any. Destroying them is destroying a WorkerPool each.
+class GlobalQueues {
+public:
+    void async(QualityOfService, Task);
+
+private:
+    WorkerPool userInteractive{"interactive", WorkerPool::defaultThreadLimit()};
+    WorkerPool userInitiated{"initiated", WorkerPool::defaultThreadLimit()};
+};
+
+} // namespace tallowbay::linux_desktop

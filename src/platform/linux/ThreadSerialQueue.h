@@ -1,0 +1,19 @@
+#pragma once
+
+#include "platform/linux/WorkerPool.h"
+
+#include <string_view>
+
+namespace tallowbay::linux_desktop {
+
+// A serial queue with a thread of its own, started with the first task.
+class ThreadSerialQueue : public SerialQueue {
+public:
+    explicit ThreadSerialQueue(std::string_view label);
+    void async(Task) override;
+
+private:
+    WorkerPool pool;
+};
+
+} // namespace tallowbay::linux_desktop
