@@ -31,8 +31,25 @@ function(tallowbay_library name)
   target_link_libraries(tallowbay_${name} PUBLIC tallowbay_options ${arg_DEPENDS})
 endfunction()
 
+# tallowbay_helper(NAME SOURCES ... [DEPENDS ...])
+# An executable that the program runs, built and installed where the program looks for it. All of
+# them together are the target "helpers".
+add_custom_target(helpers)
+function(tallowbay_helper name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;DEPENDS")
+  add_executable(${name} ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE tallowbay_options ${arg_DEPENDS})
+  set_target_properties(${name} PROPERTIES
+    RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/libexec/tallowbay")
+  install(TARGETS ${name} RUNTIME DESTINATION "${CMAKE_INSTALL_LIBEXECDIR}/tallowbay")
+  add_dependencies(helpers ${name})
+endfunction()
+
 # tallowbay_test(NAME SOURCES ... [DEPENDS ...] [LABEL unit|desktop] [TIMEOUT seconds])
-# One GoogleTest program; every test in it is a test of CTest, too.
+# One GoogleTest program; every test in it is a test of CTest, too. The programs of a label
+# together are the target "unit_tests" or "desktop_tests".
+add_custom_target(unit_tests)
+add_custom_target(desktop_tests)
 function(tallowbay_test name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "LABEL;TIMEOUT" "SOURCES;DEPENDS")
   if(NOT arg_LABEL)
@@ -44,6 +61,7 @@ function(tallowbay_test name)
   add_executable(${name}_test ${arg_SOURCES})
   target_link_libraries(${name}_test PRIVATE tallowbay_options GTest::gmock GTest::gtest_main
     ${arg_DEPENDS})
+  add_dependencies(${arg_LABEL}_tests ${name}_test)
   gtest_discover_tests(${name}_test TEST_PREFIX "${name}." DISCOVERY_TIMEOUT 60
     PROPERTIES LABELS ${arg_LABEL} TIMEOUT ${arg_TIMEOUT})
 endfunction()
