@@ -28,6 +28,7 @@ WorkerPool::~WorkerPool()
         ending = true;
         dropped.swap(waiting);
     }
+    dropped.clear();
     changed.notify_all();
     for (auto& thread : threads)
         thread.join();

@@ -1,0 +1,77 @@
+#include "platform/linux/LoopDispatch.h"
+
+#include "platform/contract/DispatchContract.h"
+
+namespace tallowbay::linux_desktop {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+struct LoopBackend {
+    LoopDispatch loop;
+
+    Dispatch& dispatch() { return loop; }
+    MonotonicTime now() { return std::chrono::steady_clock::now(); }
+    void pass(std::chrono::milliseconds time)
+    {
+        loop.runUntil([] { return false; }, time);
+    }
+    bool runUntil(const std::function<bool()>& condition) { return loop.runUntil(condition, 30s); }
+};
+
+} // namespace
+
+} // namespace tallowbay::linux_desktop
+
+namespace tallowbay::contract {
+INSTANTIATE_TYPED_TEST_SUITE_P(Loop, DispatchContract, linux_desktop::LoopBackend);
+}
+
+namespace tallowbay::linux_desktop {
+
+TEST(LoopDispatchTest, RunsNoTaskWhenTheConditionHoldsFromTheStart)
+{
+    LoopDispatch loop;
+    bool ran = false;
+    loop.mainAsync([&] { ran = true; });
+    EXPECT_TRUE(loop.runUntil([] { return true; }, 30s));
+    EXPECT_FALSE(ran);
+}
+
+TEST(LoopDispatchTest, GivesUpAtTheLimit)
+{
+    LoopDispatch loop;
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_FALSE(loop.runUntil([] { return false; }, 20ms));
+    EXPECT_GE(std::chrono::steady_clock::now() - start, 20ms);
+}
+
+TEST(LoopDispatchTest, GivesUpAtTheLimitAlsoWhenTasksNeverEnd)
+{
+    LoopDispatch loop;
+    std::function<void()> again = [&] { loop.mainAsync([&] { again(); }); };
+    again();
+    EXPECT_FALSE(loop.runUntil([] { return false; }, 20ms));
+}
+
+TEST(LoopDispatchTest, DoesNotMakeUpForALateTick)
+{
+    LoopDispatch loop;
+    int ticks = 0;
+    const auto token = loop.repeatEvery(40ms, [&] { ++ticks; });
+    std::this_thread::sleep_for(130ms);
+    loop.runUntil([&] { return ticks > 0; }, 30s);
+    const auto firstTick = std::chrono::steady_clock::now();
+    loop.runUntil([&] { return ticks > 1; }, 30s);
+    EXPECT_GE(std::chrono::steady_clock::now() - firstTick, 35ms);
+}
+
+TEST(LoopDispatchTest, TokensMayOutliveTheirDispatch)
+{
+    auto loop = std::make_unique<LoopDispatch>();
+    const auto token = loop->repeatEvery(1ms, [] {});
+    loop.reset();
+}
+
+} // namespace tallowbay::linux_desktop
