@@ -30,7 +30,8 @@ public:
 
 // Tells that an entry of one folder came, went or changed its name; what it was is not said.
 //
-// Thread: start() and the handler run on the main queue. Bursts may be merged into one call.
+// Thread: start() and the handler run on the main queue. Bursts may be merged into one call. That
+// the folder itself vanishes, and that it comes back, counts as a change; it then is watched again.
 class FolderEvents {
 public:
     using Handler = std::function<void()>;

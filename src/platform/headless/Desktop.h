@@ -1,0 +1,57 @@
+#pragma once
+
+#include "platform/Console.h"
+#include "platform/DesktopSettings.h"
+#include "platform/Platform.h"
+#include "platform/headless/HandFedKeys.h"
+#include "platform/headless/HeadlessUi.h"
+#include "platform/headless/MemoryFileSystem.h"
+#include "platform/headless/MemoryPasteboard.h"
+#include "platform/headless/MemoryUserDefaults.h"
+#include "platform/headless/ScriptedProcesses.h"
+#include "platform/headless/VirtualTime.h"
+
+namespace tallowbay::headless {
+
+class RecordingConsole final : public Console {
+public:
+    void line(std::string_view text) override { lines.emplace_back(text); }
+
+    std::vector<std::string> lines;
+};
+
+// A whole desktop in memory: every seam, with the controls of each.
+struct Desktop {
+    VirtualClock clock;
+    VirtualDispatch dispatch{clock};
+    RecordingConsole console;
+    MemoryFileSystem files{clock};
+    MemoryFileEvents fileEvents{files, dispatch};
+    MemoryFolderEvents folderEvents{files, dispatch};
+    ScriptedProcesses processes;
+    HeadlessResources resources;
+    ToolPaths tools;
+    MemoryUserDefaultsStore defaults;
+    DesktopSettings settings;
+    MemoryPasteboard pasteboard;
+    HandFedKeyTap keyTap;
+    JournalKeyPoster keyPoster;
+    HeadlessPermissions permissions;
+    HeadlessStatusBar statusBar;
+    HeadlessAlerts alerts;
+    HeadlessUpdater updater;
+    HeadlessApplication application;
+    HeadlessScreens screens;
+    HeadlessTextMeasurer textMeasurer;
+    HeadlessToasts toasts{dispatch};
+
+    Platform platform()
+    {
+        return {dispatch,    clock,     console,      files,     fileEvents, folderEvents,
+                processes,   resources, tools,        defaults,  settings,   pasteboard,
+                keyTap,      keyPoster, permissions,  statusBar, alerts,     updater,
+                application, screens,   textMeasurer, toasts};
+    }
+};
+
+} // namespace tallowbay::headless

@@ -1,0 +1,227 @@
+#include "platform/headless/MemoryFileSystem.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace tallowbay::headless {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// Whether the path is the folder itself or lies anywhere below it.
+bool isWithin(const fs::path& path, const fs::path& folder)
+{
+    const auto [end, ignored] =
+        std::mismatch(folder.begin(), folder.end(), path.begin(), path.end());
+    return end == folder.end();
+}
+
+} // namespace
+
+MemoryFileSystem::MemoryFileSystem(const Clock& clock)
+    : clock(clock)
+{
+    put("/tmp", true);
+    put(homeFolder() / "Desktop", true);
+    put(homeFolder() / "Downloads", true);
+}
+
+const MemoryFileSystem::Node* MemoryFileSystem::find(const fs::path& path) const
+{
+    const auto found = nodes.find(path);
+    return found == nodes.end() ? nullptr : &found->second;
+}
+
+bool MemoryFileSystem::writable(const fs::path& path) const
+{
+    return std::ranges::none_of(
+        readOnly, [&](const fs::path& folder) { return isWithin(path, folder); });
+}
+
+MemoryFileSystem::Node& MemoryFileSystem::put(const fs::path& path, bool folder)
+{
+    if (path.has_relative_path() && !find(path.parent_path()))
+        put(path.parent_path(), true);
+    const auto [entry, isNew] = nodes.try_emplace(path, Node{folder, {}, clock.wallNow()});
+    if (isNew)
+        tell(path, Change::entryCame);
+    return entry->second;
+}
+
+void MemoryFileSystem::tell(const fs::path& path, Change change) const
+{
+    for (const auto& [id, listener] : std::map(listeners))
+        (*listener)(path, change);
+}
+
+bool MemoryFileSystem::exists(const fs::path& path) const
+{
+    return find(path) != nullptr;
+}
+
+bool MemoryFileSystem::isDirectory(const fs::path& path) const
+{
+    const Node* node = find(path);
+    return node && node->folder;
+}
+
+std::optional<WallTime> MemoryFileSystem::creationDate(const fs::path& path) const
+{
+    const Node* node = find(path);
+    return node ? node->created : std::nullopt;
+}
+
+std::optional<std::uintmax_t> MemoryFileSystem::size(const fs::path& path) const
+{
+    const Node* node = find(path);
+    return node && !node->folder ? std::optional<std::uintmax_t>(node->bytes.size()) : std::nullopt;
+}
+
+std::optional<std::vector<fs::path>> MemoryFileSystem::list(const fs::path& folder) const
+{
+    if (!isDirectory(folder) || unlistable.contains(folder))
+        return std::nullopt;
+    std::vector<fs::path> entries;
+    for (const auto& [path, node] : nodes) {
+        if (path.parent_path() == folder && path != folder)
+            entries.push_back(path);
+    }
+    return entries;
+}
+
+bool MemoryFileSystem::createFolders(const fs::path& path)
+{
+    const Node* node = find(path);
+    if (node)
+        return node->folder;
+    if (!writable(path))
+        return false;
+    put(path, true);
+    return true;
+}
+
+bool MemoryFileSystem::remove(const fs::path& path)
+{
+    if (!find(path) || !writable(path))
+        return false;
+    std::erase_if(nodes, [&](const auto& entry) { return isWithin(entry.first, path); });
+    tell(path, Change::entryWent);
+    return true;
+}
+
+std::optional<std::string> MemoryFileSystem::read(const fs::path& path) const
+{
+    const Node* node = find(path);
+    return node && !node->folder ? std::optional(node->bytes) : std::nullopt;
+}
+
+bool MemoryFileSystem::writeAtomically(const fs::path& path, std::string_view bytes)
+{
+    if (!writable(path) || isDirectory(path) || !isDirectory(path.parent_path()))
+        return false;
+    create(path, std::string(bytes));
+    return true;
+}
+
+void MemoryFileSystem::create(const fs::path& path, std::string bytes)
+{
+    beginWriting(path, {});
+    finishWriting(path, std::move(bytes));
+}
+
+void MemoryFileSystem::beginWriting(const fs::path& path, std::string bytes)
+{
+    put(path, false).bytes = std::move(bytes);
+}
+
+void MemoryFileSystem::finishWriting(const fs::path& path, std::string bytes)
+{
+    put(path, false).bytes = std::move(bytes);
+    tell(path, Change::fileCompleted);
+}
+
+void MemoryFileSystem::rename(const fs::path& from, const fs::path& to)
+{
+    auto node = nodes.extract(from);
+    nodes.erase(to);
+    node.key() = to;
+    nodes.insert(std::move(node));
+    tell(from, Change::entryWent);
+    tell(to, Change::entryCame);
+    tell(to, Change::fileCompleted);
+}
+
+void MemoryFileSystem::setCreationDate(const fs::path& path, std::optional<WallTime> date)
+{
+    nodes.at(path).created = date;
+}
+
+Subscription MemoryFileSystem::listen(Listener listener)
+{
+    const int id = ++lastListener;
+    listeners.emplace(id, std::make_shared<Listener>(std::move(listener)));
+    return Subscription([this, id] { listeners.erase(id); });
+}
+
+void MemoryFileEvents::report(const std::weak_ptr<Stream>& stream, const fs::path& path)
+{
+    dispatch.mainAsync([stream, path] {
+        if (const auto alive = stream.lock())
+            alive->handler({path});
+    });
+}
+
+std::optional<Subscription> MemoryFileEvents::start(
+    const fs::path& folder, std::chrono::milliseconds latency, Handler handler)
+{
+    if (std::exchange(failStart, false))
+        return std::nullopt;
+    const int id = ++lastStream;
+    auto stream = std::make_shared<Stream>(Stream{folder, latency, std::move(handler)});
+    auto listening = files.listen(
+        [this, weak = std::weak_ptr(stream), folder](const fs::path& path, auto change) {
+            if (change == MemoryFileSystem::Change::fileCompleted && isWithin(path, folder))
+                report(weak, path);
+        });
+    streams.emplace(id, std::move(stream));
+    return Subscription(
+        [this, id, listening = std::make_shared<Subscription>(std::move(listening))] {
+            listening->reset();
+            streams.erase(id);
+        });
+}
+
+void MemoryFileEvents::emit(const fs::path& path)
+{
+    for (const auto& [id, stream] : streams) {
+        if (isWithin(path, stream->folder))
+            report(stream, path);
+    }
+}
+
+std::optional<Subscription> MemoryFolderEvents::start(const fs::path& folder, Handler handler)
+{
+    if (!files.isDirectory(folder))
+        return std::nullopt;
+    ++running;
+    auto shared = std::make_shared<Handler>(std::move(handler));
+    auto listening = files.listen(
+        [this, weak = std::weak_ptr(shared), folder](const fs::path& path, auto change) {
+            if (change == MemoryFileSystem::Change::fileCompleted
+                || (path.parent_path() != folder && path != folder))
+                return;
+            dispatch.mainAsync([weak] {
+                if (const auto alive = weak.lock())
+                    (*alive)();
+            });
+        });
+    return Subscription(
+        [this, shared, listening = std::make_shared<Subscription>(std::move(listening))]() mutable {
+            listening->reset();
+            shared.reset();
+            --running;
+        });
+}
+
+} // namespace tallowbay::headless

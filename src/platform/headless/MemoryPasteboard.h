@@ -1,0 +1,32 @@
+#pragma once
+
+#include "platform/Pasteboard.h"
+
+#include <string>
+#include <variant>
+
+namespace tallowbay::headless {
+
+// What a paste would insert stands in `files` and `text`; at most one of them holds anything.
+class MemoryPasteboard final : public Pasteboard {
+public:
+    void clear() override;
+    void writeFiles(const std::vector<std::filesystem::path>& paths) override;
+    void writeText(const std::string& written) override;
+    std::vector<std::filesystem::path> readFiles() const override { return files; }
+    std::int64_t changeCount() const override { return changes; }
+
+    // Another program copies something.
+    void copyElsewhere(std::vector<std::filesystem::path> paths);
+    void copyTextElsewhere(std::string copied);
+
+    std::vector<std::filesystem::path> files;
+    std::string text;
+
+private:
+    void replace(std::vector<std::filesystem::path> paths, std::string written);
+
+    std::int64_t changes = 0;
+};
+
+} // namespace tallowbay::headless

@@ -1,0 +1,116 @@
+#include "platform/headless/VirtualTime.h"
+
+#include <utility>
+
+namespace tallowbay::headless {
+
+void VirtualClock::move(std::chrono::nanoseconds by)
+{
+    wall += std::chrono::duration_cast<WallTime::duration>(by);
+    monotonic += std::chrono::duration_cast<MonotonicTime::duration>(by);
+}
+
+// Shares the main queue's turn: what it is given runs in order between the main queue's tasks,
+// which is one of the orders that a queue with a thread of its own may show.
+class VirtualDispatch::Serial final : public SerialQueue {
+public:
+    explicit Serial(VirtualDispatch& dispatch)
+        : dispatch(dispatch)
+    {
+    }
+
+    void async(Task task) override
+    {
+        dispatch.mainAsync([alive = std::weak_ptr<char>(token), task = std::move(task)] {
+            if (!alive.expired())
+                task();
+        });
+    }
+
+private:
+    VirtualDispatch& dispatch;
+    std::shared_ptr<char> token = std::make_shared<char>();
+};
+
+void VirtualDispatch::mainAsync(Task task)
+{
+    mainQueue.push_back(std::move(task));
+}
+
+VirtualDispatch::TimerKey VirtualDispatch::schedule(MonotonicTime due, Timer timer)
+{
+    const TimerKey key{due, ++lastTimer};
+    timers.emplace(key, std::move(timer));
+    return key;
+}
+
+void VirtualDispatch::mainAfter(std::chrono::milliseconds delay, Task task)
+{
+    schedule(clock.monotonicNow() + delay, {std::make_shared<Task>(std::move(task))});
+}
+
+Subscription VirtualDispatch::repeatEvery(std::chrono::milliseconds interval, Task task)
+{
+    auto shared = std::make_shared<Task>(std::move(task));
+    schedule(clock.monotonicNow() + interval, {shared, interval});
+    return Subscription([this, shared] {
+        std::erase_if(timers, [&](const auto& entry) { return entry.second.task == shared; });
+    });
+}
+
+void VirtualDispatch::globalAsync(QualityOfService quality, Task task)
+{
+    background.emplace_back(quality, std::move(task));
+}
+
+std::unique_ptr<SerialQueue> VirtualDispatch::makeSerialQueue(std::string_view)
+{
+    return std::make_unique<Serial>(*this);
+}
+
+void VirtualDispatch::runMain()
+{
+    while (!mainQueue.empty()) {
+        const Task task = std::move(mainQueue.front());
+        mainQueue.pop_front();
+        task();
+    }
+}
+
+void VirtualDispatch::runBackground(std::size_t index)
+{
+    const auto chosen = background.begin() + static_cast<std::ptrdiff_t>(index);
+    const Task task = std::move(chosen->second);
+    background.erase(chosen);
+    task();
+    runMain();
+}
+
+void VirtualDispatch::runUntilIdle()
+{
+    runMain();
+    while (!background.empty())
+        runBackground();
+}
+
+void VirtualDispatch::fireNextTimer()
+{
+    const auto [key, timer] = *timers.begin();
+    timers.erase(timers.begin());
+    clock.move(key.first - clock.monotonicNow());
+    if (timer.interval > std::chrono::milliseconds::zero())
+        schedule(key.first + timer.interval, timer);
+    (*timer.task)();
+    runMain();
+}
+
+void VirtualDispatch::advance(std::chrono::milliseconds by)
+{
+    runMain();
+    const auto end = clock.monotonicNow() + by;
+    while (!timers.empty() && timers.begin()->first.first <= end)
+        fireNextTimer();
+    clock.move(end - clock.monotonicNow());
+}
+
+} // namespace tallowbay::headless
