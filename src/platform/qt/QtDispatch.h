@@ -1,0 +1,28 @@
+#pragma once
+
+#include "platform/linux/GlobalQueues.h"
+#include "platform/qt/MainQueue.h"
+
+namespace tallowbay::qt {
+
+// The dispatch of a Qt program: the thread that made it, and runs Qt's event loop, is the main
+// queue.
+//
+// Destroying it waits for the background tasks that are running and drops everything else; its
+// serial queues must be gone by then.
+class QtDispatch final : public Dispatch {
+public:
+    void mainAsync(Task) override;
+    void mainAfter(std::chrono::milliseconds delay, Task) override;
+    Subscription repeatEvery(std::chrono::milliseconds interval, Task) override;
+    void globalAsync(QualityOfService, Task) override;
+    std::unique_ptr<SerialQueue> makeSerialQueue(std::string_view label) override;
+
+private:
+    MainQueue mainQueue;
+
+    // Last, so that they end first: their tasks post to the main queue.
+    linux_desktop::GlobalQueues globalQueues;
+};
+
+} // namespace tallowbay::qt
