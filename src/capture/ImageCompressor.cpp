@@ -1,0 +1,93 @@
+#include "capture/ImageCompressor.h"
+
+#include "capture/ProductFolder.h"
+#include "platform/FileSystem.h"
+
+#include <algorithm>
+#include <cctype>
+
+namespace tallowbay {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+fs::path bundledPath(const Resources& resources, const std::string& name, const fs::path& otherwise)
+{
+    const fs::path bundled = resources.executable(name);
+    return bundled.empty() ? otherwise : bundled;
+}
+
+} // namespace
+
+ImageCompressor::ImageCompressor(
+    FileSystem& fileSystem, Processes& processes, const Resources& resources,
+    const ToolPaths& tools)
+    : fileSystem(&fileSystem)
+    , processes(&processes)
+    , folder(optimizedFolder(fileSystem))
+    , pngquant(bundledPath(resources, "pngquant", tools.pngquant))
+    , cjpeg(tools.cjpeg)
+    , sips(tools.sips)
+{
+}
+
+fs::path ImageCompressor::outputFor(const fs::path& input) const
+{
+    return folder / input.filename();
+}
+
+std::optional<fs::path> ImageCompressor::compress(const fs::path& input) const
+{
+    const std::string extension = lowercaseExtension(input);
+    fileSystem->createFolders(folder);
+    if (extension == "png")
+        return compressPNG(input, outputFor(input));
+    if (extension == "jpg" || extension == "jpeg")
+        return compressJPEG(input, outputFor(input));
+    return std::nullopt;
+}
+
+std::optional<fs::path> ImageCompressor::compressPNG(
+    const fs::path& input, const fs::path& output) const
+{
+    const std::vector<std::string> arguments{"--quality=50-70", "--speed=10", "--output", output,
+                                             "--force",         input};
+    if (produces(pngquant, arguments, output))
+        return output;
+    return sipsFallback(input, output);
+}
+
+std::optional<fs::path> ImageCompressor::compressJPEG(
+    const fs::path& input, const fs::path& output) const
+{
+    if (produces(cjpeg, {"-quality", "85", "-outfile", output, input}, output))
+        return output;
+    return sipsFallback(input, output);
+}
+
+std::optional<fs::path> ImageCompressor::sipsFallback(
+    const fs::path& input, const fs::path& output) const
+{
+    const bool scaled =
+        processes->run(sips, {"--resampleHeightWidthMax", "1400", input, "--out", output});
+    return scaled && fileSystem->exists(output) ? std::optional(output) : std::nullopt;
+}
+
+bool ImageCompressor::produces(
+    const fs::path& tool, const std::vector<std::string>& arguments, const fs::path& output) const
+{
+    return fileSystem->exists(tool) && processes->run(tool, arguments)
+        && fileSystem->exists(output);
+}
+
+std::string lowercaseExtension(const fs::path& path)
+{
+    std::string extension = path.extension().string();
+    extension.erase(0, 1);
+    std::ranges::transform(
+        extension, extension.begin(), [](unsigned char c) { return std::tolower(c); });
+    return extension;
+}
+
+} // namespace tallowbay

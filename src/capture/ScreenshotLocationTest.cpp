@@ -1,0 +1,110 @@
+#include "capture/ScreenshotLocation.h"
+
+#include "platform/headless/Desktop.h"
+
+#include <gtest/gtest.h>
+
+namespace tallowbay {
+namespace {
+
+class ScreenshotLocationTest : public testing::Test {
+protected:
+    void set(const std::string& key, DefaultsValue value)
+    {
+        desktop.defaults.open(screenshotPreferences)->set(key, std::move(value));
+    }
+
+    headless::Desktop desktop;
+    ScreenshotLocation location{desktop.defaults, desktop.files, desktop.settings};
+};
+
+TEST_F(ScreenshotLocationTest, IsTheDesktopFolderByDefault)
+{
+    EXPECT_EQ(location.systemScreenshotDirectory(), "/home/u/Desktop");
+}
+
+TEST_F(ScreenshotLocationTest, IsTheFolderOfThePreferences)
+{
+    set("location", {"/media/shots"});
+    EXPECT_EQ(location.systemScreenshotDirectory(), "/media/shots");
+}
+
+TEST_F(ScreenshotLocationTest, ExpandsALeadingTilde)
+{
+    set("location", {"~/Pictures/Shots"});
+    EXPECT_EQ(location.systemScreenshotDirectory(), "/home/u/Pictures/Shots");
+    set("location", {"~"});
+    EXPECT_EQ(location.systemScreenshotDirectory(), "/home/u");
+    set("location", {"/a/~/b"});
+    EXPECT_EQ(location.systemScreenshotDirectory(), "/a/~/b");
+}
+
+TEST_F(ScreenshotLocationTest, TakesAnEmptyOrMistypedLocationForNone)
+{
+    set("location", {""});
+    EXPECT_EQ(location.systemScreenshotDirectory(), "/home/u/Desktop");
+    set("location", {std::int64_t{7}});
+    EXPECT_EQ(location.systemScreenshotDirectory(), "/home/u/Desktop");
+}
+
+TEST_F(ScreenshotLocationTest, TreatsATrailingSlashAsTheSameFolder)
+{
+    set("location", {"/media/shots/"});
+    EXPECT_EQ(location.systemScreenshotDirectory(), "/media/shots");
+    set("location", {"/"});
+    EXPECT_EQ(location.systemScreenshotDirectory(), "/");
+}
+
+TEST_F(ScreenshotLocationTest, AsksTheDesktopWhereThePreferencesNameNoFolder)
+{
+    desktop.settings.screenshotFolder = [] { return "/home/u/Pictures/Screenshots"; };
+    EXPECT_EQ(location.systemScreenshotDirectory(), "/home/u/Pictures/Screenshots");
+    set("location", {"/media/shots"});
+    EXPECT_EQ(location.systemScreenshotDirectory(), "/media/shots");
+}
+
+TEST_F(ScreenshotLocationTest, SeesAChangeAtTheNextRead)
+{
+    set("location", {"/one"});
+    EXPECT_EQ(location.systemScreenshotDirectory(), "/one");
+    set("location", {"/two"});
+    EXPECT_EQ(location.systemScreenshotDirectory(), "/two");
+}
+
+TEST_F(ScreenshotLocationTest, KnowsTheClipboardTargetInAnyCase)
+{
+    EXPECT_FALSE(location.targetIsClipboard());
+    for (const char* target : {"clipboard", "Clipboard", "CLIPBOARD"}) {
+        set("target", {target});
+        EXPECT_TRUE(location.targetIsClipboard());
+    }
+    set("target", {"file"});
+    EXPECT_FALSE(location.targetIsClipboard());
+}
+
+TEST(ScreenshotName, BeginsWithOneOfTheSystemsPrefixes)
+{
+    EXPECT_TRUE(hasScreenshotName("Screenshot 2024-05-01 at 14.03.27.png"));
+    EXPECT_TRUE(hasScreenshotName("Screen Shot 2014-05-01 at 14.03.27.png"));
+    EXPECT_FALSE(hasScreenshotName("screenshot 2024-05-01 at 14.03.27.png"));
+    EXPECT_FALSE(hasScreenshotName("Screenshot_20240501.png"));
+    EXPECT_FALSE(hasScreenshotName("My Screenshot 1.png"));
+    EXPECT_FALSE(hasScreenshotName("Screenshot.png"));
+}
+
+TEST(ScreenshotName, MayBeginWithAFurtherPrefixOfTheDesktopsTools)
+{
+    EXPECT_TRUE(hasScreenshotName("Screenshot_20240501.png", {"Screenshot_"}));
+    EXPECT_FALSE(hasScreenshotName("screenshot_20240501.png", {"Screenshot_"}));
+}
+
+TEST(ScreenshotExtension, IsPngJpgOrJpegInAnyCase)
+{
+    for (const char* name : {"a.png", "a.PNG", "a.jpg", "a.Jpeg", "a.JPEG"})
+        EXPECT_TRUE(hasScreenshotExtension(name)) << name;
+    for (const char* name : {"a.heic", "a.tiff", "a.mov", "a", "png", ".png"})
+        EXPECT_FALSE(hasScreenshotExtension(name)) << name;
+}
+
+} // namespace
+} // namespace tallowbay

@@ -1,0 +1,116 @@
+#include "ui/ToastWindow.h"
+
+#include "platform/headless/Desktop.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace tallowbay {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+
+class ToastWindowTest : public testing::Test {
+protected:
+    const headless::ToastRecord& show(const std::string& message)
+    {
+        presenter.show(message);
+        desktop.dispatch.runMain();
+        return *desktop.toasts.made.back();
+    }
+
+    headless::Desktop desktop;
+    ToastPresenter presenter{
+        desktop.dispatch, desktop.screens, desktop.textMeasurer, desktop.toasts};
+};
+
+TEST_F(ToastWindowTest, IsMadeOnTheMainQueueAndNotInTheCall)
+{
+    presenter.show("3 Screenshot(s) Ready");
+    EXPECT_TRUE(desktop.toasts.made.empty());
+    desktop.dispatch.runMain();
+    EXPECT_EQ(desktop.toasts.messages(), std::vector<std::string>{"3 Screenshot(s) Ready"});
+}
+
+TEST_F(ToastWindowTest, HasTheLookOfAToast)
+{
+    const auto& toast = show("Pasting...").content;
+    EXPECT_EQ(toast.font, (Font{15, FontWeight::semibold}));
+    EXPECT_EQ(toast.cornerRadius, 12);
+    EXPECT_EQ(static_cast<int>(toast.level), 25);
+}
+
+TEST_F(ToastWindowTest, IsAsWideAsItsTextAnd48Points)
+{
+    const std::string message(30, 'x'); // 30 x 7.5 points
+    EXPECT_EQ(show(message).content.frame, (Rect{{960 - 273.0 / 2, 540 - 24}, {273, 48}}));
+}
+
+TEST_F(ToastWindowTest, IsAtLeast220PointsWide)
+{
+    EXPECT_EQ(show("OK").content.frame, (Rect{{960 - 110, 516}, {220, 48}}));
+}
+
+TEST_F(ToastWindowTest, IsAtMost480PointsWide)
+{
+    EXPECT_EQ(show(std::string(200, 'x')).content.frame, (Rect{{960 - 240, 516}, {480, 48}}));
+}
+
+TEST_F(ToastWindowTest, IsCentredOnAMainScreenThatDoesNotBeginAtZero)
+{
+    desktop.screens.frame = Rect{{100, 50}, {1000, 500}};
+    EXPECT_EQ(show("OK").content.frame.origin, (Point{600 - 110, 300 - 24}));
+}
+
+TEST_F(ToastWindowTest, AssumesAScreenWhereThereIsNone)
+{
+    desktop.screens.frame = std::nullopt;
+    EXPECT_EQ(show("OK").content.frame.origin, (Point{720 - 110, 450 - 24}));
+}
+
+TEST_F(ToastWindowTest, FadesInStaysAndFadesOut)
+{
+    const auto& toast = show("OK");
+    EXPECT_THAT(toast.journal, ElementsAre("alpha 0", "front", "animate to 1 in 150 ms"));
+    desktop.dispatch.advance(949ms);
+    EXPECT_EQ(toast.journal.size(), 3u);
+    desktop.dispatch.advance(1ms); // 150 ms and 800 ms
+    EXPECT_EQ(toast.journal.back(), "animate to 0 in 300 ms");
+    desktop.dispatch.advance(299ms);
+    EXPECT_TRUE(toast.onScreen);
+    desktop.dispatch.advance(1ms);
+    EXPECT_EQ(toast.journal.back(), "close");
+    EXPECT_FALSE(toast.alive);
+}
+
+TEST_F(ToastWindowTest, LeavesAnEarlierToastWhereItIs)
+{
+    const auto& first = show("1 Screenshot(s) Ready");
+    desktop.dispatch.advance(200ms);
+    const auto& second = show("2 Screenshot(s) Ready");
+    EXPECT_TRUE(first.onScreen);
+    EXPECT_TRUE(second.onScreen);
+    EXPECT_EQ(first.content.frame, second.content.frame);
+    desktop.dispatch.advance(1050ms);
+    EXPECT_FALSE(first.alive);
+    EXPECT_TRUE(second.onScreen);
+    desktop.dispatch.advance(200ms);
+    EXPECT_FALSE(second.alive);
+}
+
+TEST_F(ToastWindowTest, MayOutliveItsPresenterInTheQueue)
+{
+    auto shortLived = std::make_unique<ToastPresenter>(
+        desktop.dispatch, desktop.screens, desktop.textMeasurer, desktop.toasts);
+    shortLived->show("shown");
+    desktop.dispatch.runMain();
+    shortLived->show("never shown");
+    shortLived.reset();
+    desktop.dispatch.advance(2s);
+    EXPECT_EQ(desktop.toasts.messages(), std::vector<std::string>{"shown"});
+    EXPECT_FALSE(desktop.toasts.made.front()->alive);
+}
+
+} // namespace
+} // namespace tallowbay
