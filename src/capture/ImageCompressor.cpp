@@ -39,12 +39,19 @@ fs::path ImageCompressor::outputFor(const fs::path& input) const
 
 std::optional<fs::path> ImageCompressor::compress(const fs::path& input) const
 {
+    return compress(input, folder);
+}
+
+std::optional<fs::path> ImageCompressor::compress(
+    const fs::path& input, const fs::path& outputFolder) const
+{
     const std::string extension = lowercaseExtension(input);
-    fileSystem->createFolders(folder);
+    const fs::path output = outputFolder / input.filename();
+    fileSystem->createFolders(outputFolder);
     if (extension == "png")
-        return compressPNG(input, outputFor(input));
+        return compressPNG(input, output);
     if (extension == "jpg" || extension == "jpeg")
-        return compressJPEG(input, outputFor(input));
+        return compressJPEG(input, output);
     return std::nullopt;
 }
 

@@ -23,6 +23,12 @@ public:
     // there already is overwritten.
     std::optional<std::filesystem::path> compress(const std::filesystem::path& input) const;
 
+    // The same into another folder, which is made if it is missing. The tools write straight into
+    // their output: whoever must never see half a file there lets them write somewhere private, and
+    // puts the copy in place afterwards.
+    std::optional<std::filesystem::path> compress(
+        const std::filesystem::path& input, const std::filesystem::path& outputFolder) const;
+
     // Where the copy of an input goes.
     std::filesystem::path outputFor(const std::filesystem::path& input) const;
 

@@ -92,6 +92,16 @@ TEST_F(ImageCompressorTest, CreatesTheOutputFolderOnDemand)
     EXPECT_TRUE(desktop.files.isDirectory(optimized));
 }
 
+TEST_F(ImageCompressorTest, CompressesIntoAnotherFolderWhenAskedTo)
+{
+    desktop.files.create("/home/u/Shot.png", "large");
+    const ImageCompressor compressor(
+        desktop.files, desktop.processes, desktop.resources, desktop.tools);
+    EXPECT_EQ(compressor.compress("/home/u/Shot.png", "/tmp/own/out"), "/tmp/own/out/Shot.png");
+    EXPECT_EQ(desktop.files.read("/tmp/own/out/Shot.png"), "small");
+    EXPECT_FALSE(desktop.files.exists(optimized / "Shot.png"));
+}
+
 TEST_F(ImageCompressorTest, FallsBackToSipsWithoutPngquant)
 {
     desktop.files.remove(desktop.tools.pngquant);
