@@ -53,6 +53,10 @@ public:
 
     // For files that do not outlive their use.
     virtual std::filesystem::path temporaryFolder() const = 0;
+
+    // A new, empty folder inside the temporary folder that no other call and no other program has,
+    // and no other user can look into. Empty if there can be none. The caller removes it.
+    virtual std::optional<std::filesystem::path> makeTemporaryFolder() = 0;
 };
 
 } // namespace tallowbay

@@ -173,12 +173,27 @@ TYPED_TEST_P(FileSystemContract, NamesFoldersThatAreAbsolute)
     EXPECT_TRUE(this->files.isDirectory(this->files.temporaryFolder()));
 }
 
+TYPED_TEST_P(FileSystemContract, MakesATemporaryFolderOfItsOwnForEveryCall)
+{
+    const auto first = this->files.makeTemporaryFolder();
+    const auto second = this->files.makeTemporaryFolder();
+    ASSERT_TRUE(first && second);
+    EXPECT_NE(*first, *second);
+    for (const auto& made : {*first, *second}) {
+        EXPECT_EQ(made.parent_path(), this->files.temporaryFolder());
+        EXPECT_EQ(this->sortedList(made), std::vector<std::filesystem::path>{});
+        EXPECT_TRUE(this->files.writeAtomically(made / "file", "x"));
+        EXPECT_TRUE(this->files.remove(made));
+    }
+}
+
 REGISTER_TYPED_TEST_SUITE_P(
     FileSystemContract, ReadsBackWhatWasWritten, ReplacesWhatWasThereAndLeavesNothingBeside,
     WritesAnEmptyFile, WritesNoFileIntoAFolderThatIsNotThere, WritesNoFileInPlaceOfAFolder,
     KeepsEveryByteOfAName, ListsFilesFoldersAndHiddenEntriesButNotWhatIsBelow,
     ListsNothingThatIsNoFolder, CreatesFoldersWithThoseAbove, CreatesNoFolderWhereAFileIs,
     RemovesAFolderWithAllItHolds, FailsToRemoveWhatNeverWas, KnowsNothingOfAnAbsentEntry,
-    ReadsNoFolder, DatesANewEntryNow, NamesFoldersThatAreAbsolute);
+    ReadsNoFolder, DatesANewEntryNow, NamesFoldersThatAreAbsolute,
+    MakesATemporaryFolderOfItsOwnForEveryCall);
 
 } // namespace tallowbay::contract

@@ -124,6 +124,12 @@ bool MemoryFileSystem::writeAtomically(const fs::path& path, std::string_view by
     return true;
 }
 
+std::optional<fs::path> MemoryFileSystem::makeTemporaryFolder()
+{
+    const fs::path folder = temporaryFolder() / ("folder-" + std::to_string(++lastTemporaryFolder));
+    return createFolders(folder) ? std::optional(folder) : std::nullopt;
+}
+
 void MemoryFileSystem::create(const fs::path& path, std::string bytes)
 {
     beginWriting(path, {});

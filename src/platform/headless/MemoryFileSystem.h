@@ -31,6 +31,7 @@ public:
     bool writeAtomically(const std::filesystem::path&, std::string_view bytes) override;
     std::filesystem::path homeFolder() const override { return "/home/u"; }
     std::filesystem::path temporaryFolder() const override { return "/tmp"; }
+    std::optional<std::filesystem::path> makeTemporaryFolder() override;
 
     // A file that is written and closed at once.
     void create(const std::filesystem::path&, std::string bytes = "data");
@@ -67,6 +68,7 @@ private:
     std::set<std::filesystem::path> unlistable;
     std::map<int, std::shared_ptr<Listener>> listeners;
     int lastListener = 0;
+    int lastTemporaryFolder = 0;
 };
 
 // Reports complete files of the disk in memory; a test may also emit an event by hand.

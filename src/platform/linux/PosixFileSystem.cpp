@@ -126,6 +126,14 @@ std::optional<std::string> PosixFileSystem::read(const fs::path& path) const
     return bytes;
 }
 
+std::optional<fs::path> PosixFileSystem::makeTemporaryFolder()
+{
+    std::string name = temporary / "tallowbay-XXXXXX";
+    if (!::mkdtemp(name.data()))
+        return std::nullopt;
+    return name;
+}
+
 bool PosixFileSystem::writeAtomically(const fs::path& path, std::string_view bytes)
 {
     return replaceFile(path, bytes);

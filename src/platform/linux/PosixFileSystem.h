@@ -24,6 +24,7 @@ public:
     bool writeAtomically(const std::filesystem::path&, std::string_view bytes) override;
     std::filesystem::path homeFolder() const override { return home; }
     std::filesystem::path temporaryFolder() const override { return temporary; }
+    std::optional<std::filesystem::path> makeTemporaryFolder() override;
 
 private:
     std::filesystem::path home;

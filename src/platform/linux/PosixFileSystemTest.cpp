@@ -67,6 +67,14 @@ protected:
     }
 };
 
+TEST_F(PosixFileSystemTest, LetsNoOtherUserLookIntoATemporaryFolder)
+{
+    const auto made = files.makeTemporaryFolder();
+    ASSERT_TRUE(made);
+    EXPECT_EQ(fs::status(*made).permissions(), fs::perms::owner_all);
+    fs::remove(*made);
+}
+
 TEST_F(PosixFileSystemTest, SeesNoEntryBehindADanglingLink)
 {
     fs::create_symlink("nowhere", folder / "link");
