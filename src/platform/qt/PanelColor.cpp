@@ -1,0 +1,50 @@
+#include "platform/qt/PanelColor.h"
+
+#include "platform/qt/X11Queries.h"
+
+#include <QGuiApplication>
+#include <QPalette>
+
+#include <algorithm>
+#include <optional>
+
+namespace tallowbay::qt {
+
+namespace {
+
+constexpr QRgb onLightPanel = 0xff2e2e32;
+constexpr QRgb onDarkPanel = 0xfff4f4f6;
+
+// The tray specification's property holds red, green and blue of four colours, the foreground
+// first, each as 16 bits.
+std::optional<QColor> colorOfTray(std::uint32_t trayWindow)
+{
+    const auto values = windowProperty(trayWindow, "_NET_SYSTEM_TRAY_COLORS");
+    if (values.size() < 3)
+        return std::nullopt;
+    const auto component = [&](int index) {
+        return static_cast<quint16>(std::min<std::uint32_t>(values[index], 0xffff));
+    };
+    return QColor::fromRgba64(component(0), component(1), component(2));
+}
+
+// Desktops whose panel is dark whatever the windows are.
+bool panelIsAlwaysDark()
+{
+    const QList<QByteArray> names = qgetenv("XDG_CURRENT_DESKTOP").split(':');
+    return std::any_of(names.begin(), names.end(), [](const QByteArray& name) {
+        return name == "GNOME" || name == "Unity" || name == "X-Cinnamon" || name == "Budgie";
+    });
+}
+
+} // namespace
+
+QColor panelForeground(const TrayHost& host)
+{
+    if (const auto color = colorOfTray(host.selectionOwner); color && host.notifierOwner.isEmpty())
+        return *color;
+    const bool darkWindows = QGuiApplication::palette().color(QPalette::Window).lightness() < 128;
+    return darkWindows || panelIsAlwaysDark() ? onDarkPanel : onLightPanel;
+}
+
+} // namespace tallowbay::qt

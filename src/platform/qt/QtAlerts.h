@@ -1,0 +1,13 @@
+#pragma once
+
+#include "platform/Application.h"
+
+namespace tallowbay::qt {
+
+// Warnings in a dialog of their own, above other windows; the main queue goes on while it is open.
+class QtAlerts final : public Alerts {
+public:
+    Subscription showWarning(const Alert&, Answer) override;
+};
+
+} // namespace tallowbay::qt

@@ -1,0 +1,27 @@
+#include "platform/qt/QtScreens.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+
+namespace tallowbay::qt {
+
+std::optional<Rect> QtScreens::mainFrame() const
+{
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    if (!screen)
+        return std::nullopt;
+    const QSizeF size = screen->geometry().size();
+    return Rect{{0, 0}, {size.width(), size.height()}};
+}
+
+QRect desktopRect(const Rect& frame)
+{
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    const QRect main = screen ? screen->geometry() : QRect(0, 0, 0, qRound(frame.maxY()));
+    const QRectF flipped(
+        main.left() + frame.minX(), main.top() + main.height() - frame.maxY(),
+        frame.maxX() - frame.minX(), frame.maxY() - frame.minY());
+    return {flipped.topLeft().toPoint(), flipped.size().toSize()};
+}
+
+} // namespace tallowbay::qt

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "platform/Windows.h"
+
+#include <QRect>
+
+namespace tallowbay::qt {
+
+// The screens as Qt knows them; a point is one of Qt's device-independent pixels.
+class QtScreens final : public Screens {
+public:
+    std::optional<Rect> mainFrame() const override;
+};
+
+// Where a frame, whose y grows upwards from the main screen's lower edge, lies on Qt's desktop.
+// Rounded to whole points.
+QRect desktopRect(const Rect& frame);
+
+} // namespace tallowbay::qt

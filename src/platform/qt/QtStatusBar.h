@@ -1,0 +1,14 @@
+#pragma once
+
+#include "platform/Menu.h"
+
+namespace tallowbay::qt {
+
+// The desktop's tray. Its icon has a menu on either mouse button, and comes back when the panel is
+// started anew.
+class QtStatusBar final : public StatusBar {
+public:
+    std::unique_ptr<StatusItem> makeItem(const StatusButton&, Menu) override;
+};
+
+} // namespace tallowbay::qt

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "platform/Windows.h"
+
+#include <QFont>
+
+namespace tallowbay::qt {
+
+// Measures with the font that the windows draw with.
+class QtTextMeasurer final : public TextMeasurer {
+public:
+    Size measure(const std::string& text, const Font&) const override;
+};
+
+// The desktop's interface font in this size and weight.
+QFont interfaceFont(const Font&);
+
+} // namespace tallowbay::qt

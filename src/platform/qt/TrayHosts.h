@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QDBusServiceWatcher>
+#include <QString>
+#include <QTimer>
+
+#include <cstdint>
+#include <functional>
+
+namespace tallowbay::qt {
+
+// Which program shows tray icons, by either of the two ways there are. Equal as long as it is the
+// same run of the same program.
+struct TrayHost {
+    std::uint32_t selectionOwner = 0; // the window of a tray that embeds windows
+    QString notifierOwner; // the bus name of a status notifier watcher that has a host
+
+    bool present() const { return selectionOwner != 0 || !notifierOwner.isEmpty(); }
+    bool operator==(const TrayHost&) const = default;
+};
+
+// Watches for a tray host to come, go or start anew.
+//
+// Qt is not asked: its first look decides for the whole run whether it uses the message bus for
+// tray icons, and that look may come before the desktop's panel has started.
+class TrayHosts final : private QObject {
+public:
+    // Called on the main queue after every change; the first answer comes that way, too.
+    using Changed = std::function<void(const TrayHost&)>;
+    explicit TrayHosts(Changed);
+
+private:
+    void watchNotifiers();
+    void look();
+    void askWatcherForItsHost(const QString& owner);
+    void update(TrayHost);
+
+    Changed changed;
+    TrayHost current;
+    QString watcherOwner;
+    QDBusServiceWatcher notifierWatchers;
+    QTimer timer;
+};
+
+} // namespace tallowbay::qt

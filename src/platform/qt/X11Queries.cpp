@@ -1,0 +1,91 @@
+#include "platform/qt/X11Queries.h"
+
+#include <QGuiApplication>
+
+#include <xcb/xcb.h>
+
+#include <cstdlib>
+#include <memory>
+
+namespace tallowbay::qt {
+
+namespace {
+
+template <typename Reply> using Owned = std::unique_ptr<Reply, decltype(&std::free)>;
+
+template <typename Reply> Owned<Reply> owned(Reply* reply)
+{
+    return {reply, &std::free};
+}
+
+QNativeInterface::QX11Application* x11()
+{
+    return qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
+}
+
+xcb_connection_t* connection()
+{
+    const auto* application = x11();
+    return application ? application->connection() : nullptr;
+}
+
+xcb_atom_t atom(xcb_connection_t* server, const std::string& name)
+{
+    const auto cookie =
+        xcb_intern_atom(server, true, static_cast<std::uint16_t>(name.size()), name.data());
+    const auto reply = owned(xcb_intern_atom_reply(server, cookie, nullptr));
+    return reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
+}
+
+} // namespace
+
+std::uint32_t selectionOwner(const std::string& selection)
+{
+    auto* server = connection();
+    const auto name = server ? atom(server, selection) : XCB_ATOM_NONE;
+    if (name == XCB_ATOM_NONE)
+        return 0;
+    const auto reply = owned(
+        xcb_get_selection_owner_reply(server, xcb_get_selection_owner(server, name), nullptr));
+    return reply ? reply->owner : 0;
+}
+
+// Qt runs on the display's default screen; servers with several of them are history, but one may
+// be addressed as ":0.1".
+std::string withScreenNumber(const std::string& prefix)
+{
+    int screen = 0;
+    char* host = nullptr;
+    if (xcb_parse_display(nullptr, &host, nullptr, &screen))
+        std::free(host);
+    return prefix + std::to_string(screen);
+}
+
+std::vector<std::uint32_t> windowProperty(std::uint32_t window, const std::string& name)
+{
+    auto* server = connection();
+    const auto property = server && window ? atom(server, name) : XCB_ATOM_NONE;
+    if (property == XCB_ATOM_NONE)
+        return {};
+    constexpr std::uint32_t mostValues = 1024;
+    const auto cookie =
+        xcb_get_property(server, false, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, mostValues);
+    const auto reply = owned(xcb_get_property_reply(server, cookie, nullptr));
+    if (!reply || reply->format != 32)
+        return {};
+    const auto* values = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
+    return {values, values + reply->value_len};
+}
+
+std::uint32_t rootWindow()
+{
+    auto* server = connection();
+    return server ? xcb_setup_roots_iterator(xcb_get_setup(server)).data->root : 0;
+}
+
+bool hasCompositingManager()
+{
+    return selectionOwner(withScreenNumber("_NET_WM_CM_S")) != 0;
+}
+
+} // namespace tallowbay::qt

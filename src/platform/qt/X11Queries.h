@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace tallowbay::qt {
+
+// Questions to the X server over Qt's own connection. Without one, every answer is empty.
+//
+// Thread: main queue. Each costs one or two round trips.
+
+// The window that owns a selection such as "_NET_WM_CM_S0"; 0 if nobody does.
+std::uint32_t selectionOwner(const std::string& selection);
+
+// Such as "_NET_SYSTEM_TRAY_S" with the number of the screen that Qt uses.
+std::string withScreenNumber(const std::string& prefix);
+
+// The 32-bit values of a window's property; empty if it has none.
+std::vector<std::uint32_t> windowProperty(std::uint32_t window, const std::string& name);
+
+// The root window, which holds what the window manager says of itself; 0 without a server.
+std::uint32_t rootWindow();
+
+// Whether windows can let shine through what lies below them.
+bool hasCompositingManager();
+
+} // namespace tallowbay::qt
