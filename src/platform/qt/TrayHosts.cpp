@@ -40,10 +40,10 @@ TrayHosts::TrayHosts(Changed changed)
     : changed(std::move(changed))
 {
     watchNotifiers();
-    timer.callOnTimeout(this, [this] { look(); });
+    timer.callOnTimeout([this] { look(); });
     timer.start(lookEvery);
     QMetaObject::invokeMethod(
-        this, [this] { look(); }, Qt::QueuedConnection);
+        &context, [this] { look(); }, Qt::QueuedConnection);
 }
 
 void TrayHosts::watchNotifiers()
@@ -53,8 +53,8 @@ void TrayHosts::watchNotifiers()
     notifierWatchers.setConnection(QDBusConnection::sessionBus());
     notifierWatchers.setWatchMode(QDBusServiceWatcher::WatchForOwnerChange);
     notifierWatchers.addWatchedService(watcherService);
-    connect(
-        &notifierWatchers, &QDBusServiceWatcher::serviceOwnerChanged, this,
+    QObject::connect(
+        &notifierWatchers, &QDBusServiceWatcher::serviceOwnerChanged, &context,
         [this](const QString&, const QString&, const QString& owner) {
             watcherOwner = owner;
             look();
@@ -63,7 +63,7 @@ void TrayHosts::watchNotifiers()
         QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
         QStringLiteral("org.freedesktop.DBus"), QStringLiteral("GetNameOwner"));
     whoIsIt << watcherService;
-    askBus<QString>(whoIsIt, this, [this](const QString& owner) {
+    askBus<QString>(whoIsIt, &context, [this](const QString& owner) {
         watcherOwner = owner;
         look();
     });
@@ -87,7 +87,7 @@ void TrayHosts::askWatcherForItsHost(const QString& owner)
         watcherService, QStringLiteral("/StatusNotifierWatcher"),
         QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
     hasHost << watcherService << QStringLiteral("IsStatusNotifierHostRegistered");
-    askBus<QDBusVariant>(hasHost, this, [this, owner](const QDBusVariant& answer) {
+    askBus<QDBusVariant>(hasHost, &context, [this, owner](const QDBusVariant& answer) {
         if (!answer.variant().toBool() || owner != watcherOwner)
             return;
         TrayHost seen = current;

@@ -23,7 +23,7 @@ struct TrayHost {
 //
 // Qt is not asked: its first look decides for the whole run whether it uses the message bus for
 // tray icons, and that look may come before the desktop's panel has started.
-class TrayHosts final : private QObject {
+class TrayHosts {
 public:
     // Called on the main queue after every change; the first answer comes that way, too.
     using Changed = std::function<void(const TrayHost&)>;
@@ -40,6 +40,7 @@ private:
     QString watcherOwner;
     QDBusServiceWatcher notifierWatchers;
     QTimer timer;
+    QObject context; // last: what the bus still answers is for nobody once it is gone
 };
 
 } // namespace tallowbay::qt

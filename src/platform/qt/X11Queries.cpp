@@ -29,12 +29,17 @@ xcb_connection_t* connection()
     return application ? application->connection() : nullptr;
 }
 
+constexpr xcb_atom_t noAtom = XCB_ATOM_NONE;
+
+// Empty connections have no atoms.
 xcb_atom_t atom(xcb_connection_t* server, const std::string& name)
 {
+    if (!server)
+        return noAtom;
     const auto cookie =
         xcb_intern_atom(server, true, static_cast<std::uint16_t>(name.size()), name.data());
     const auto reply = owned(xcb_intern_atom_reply(server, cookie, nullptr));
-    return reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
+    return reply ? reply->atom : noAtom;
 }
 
 } // namespace
@@ -42,8 +47,8 @@ xcb_atom_t atom(xcb_connection_t* server, const std::string& name)
 std::uint32_t selectionOwner(const std::string& selection)
 {
     auto* server = connection();
-    const auto name = server ? atom(server, selection) : XCB_ATOM_NONE;
-    if (name == XCB_ATOM_NONE)
+    const auto name = atom(server, selection);
+    if (name == noAtom)
         return 0;
     const auto reply = owned(
         xcb_get_selection_owner_reply(server, xcb_get_selection_owner(server, name), nullptr));
@@ -64,8 +69,8 @@ std::string withScreenNumber(const std::string& prefix)
 std::vector<std::uint32_t> windowProperty(std::uint32_t window, const std::string& name)
 {
     auto* server = connection();
-    const auto property = server && window ? atom(server, name) : XCB_ATOM_NONE;
-    if (property == XCB_ATOM_NONE)
+    const auto property = atom(server, name);
+    if (window == 0 || property == noAtom)
         return {};
     constexpr std::uint32_t mostValues = 1024;
     const auto cookie =
