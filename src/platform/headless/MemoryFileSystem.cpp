@@ -92,10 +92,9 @@ std::optional<std::vector<fs::path>> MemoryFileSystem::list(const fs::path& fold
 
 bool MemoryFileSystem::createFolders(const fs::path& path)
 {
-    const Node* node = find(path);
-    if (node)
+    if (const Node* node = find(path))
         return node->folder;
-    if (!writable(path))
+    if (!path.has_relative_path() || !writable(path) || !createFolders(path.parent_path()))
         return false;
     put(path, true);
     return true;

@@ -1,0 +1,67 @@
+#include "platform/contract/DispatchContract.h"
+#include "platform/contract/FileSystemContract.h"
+#include "platform/contract/ProcessesContract.h"
+#include "platform/headless/Desktop.h"
+
+namespace tallowbay::headless {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+struct VirtualDispatchBackend {
+    Desktop desktop;
+
+    Dispatch& dispatch() { return desktop.dispatch; }
+    MonotonicTime now() { return desktop.clock.monotonicNow(); }
+    void pass(std::chrono::milliseconds time) { desktop.dispatch.advance(time); }
+    bool runUntil(const std::function<bool()>& condition)
+    {
+        for (int i = 0; i < 10'000 && !condition(); ++i) {
+            desktop.dispatch.runUntilIdle();
+            desktop.dispatch.advance(condition() ? 0ms : 1ms);
+        }
+        return condition();
+    }
+};
+
+struct MemoryFileBackend {
+    Desktop desktop;
+
+    MemoryFileBackend() { desktop.files.createFolders("/work"); }
+    FileSystem& files() { return desktop.files; }
+    std::filesystem::path folder() { return "/work"; }
+    WallTime now() { return desktop.clock.wallNow(); }
+};
+
+struct ScriptedProcessesBackend {
+    ScriptedProcesses scripted;
+    std::vector<std::string> noted;
+
+    Processes& processes() { return scripted; }
+    std::filesystem::path programThatExits(int status)
+    {
+        const auto path = "/bin/exit" + std::to_string(status);
+        scripted.install(path, [status](const auto&) { return status; });
+        return path;
+    }
+    std::filesystem::path programThatNotesItsArguments()
+    {
+        scripted.install("/bin/note", [this](const auto& arguments) {
+            noted = arguments;
+            return 0;
+        });
+        return "/bin/note";
+    }
+    std::vector<std::string> notedArguments() { return noted; }
+};
+
+} // namespace
+
+} // namespace tallowbay::headless
+
+namespace tallowbay::contract {
+INSTANTIATE_TYPED_TEST_SUITE_P(Headless, DispatchContract, headless::VirtualDispatchBackend);
+INSTANTIATE_TYPED_TEST_SUITE_P(Headless, FileSystemContract, headless::MemoryFileBackend);
+INSTANTIATE_TYPED_TEST_SUITE_P(Headless, ProcessesContract, headless::ScriptedProcessesBackend);
+} // namespace tallowbay::contract
