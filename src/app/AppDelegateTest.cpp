@@ -1,0 +1,279 @@
+#include "app/AppDelegate.h"
+
+#include "platform/headless/Desktop.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace tallowbay {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Paths = std::vector<std::filesystem::path>;
+using Arguments = std::vector<std::string>;
+
+const std::filesystem::path optimized = "/home/u/Downloads/Tallowbay/optimized";
+
+class AppDelegateTest : public testing::Test {
+protected:
+    AppDelegateTest()
+    {
+        desktop.files.create(desktop.tools.pngquant);
+        desktop.processes.install(desktop.tools.pngquant, [this](const Arguments& arguments) {
+            desktop.files.create(arguments.at(3), "small");
+            return 0;
+        });
+    }
+
+    AppDelegate::Windows windows()
+    {
+        AppDelegate::Windows windows;
+        windows.openAnnotationWindow = [this](bool settings) { opened.push_back(settings); };
+        windows.openAbout = [this] { ++abouts; };
+        windows.showSetupFlow = [this](std::function<void()> done) {
+            ++setupFlows;
+            completeSetup = std::move(done);
+        };
+        return windows;
+    }
+
+    void launch(bool onboarded = true)
+    {
+        desktop.defaults.standard().set("onboardingCompleted", {onboarded});
+        app->applicationDidFinishLaunching();
+        desktop.dispatch.runUntilIdle();
+    }
+
+    void screenshot(const std::string& name)
+    {
+        desktop.files.create(std::filesystem::path("/home/u/Desktop") / name, "large");
+        desktop.dispatch.runUntilIdle();
+    }
+
+    void press(const std::string& title)
+    {
+        for (const MenuItem& item : desktop.statusBar.items.front().menu) {
+            if (item.title == title)
+                item.action();
+        }
+    }
+
+    headless::Desktop desktop;
+    std::vector<bool> opened;
+    int abouts = 0;
+    int setupFlows = 0;
+    std::function<void()> completeSetup;
+    std::unique_ptr<AppDelegate> app = std::make_unique<AppDelegate>(desktop.platform(), windows());
+};
+
+TEST_F(AppDelegateTest, StartsItsWatchersAtLaunchOnceTheUserIsThroughTheSetup)
+{
+    launch();
+    EXPECT_EQ(setupFlows, 0);
+    EXPECT_EQ(desktop.fileEvents.running().size(), 1u);
+    EXPECT_TRUE(desktop.keyTap.running());
+    EXPECT_EQ(desktop.folderEvents.runningCount(), 1u);
+}
+
+TEST_F(AppDelegateTest, ShowsTheSetupFirstAndProcessesNothingUntilItIsDone)
+{
+    launch(false);
+    EXPECT_EQ(setupFlows, 1);
+    EXPECT_EQ(desktop.statusBar.items.size(), 1u);
+    screenshot("Screenshot 1.png");
+    EXPECT_THAT(desktop.pasteboard.files, IsEmpty());
+    EXPECT_FALSE(desktop.keyTap.running());
+
+    completeSetup();
+    screenshot("Screenshot 2.png");
+    EXPECT_EQ(desktop.pasteboard.files, Paths{optimized / "Screenshot 2.png"});
+}
+
+TEST_F(AppDelegateTest, TakesAnAbsentKeyForASetupThatIsNotDone)
+{
+    app->applicationDidFinishLaunching();
+    EXPECT_EQ(setupFlows, 1);
+}
+
+TEST_F(AppDelegateTest, StartsTheMainFeaturesOnce)
+{
+    launch();
+    app->startMainFeatures();
+    EXPECT_EQ(desktop.fileEvents.running().size(), 1u);
+    EXPECT_EQ(desktop.keyTap.startCount, 1);
+    EXPECT_EQ(desktop.folderEvents.runningCount(), 1u);
+    EXPECT_EQ(desktop.dispatch.timerCount(), 1u); // the location poll
+}
+
+TEST_F(AppDelegateTest, MayBeGoneWhenTheSetupCompletes)
+{
+    launch(false);
+    app.reset();
+    completeSetup();
+    EXPECT_FALSE(desktop.keyTap.running());
+}
+
+TEST_F(AppDelegateTest, BringsScreenshotsTogetherInOnePaste)
+{
+    launch();
+    for (const char* name : {"Screenshot 1.png", "Screenshot 2.png", "Screenshot 3.png"})
+        screenshot(name);
+    EXPECT_EQ(
+        desktop.pasteboard.files,
+        (Paths{
+            optimized / "Screenshot 1.png", optimized / "Screenshot 2.png",
+            optimized / "Screenshot 3.png"}));
+    desktop.keyTap.press(9, eventFlag::command);
+    desktop.dispatch.runMain();
+    EXPECT_THAT(app->batch().pendingURLs, IsEmpty());
+    EXPECT_EQ(desktop.pasteboard.files.size(), 3u);
+    EXPECT_THAT(desktop.keyPoster.journal, IsEmpty());
+}
+
+TEST_F(AppDelegateTest, PastesByItselfWhatWasPastedTooEarly)
+{
+    launch();
+    desktop.files.create("/home/u/Desktop/Screenshot 1.png", "large");
+    desktop.dispatch.runMain();
+    desktop.keyTap.press(9, eventFlag::command);
+    desktop.dispatch.runUntilIdle();
+    EXPECT_EQ(desktop.keyPoster.journal.size(), 2u);
+    EXPECT_EQ(desktop.pasteboard.files, Paths{optimized / "Screenshot 1.png"});
+    EXPECT_THAT(app->batch().pendingURLs, IsEmpty());
+}
+
+TEST_F(AppDelegateTest, PrintsItsLinesInOrder)
+{
+    launch();
+    screenshot("Screenshot 1.png");
+    desktop.keyTap.press(9, eventFlag::command);
+    desktop.dispatch.runMain();
+    EXPECT_THAT(
+        desktop.console.lines,
+        ElementsAre(
+            "Paste watcher running (Cmd+V resets batch)", "✓ Screenshot 1.png → 0KB → 0KB",
+            "Clipboard updated: 1 image(s)", ">>> resetBatch — clearing 1 URL(s), 0 OCR text(s)"));
+}
+
+TEST_F(AppDelegateTest, ChecksForTheClipboardTargetHalfASecondAfterTheStart)
+{
+    desktop.defaults.open(screenshotPreferences)->set("target", {"clipboard"});
+    launch();
+    EXPECT_FALSE(desktop.alerts.open());
+    desktop.dispatch.advance(500ms);
+    EXPECT_TRUE(desktop.alerts.open());
+}
+
+// Menu.
+
+TEST_F(AppDelegateTest, HasAMenuWithTheseRows)
+{
+    app->setupMenuBar();
+    const Menu& menu = desktop.statusBar.items.front().menu;
+    ASSERT_EQ(menu.size(), 7u);
+    const char* titles[] = {"Tallowbay is running", "", "Settings", "About Tallowbay",
+                            "Check for Updates...", "", "Quit"};
+    for (std::size_t row = 0; row < menu.size(); ++row) {
+        EXPECT_EQ(menu[row].title, titles[row]);
+        EXPECT_EQ(menu[row].separator, row == 1 || row == 5);
+        EXPECT_EQ(menu[row].keyEquivalent, row == 6 ? "q" : "");
+        EXPECT_EQ(menu[row].symbol, row == 6 ? "xmark" : "");
+    }
+    EXPECT_FALSE(menu[0].action);
+}
+
+TEST_F(AppDelegateTest, ShowsATemplateImageOf18Points)
+{
+    app->setupMenuBar();
+    EXPECT_EQ(desktop.statusBar.items.front().button.imageName, "MenubarIcon");
+    EXPECT_EQ(desktop.statusBar.items.front().button.imageSizePoints, 18);
+}
+
+TEST_F(AppDelegateTest, ShowsItsInitialsWithoutTheImage)
+{
+    desktop.resources.images.clear();
+    app->setupMenuBar();
+    EXPECT_EQ(desktop.statusBar.items.front().button.imageName, "");
+    EXPECT_EQ(desktop.statusBar.items.front().button.title, "TB");
+}
+
+TEST_F(AppDelegateTest, HasOneStatusItemAfterSettingUpTheMenuTwice)
+{
+    app->setupMenuBar();
+    app->setupMenuBar();
+    EXPECT_EQ(desktop.statusBar.items.size(), 1u);
+}
+
+TEST_F(AppDelegateTest, ActsOnItsMenu)
+{
+    app->setupMenuBar();
+    press("Settings");
+    EXPECT_THAT(opened, ElementsAre(true));
+    press("About Tallowbay");
+    EXPECT_EQ(abouts, 1);
+    press("Check for Updates...");
+    EXPECT_EQ(desktop.updater.checks, 1);
+    press("Quit");
+    EXPECT_EQ(desktop.application.terminations, 1);
+}
+
+TEST_F(AppDelegateTest, DisablesTheRowsOfWindowsThatAreMissing)
+{
+    app = std::make_unique<AppDelegate>(desktop.platform(), AppDelegate::Windows{});
+    app->setupMenuBar();
+    EXPECT_FALSE(desktop.statusBar.items.front().menu[2].action);
+    EXPECT_FALSE(desktop.statusBar.items.front().menu[3].action);
+}
+
+// Quit.
+
+TEST_F(AppDelegateTest, StopsEverythingAtQuit)
+{
+    launch();
+    app->applicationWillTerminate();
+    EXPECT_FALSE(desktop.keyTap.running());
+    EXPECT_THAT(desktop.fileEvents.running(), IsEmpty());
+    EXPECT_EQ(desktop.folderEvents.runningCount(), 0u);
+    EXPECT_EQ(desktop.dispatch.timerCount(), 0u);
+}
+
+TEST_F(AppDelegateTest, StopsWaitingForThePermissionAtQuit)
+{
+    desktop.permissions.seeKeys.state = Permission::State::needsUser;
+    launch();
+    EXPECT_EQ(desktop.dispatch.timerCount(), 2u);
+    app->applicationWillTerminate();
+    EXPECT_EQ(desktop.dispatch.timerCount(), 0u);
+}
+
+TEST_F(AppDelegateTest, LeavesForeignFilesOnThePasteboardAtQuit)
+{
+    launch();
+    screenshot("Screenshot 1.png");
+    desktop.pasteboard.copyElsewhere({"/etc/hostname"});
+    app->applicationWillTerminate();
+    EXPECT_EQ(desktop.pasteboard.files, Paths{"/etc/hostname"});
+}
+
+TEST_F(AppDelegateTest, TakesTheBatchOffThePasteboardAtQuit)
+{
+    launch();
+    screenshot("Screenshot 1.png");
+    app->applicationWillTerminate();
+    EXPECT_THAT(desktop.pasteboard.files, IsEmpty());
+}
+
+TEST_F(AppDelegateTest, WritesNothingToDiskAtQuit)
+{
+    launch();
+    screenshot("Screenshot 1.png");
+    int changes = 0;
+    const auto listening = desktop.files.listen([&](auto&, auto) { ++changes; });
+    app->applicationWillTerminate();
+    EXPECT_EQ(changes, 0);
+}
+
+} // namespace
+} // namespace tallowbay

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "capture/ScreenshotLocation.h"
+#include "platform/Lifetime.h"
+#include "platform/Platform.h"
+#include "platform/Subscription.h"
+
+#include <filesystem>
+#include <functional>
+#include <optional>
+
+namespace tallowbay {
+
+class ScreenshotWatcher;
+
+// Looks twice a second where the system saves screenshots: follows a change of the folder, and
+// warns once per folder setting when screenshots go to the clipboard. Polling is deliberate: there
+// is no notification that every kind of setting would send.
+//
+// Thread: main queue.
+class LocationPoll {
+public:
+    // The check for the clipboard is left to the first-run window while that is visible.
+    LocationPoll(
+        const Platform&, const ScreenshotLocation&, ScreenshotWatcher&,
+        std::function<bool()> onboardingVisible);
+
+    void startLocationPollTimer();
+    void stop() { locationPollTimer.reset(); }
+
+    void checkLocationChange();
+    void checkScreenshotLocationIfNeeded();
+
+private:
+    void changeToDownloads();
+
+    const Platform platform;
+    const ScreenshotLocation& location;
+    ScreenshotWatcher& watcher;
+    std::function<bool()> onboardingVisible;
+    std::optional<std::filesystem::path> watchedScreenshotPath;
+    bool clipboardAlertShown = false;
+    Subscription openAlert;
+    Subscription locationPollTimer;
+};
+
+} // namespace tallowbay

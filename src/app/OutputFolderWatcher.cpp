@@ -1,0 +1,35 @@
+#include "app/OutputFolderWatcher.h"
+
+#include "app/ScreenshotBatch.h"
+#include "capture/ProductFolder.h"
+#include "editor/EditorStrip.h"
+#include "platform/FileEvents.h"
+#include "platform/FileSystem.h"
+
+namespace tallowbay {
+
+OutputFolderWatcher::OutputFolderWatcher(
+    const Platform& platform, ScreenshotBatch& batch,
+    std::function<EditorStrip*()> annotationWindow)
+    : platform(platform)
+    , batch(batch)
+    , annotationWindow(std::move(annotationWindow))
+{
+}
+
+void OutputFolderWatcher::startDirectoryWatcher()
+{
+    const auto folder = optimizedFolder(platform.fileSystem);
+    platform.fileSystem.createFolders(folder);
+    if (auto source = platform.folderEvents.start(folder, [this] { forgetDeletedFiles(); }))
+        dirWatchSources.push_back(std::move(*source));
+}
+
+void OutputFolderWatcher::forgetDeletedFiles()
+{
+    if (EditorStrip* editor = annotationWindow())
+        editor->removeDeletedFiles();
+    batch.forgetMissingFiles();
+}
+
+} // namespace tallowbay

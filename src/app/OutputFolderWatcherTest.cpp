@@ -1,0 +1,99 @@
+#include "app/OutputFolderWatcher.h"
+
+#include "app/ScreenshotBatch.h"
+#include "app/TestEditorStrip.h"
+#include "platform/headless/Desktop.h"
+#include "ui/ToastWindow.h"
+
+#include <gtest/gtest.h>
+
+namespace tallowbay {
+namespace {
+
+using Paths = std::vector<std::filesystem::path>;
+
+const std::filesystem::path optimized = "/home/u/Downloads/Tallowbay/optimized";
+
+class OutputFolderWatcherTest : public testing::Test {
+protected:
+    OutputFolderWatcherTest()
+    {
+        for (const char* name : {"a.png", "b.png", "c.png"}) {
+            desktop.files.create(optimized / name);
+            batch.pendingURLs.push_back(optimized / name);
+        }
+    }
+
+    headless::Desktop desktop;
+    TestEditorStrip editor;
+    EditorStrip* annotationWindow = nullptr;
+    ToastPresenter toasts{desktop.dispatch, desktop.screens, desktop.textMeasurer, desktop.toasts};
+    ScreenshotBatch batch{desktop.platform(), toasts, {[] {}, [this] { return annotationWindow; }}};
+    OutputFolderWatcher watcher{desktop.platform(), batch, [this] { return annotationWindow; }};
+};
+
+TEST_F(OutputFolderWatcherTest, CreatesTheFolder)
+{
+    desktop.files.remove("/home/u/Downloads/Tallowbay");
+    watcher.startDirectoryWatcher();
+    EXPECT_TRUE(desktop.files.isDirectory(optimized));
+}
+
+TEST_F(OutputFolderWatcherTest, DropsADeletedCopyFromTheBatchAndKeepsTheOrderOfTheRest)
+{
+    watcher.startDirectoryWatcher();
+    desktop.files.remove(optimized / "b.png");
+    desktop.dispatch.runMain();
+    EXPECT_EQ(batch.pendingURLs, (Paths{optimized / "a.png", optimized / "c.png"}));
+}
+
+TEST_F(OutputFolderWatcherTest, LeavesThePasteboardAlone)
+{
+    batch.writeClipboard(batch.pendingURLs);
+    watcher.startDirectoryWatcher();
+    desktop.files.remove(optimized / "b.png");
+    desktop.dispatch.runMain();
+    EXPECT_EQ(desktop.pasteboard.files.size(), 3u);
+}
+
+TEST_F(OutputFolderWatcherTest, DropsEverythingWithTheFolder)
+{
+    watcher.startDirectoryWatcher();
+    desktop.files.remove(optimized);
+    desktop.dispatch.runMain();
+    EXPECT_TRUE(batch.pendingURLs.empty());
+}
+
+TEST_F(OutputFolderWatcherTest, TellsTheEditorFirst)
+{
+    annotationWindow = &editor;
+    std::size_t inBatch = 0;
+    editor.onRemoveDeletedFiles = [&] { inBatch = batch.pendingURLs.size(); };
+    watcher.startDirectoryWatcher();
+    desktop.files.remove(optimized / "b.png");
+    desktop.dispatch.runMain();
+    EXPECT_EQ(inBatch, 3u);
+    EXPECT_EQ(batch.pendingURLs.size(), 2u);
+}
+
+TEST_F(OutputFolderWatcherTest, SilentlyDoesWithoutAFolderThatCannotBeWatched)
+{
+    desktop.files.remove("/home/u/Downloads/Tallowbay");
+    desktop.files.makeReadOnly("/home/u/Downloads");
+    watcher.startDirectoryWatcher();
+    EXPECT_EQ(desktop.folderEvents.runningCount(), 0u);
+    EXPECT_TRUE(desktop.console.lines.empty());
+}
+
+TEST_F(OutputFolderWatcherTest, HearsNothingOnceStopped)
+{
+    watcher.startDirectoryWatcher();
+    watcher.stop();
+    EXPECT_EQ(desktop.folderEvents.runningCount(), 0u);
+    desktop.files.remove(optimized / "b.png");
+    desktop.dispatch.runMain();
+    EXPECT_EQ(batch.pendingURLs.size(), 3u);
+}
+
+} // namespace
+} // namespace tallowbay

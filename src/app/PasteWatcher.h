@@ -1,0 +1,41 @@
+#pragma once
+
+#include "platform/Keys.h"
+#include "platform/Lifetime.h"
+#include "platform/Platform.h"
+#include "platform/Subscription.h"
+
+#include <functional>
+#include <optional>
+
+namespace tallowbay {
+
+// Notices when the user pastes, in whatever program, and can paste for the user.
+//
+// Thread: main queue. The key tap calls in on a thread of its own, which does nothing but hand over
+// to the main queue.
+class PasteWatcher {
+public:
+    PasteWatcher(const Platform&, std::function<void()> onPaste);
+
+    // Listens as soon as the session lets us; asks every two seconds until then.
+    void startPasteWatcher();
+
+    // Posts a synthetic Cmd+V.
+    void firePaste();
+
+    void disableEventTap() { eventTap.reset(); }
+    void stopPolling() { accessibilityPollTimer.reset(); }
+
+private:
+    void startEventTap();
+    void tapped(const KeyPress&);
+
+    const Platform platform;
+    std::function<void()> onPaste;
+    std::optional<Subscription> eventTap;
+    Subscription accessibilityPollTimer;
+    Lifetime lifetime;
+};
+
+} // namespace tallowbay

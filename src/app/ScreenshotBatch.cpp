@@ -1,0 +1,209 @@
+#include "app/ScreenshotBatch.h"
+
+#include "capture/ProductFolder.h"
+#include "editor/EditorStrip.h"
+#include "platform/Clock.h"
+#include "platform/Console.h"
+#include "platform/Dispatch.h"
+#include "platform/FileSystem.h"
+#include "platform/Pasteboard.h"
+#include "platform/UserDefaults.h"
+#include "ui/ToastWindow.h"
+
+#include <algorithm>
+
+namespace tallowbay {
+
+using namespace std::chrono_literals;
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr auto freshFor = 60s;
+
+std::string kibibytes(const FileSystem& fileSystem, const fs::path& file)
+{
+    return std::to_string(fileSystem.size(file).value_or(0) / 1024) + "KB";
+}
+
+bool isFresh(const FileSystem& fileSystem, const Clock& clock, const fs::path& file)
+{
+    const auto created = fileSystem.creationDate(file);
+    return !created || clock.wallNow() - *created < freshFor;
+}
+
+} // namespace
+
+ScreenshotBatch::ScreenshotBatch(const Platform& platform, ToastPresenter& toasts, Hooks hooks)
+    : platform(platform)
+    , toasts(toasts)
+    , hooks(std::move(hooks))
+    , compressor(platform.fileSystem, platform.processes, platform.resources, platform.tools)
+{
+}
+
+void ScreenshotBatch::acceptScreenshot(const fs::path& screenshot)
+{
+    // Queued before the job is, so that the counter is up before the job can bring it down.
+    platform.dispatch.mainAsync(lifetime.guard([this] { ++compressionInProgress; }));
+    auto finish = lifetime.guard([this](const Outcome& outcome) { finishJob(outcome); });
+    platform.dispatch.globalAsync(
+        QualityOfService::userInteractive,
+        [platform = platform, compressor = compressor, screenshot, finish] {
+            platform.dispatch.mainAsync(
+                [finish, outcome = process(platform, compressor, screenshot)]() mutable {
+                    finish(outcome);
+                });
+        });
+}
+
+// In the background: touches the disk and the console, and nothing of the batch.
+ScreenshotBatch::Outcome ScreenshotBatch::process(
+    const Platform& platform, const ImageCompressor& compressor, const fs::path& input)
+{
+    const FileSystem& files = platform.fileSystem;
+    if (!isFresh(files, platform.clock, input) || files.exists(compressor.outputFor(input)))
+        return Skipped{};
+    const auto output = compressor.compress(input);
+    const std::string name = input.filename();
+    if (!output) {
+        platform.console.line("Compression failed for " + name);
+        return Failed{};
+    }
+    platform.console.line(
+        "✓ " + name + " → " + kibibytes(files, input) + " → " + kibibytes(files, *output));
+    return *output;
+}
+
+void ScreenshotBatch::finishJob(const Outcome& outcome)
+{
+    --compressionInProgress;
+    if (const auto* output = std::get_if<fs::path>(&outcome))
+        addToClipboard(*output);
+    else if (std::holds_alternative<Failed>(outcome))
+        showToast("Compression failed — screenshot skipped");
+}
+
+void ScreenshotBatch::addToClipboard(const fs::path& url)
+{
+    pendingURLs.push_back(url);
+    if (EditorStrip* editor = hooks.annotationWindow())
+        editor->addURL(url);
+    writeClipboard(pendingURLs);
+    showToast(std::to_string(pendingURLs.size()) + " Screenshot(s) Ready");
+    firePasteIfComplete();
+}
+
+// Only a screenshot that was added fires a queued paste. If the last one outstanding is skipped or
+// fails, the paste waits for the next that succeeds.
+void ScreenshotBatch::firePasteIfComplete()
+{
+    if (compressionInProgress != 0 || !pasteQueued)
+        return;
+    pasteQueued = false;
+    platform.console.line(
+        ">>> Firing queued paste with " + std::to_string(pendingURLs.size()) + " image(s)");
+    hooks.firePaste();
+    resetBatch();
+}
+
+void ScreenshotBatch::writeClipboard(const std::vector<fs::path>& urls)
+{
+    platform.pasteboard.clear();
+    platform.pasteboard.writeFiles(urls);
+    lastClipboardWriteCount = platform.pasteboard.changeCount();
+    platform.console.line("Clipboard updated: " + std::to_string(urls.size()) + " image(s)");
+}
+
+void ScreenshotBatch::handlePaste()
+{
+    if (compressionInProgress < 1) {
+        resetBatch();
+        return;
+    }
+    platform.pasteboard.clear();
+    pasteQueued = true;
+    showToast("Pasting...");
+    platform.console.line(">>> CMD+V QUEUED — clipboard cleared, waiting for compression");
+}
+
+// The pasteboard keeps what was just pasted until the next screenshot replaces it.
+void ScreenshotBatch::resetBatch()
+{
+    if (ocrInProgress) {
+        platform.console.line(">>> resetBatch SKIPPED — OCR in progress");
+        return;
+    }
+    if (pendingURLs.empty() && pendingOCRTexts.empty())
+        return;
+    platform.console.line(
+        ">>> resetBatch — clearing " + std::to_string(pendingURLs.size()) + " URL(s), "
+        + std::to_string(pendingOCRTexts.size()) + " OCR text(s)");
+    pendingURLs.clear();
+    pendingOCRTexts.clear();
+    EditorStrip* editor = hooks.annotationWindow();
+    if (editor && editor->showsImages())
+        editor->setPendingDivider();
+}
+
+bool ScreenshotBatch::removeLastFromBatch()
+{
+    if (pendingURLs.empty())
+        return false;
+    pendingURLs.pop_back();
+    writeClipboard(pendingURLs);
+    return true;
+}
+
+// With an editor, its check marks decide what is on the pasteboard, not the batch.
+bool ScreenshotBatch::uncheckLastInEditor(EditorStrip& editor)
+{
+    const auto unchecked = editor.uncheckLastURL();
+    if (!unchecked)
+        return false;
+    std::erase(pendingURLs, *unchecked);
+    writeClipboard(editor.checkedURLs());
+    return true;
+}
+
+void ScreenshotBatch::undoLastScreenshot()
+{
+    EditorStrip* editor = hooks.annotationWindow();
+    const bool removed = editor ? uncheckLastInEditor(*editor) : removeLastFromBatch();
+    showToast(removed ? "Last screenshot removed" : "Nothing to undo");
+}
+
+// The recognised texts stay, deliberately.
+void ScreenshotBatch::clearAllScreenshots()
+{
+    pendingURLs.clear();
+    if (EditorStrip* editor = hooks.annotationWindow()) {
+        editor->uncheckAll();
+        if (editor->showsImages())
+            editor->setPendingDivider();
+    }
+    platform.pasteboard.clear();
+    showToast("Clipboard cleared");
+}
+
+void ScreenshotBatch::clearTallowbayClipboard()
+{
+    const fs::path ours = optimizedFolder(platform.fileSystem);
+    const auto files = platform.pasteboard.readFiles();
+    if (std::ranges::any_of(files, [&](const fs::path& file) { return isWithin(file, ours); }))
+        platform.pasteboard.clear();
+}
+
+void ScreenshotBatch::forgetMissingFiles()
+{
+    std::erase_if(
+        pendingURLs, [this](const fs::path& url) { return !platform.fileSystem.exists(url); });
+}
+
+void ScreenshotBatch::showToast(const std::string& message)
+{
+    if (!boolValue(platform.defaults.standard(), "toastsDisabled", false))
+        toasts.show(message);
+}
+
+} // namespace tallowbay

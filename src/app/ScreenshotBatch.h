@@ -1,0 +1,79 @@
+#pragma once
+
+#include "capture/ImageCompressor.h"
+#include "platform/Lifetime.h"
+#include "platform/Platform.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace tallowbay {
+
+class EditorStrip;
+class ToastPresenter;
+
+// The heart of the program: every new screenshot is compressed and joins the batch, and after each
+// the whole batch stands on the pasteboard, so that one paste inserts all screenshots since the
+// last paste. A paste ends the batch; one that comes while something is still being compressed is
+// held, and fired when the batch is complete.
+//
+// Thread: main queue. Compression runs in the background and hands its result back.
+class ScreenshotBatch {
+public:
+    struct Hooks {
+        std::function<void()> firePaste;
+        std::function<EditorStrip*()> annotationWindow; // null until the editor exists
+    };
+
+    ScreenshotBatch(const Platform&, ToastPresenter&, Hooks);
+
+    // A new screenshot in the system's folder.
+    void acceptScreenshot(const std::filesystem::path&);
+
+    // The user pressed the paste shortcut.
+    void handlePaste();
+
+    void addToClipboard(const std::filesystem::path&);
+    void writeClipboard(const std::vector<std::filesystem::path>&);
+    void resetBatch();
+    void undoLastScreenshot();
+    void clearAllScreenshots();
+
+    // At quit: nothing of ours stays on the pasteboard, and nothing of others' is lost.
+    void clearTallowbayClipboard();
+
+    // Drops the screenshots whose files are gone; the pasteboard is left alone.
+    void forgetMissingFiles();
+
+    std::vector<std::filesystem::path> pendingURLs; // oldest first
+    std::vector<std::string> pendingOCRTexts;
+    int compressionInProgress = 0; // accepted screenshots whose processing has not ended
+    bool pasteQueued = false;
+    bool ocrInProgress = false; // while set, the batch is not reset
+    std::int64_t lastClipboardWriteCount = 0;
+
+private:
+    struct Skipped { };
+    struct Failed { };
+    using Outcome = std::variant<std::filesystem::path, Skipped, Failed>;
+
+    static Outcome process(
+        const Platform&, const ImageCompressor&, const std::filesystem::path& screenshot);
+    void finishJob(const Outcome&);
+    void firePasteIfComplete();
+    bool removeLastFromBatch();
+    bool uncheckLastInEditor(EditorStrip&);
+    void showToast(const std::string& message);
+
+    const Platform platform;
+    ToastPresenter& toasts;
+    Hooks hooks;
+    ImageCompressor compressor;
+    Lifetime lifetime;
+};
+
+} // namespace tallowbay

@@ -1,0 +1,513 @@
+#include "app/ScreenshotBatch.h"
+
+#include "app/TestEditorStrip.h"
+#include "platform/headless/Desktop.h"
+#include "ui/ToastWindow.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace tallowbay {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Paths = std::vector<std::filesystem::path>;
+using Arguments = std::vector<std::string>;
+
+const std::filesystem::path optimized = "/home/u/Downloads/Tallowbay/optimized";
+
+class ScreenshotBatchTest : public testing::Test {
+protected:
+    ScreenshotBatchTest()
+    {
+        desktop.files.create(desktop.tools.pngquant);
+        desktop.processes.install(desktop.tools.pngquant, [this](const Arguments& arguments) {
+            if (compressionFails)
+                return 99;
+            desktop.files.create(arguments.at(3), std::string(231 * 1024 + 1023, 's'));
+            return 0;
+        });
+    }
+
+    static std::filesystem::path copyOf(const std::string& name) { return optimized / name; }
+
+    void accept(const std::string& name)
+    {
+        const auto file = std::filesystem::path("/home/u/Desktop") / name;
+        if (!desktop.files.exists(file))
+            desktop.files.create(file, std::string(812 * 1024, 'l'));
+        batch.acceptScreenshot(file);
+        desktop.dispatch.runMain();
+    }
+
+    // Accepts a screenshot and ends its compression.
+    void take(const std::string& name)
+    {
+        accept(name);
+        desktop.dispatch.runUntilIdle();
+    }
+
+    void openEditor() { annotationWindow = &editor; }
+
+    headless::Desktop desktop;
+    bool compressionFails = false;
+    TestEditorStrip editor;
+    EditorStrip* annotationWindow = nullptr;
+    std::vector<Paths> pasted; // what each synthetic paste inserted
+    ToastPresenter toasts{desktop.dispatch, desktop.screens, desktop.textMeasurer, desktop.toasts};
+    ScreenshotBatch batch{
+        desktop.platform(),
+        toasts,
+        {[this] { pasted.push_back(desktop.pasteboard.files); },
+         [this] { return annotationWindow; }}};
+};
+
+TEST_F(ScreenshotBatchTest, PutsAScreenshotOnThePasteboard)
+{
+    take("Screenshot 1.png");
+    EXPECT_EQ(batch.pendingURLs, Paths{copyOf("Screenshot 1.png")});
+    EXPECT_EQ(desktop.pasteboard.files, Paths{copyOf("Screenshot 1.png")});
+    EXPECT_EQ(batch.compressionInProgress, 0);
+}
+
+TEST_F(ScreenshotBatchTest, LogsTheSizesInWholeKibibytes)
+{
+    take("Screenshot 1.png");
+    EXPECT_THAT(
+        desktop.console.lines,
+        ElementsAre("✓ Screenshot 1.png → 812KB → 231KB", "Clipboard updated: 1 image(s)"));
+}
+
+TEST_F(ScreenshotBatchTest, PutsThreeQuickScreenshotsOnThePasteboardTogether)
+{
+    accept("Screenshot 1.png");
+    accept("Screenshot 2.png");
+    accept("Screenshot 3.png");
+    EXPECT_EQ(batch.compressionInProgress, 3);
+    desktop.dispatch.runUntilIdle();
+    const Paths all{
+        copyOf("Screenshot 1.png"), copyOf("Screenshot 2.png"), copyOf("Screenshot 3.png")};
+    EXPECT_EQ(desktop.pasteboard.files, all);
+    EXPECT_THAT(
+        desktop.toasts.messages(),
+        ElementsAre("1 Screenshot(s) Ready", "2 Screenshot(s) Ready", "3 Screenshot(s) Ready"));
+}
+
+TEST_F(ScreenshotBatchTest, RaisesTheCounterBeforeTheJobCanLowerIt)
+{
+    desktop.files.create("/home/u/Desktop/Screenshot 1.png");
+    batch.acceptScreenshot("/home/u/Desktop/Screenshot 1.png");
+    EXPECT_EQ(batch.compressionInProgress, 0);
+    desktop.dispatch.runBackground(); // a job that is quicker than the main queue
+    EXPECT_EQ(batch.compressionInProgress, 0);
+    EXPECT_EQ(batch.pendingURLs.size(), 1u);
+}
+
+TEST_F(ScreenshotBatchTest, CompressesForAUserWhoWatches)
+{
+    accept("Screenshot 1.png");
+    EXPECT_EQ(desktop.dispatch.backgroundQuality(0), QualityOfService::userInteractive);
+}
+
+TEST_F(ScreenshotBatchTest, AppendsInTheOrderInWhichCompressionsEnd)
+{
+    accept("Screenshot 1.png");
+    accept("Screenshot 2.png");
+    desktop.dispatch.runBackground(1);
+    EXPECT_EQ(batch.compressionInProgress, 1);
+    desktop.dispatch.runBackground(0);
+    EXPECT_EQ(batch.pendingURLs, (Paths{copyOf("Screenshot 2.png"), copyOf("Screenshot 1.png")}));
+}
+
+TEST_F(ScreenshotBatchTest, IgnoresAScreenshotThatIsAMinuteOld)
+{
+    desktop.files.create("/home/u/Desktop/Screenshot 1.png");
+    desktop.dispatch.advance(60s);
+    take("Screenshot 1.png");
+    EXPECT_THAT(batch.pendingURLs, IsEmpty());
+    EXPECT_EQ(batch.compressionInProgress, 0);
+    EXPECT_THAT(desktop.console.lines, IsEmpty());
+    EXPECT_THAT(desktop.toasts.made, IsEmpty());
+    EXPECT_THAT(desktop.processes.journal, IsEmpty());
+}
+
+TEST_F(ScreenshotBatchTest, TakesAScreenshotThatIsJustUnderAMinuteOld)
+{
+    desktop.files.create("/home/u/Desktop/Screenshot 1.png");
+    desktop.dispatch.advance(59999ms);
+    take("Screenshot 1.png");
+    EXPECT_EQ(batch.pendingURLs.size(), 1u);
+}
+
+TEST_F(ScreenshotBatchTest, IgnoresAFileThatWasCopiedInAndIsTwoMinutesOld)
+{
+    desktop.files.create("/home/u/Desktop/Screenshot 1.png");
+    desktop.files.setCreationDate(
+        "/home/u/Desktop/Screenshot 1.png", desktop.clock.wallNow() - 2min);
+    take("Screenshot 1.png");
+    EXPECT_THAT(batch.pendingURLs, IsEmpty());
+    EXPECT_EQ(batch.compressionInProgress, 0);
+}
+
+TEST_F(ScreenshotBatchTest, TakesAFileWithoutACreationDateOrFromTheFuture)
+{
+    desktop.files.create("/home/u/Desktop/Screenshot 1.png");
+    desktop.files.setCreationDate("/home/u/Desktop/Screenshot 1.png", std::nullopt);
+    take("Screenshot 1.png");
+    desktop.files.create("/home/u/Desktop/Screenshot 2.png");
+    desktop.files.setCreationDate("/home/u/Desktop/Screenshot 2.png", desktop.clock.wallNow() + 1h);
+    take("Screenshot 2.png");
+    EXPECT_EQ(batch.pendingURLs.size(), 2u);
+}
+
+TEST_F(ScreenshotBatchTest, IgnoresAScreenshotThatWasProcessedBefore)
+{
+    desktop.files.create(copyOf("Screenshot 1.png"));
+    take("Screenshot 1.png");
+    EXPECT_THAT(batch.pendingURLs, IsEmpty());
+    EXPECT_EQ(batch.compressionInProgress, 0);
+    EXPECT_THAT(desktop.console.lines, IsEmpty());
+    EXPECT_THAT(desktop.processes.journal, IsEmpty());
+}
+
+TEST_F(ScreenshotBatchTest, ReportsAFailedCompression)
+{
+    compressionFails = true;
+    take("Screenshot 1.png");
+    EXPECT_THAT(batch.pendingURLs, IsEmpty());
+    EXPECT_EQ(batch.compressionInProgress, 0);
+    EXPECT_THAT(desktop.console.lines, ElementsAre("Compression failed for Screenshot 1.png"));
+    EXPECT_THAT(desktop.toasts.messages(), ElementsAre("Compression failed — screenshot skipped"));
+    EXPECT_TRUE(desktop.files.exists("/home/u/Desktop/Screenshot 1.png"));
+}
+
+TEST_F(ScreenshotBatchTest, ShowsNoToastsIfTheUserWantsNone)
+{
+    desktop.defaults.standard().set("toastsDisabled", {true});
+    take("Screenshot 1.png");
+    accept("Screenshot 2.png");
+    batch.handlePaste();
+    desktop.dispatch.runUntilIdle();
+    batch.undoLastScreenshot();
+    batch.clearAllScreenshots();
+    compressionFails = true;
+    take("Screenshot 3.png");
+    EXPECT_THAT(desktop.toasts.made, IsEmpty());
+    EXPECT_THAT(desktop.console.lines, testing::Contains("Clipboard updated: 1 image(s)"));
+}
+
+TEST_F(ScreenshotBatchTest, LogsNamesAsTheyAre)
+{
+    take("Screenshot 'a\" b.png");
+    EXPECT_EQ(desktop.console.lines.front(), "✓ Screenshot 'a\" b.png → 812KB → 231KB");
+}
+
+TEST_F(ScreenshotBatchTest, WritesFilesAndNothingElse)
+{
+    desktop.pasteboard.copyTextElsewhere("old");
+    batch.writeClipboard({copyOf("a.png"), copyOf("b.png")});
+    EXPECT_EQ(desktop.pasteboard.files, (Paths{copyOf("a.png"), copyOf("b.png")}));
+    EXPECT_EQ(desktop.pasteboard.text, "");
+    EXPECT_EQ(batch.lastClipboardWriteCount, desktop.pasteboard.changeCount());
+    EXPECT_THAT(desktop.console.lines, ElementsAre("Clipboard updated: 2 image(s)"));
+}
+
+TEST_F(ScreenshotBatchTest, ClearsThePasteboardForAnEmptyList)
+{
+    desktop.pasteboard.copyTextElsewhere("old");
+    batch.writeClipboard({});
+    EXPECT_THAT(desktop.pasteboard.files, IsEmpty());
+    EXPECT_EQ(desktop.pasteboard.text, "");
+}
+
+// Paste.
+
+TEST_F(ScreenshotBatchTest, ChangesNothingOnAPasteWithoutABatch)
+{
+    desktop.pasteboard.copyElsewhere({"/etc/hostname"});
+    batch.handlePaste();
+    EXPECT_EQ(desktop.pasteboard.files, Paths{"/etc/hostname"});
+    EXPECT_THAT(desktop.console.lines, IsEmpty());
+    EXPECT_FALSE(batch.pasteQueued);
+}
+
+TEST_F(ScreenshotBatchTest, EndsTheBatchOnAPasteAndLeavesItOnThePasteboard)
+{
+    take("Screenshot 1.png");
+    take("Screenshot 2.png");
+    batch.pendingOCRTexts = {"some text"};
+    batch.handlePaste();
+    EXPECT_THAT(batch.pendingURLs, IsEmpty());
+    EXPECT_THAT(batch.pendingOCRTexts, IsEmpty());
+    EXPECT_EQ(desktop.pasteboard.files.size(), 2u);
+    EXPECT_EQ(desktop.console.lines.back(), ">>> resetBatch — clearing 2 URL(s), 1 OCR text(s)");
+    EXPECT_THAT(pasted, IsEmpty());
+}
+
+TEST_F(ScreenshotBatchTest, BeginsANewBatchAfterAPaste)
+{
+    take("Screenshot 1.png");
+    batch.handlePaste();
+    take("Screenshot 2.png");
+    EXPECT_EQ(desktop.pasteboard.files, Paths{copyOf("Screenshot 2.png")});
+}
+
+TEST_F(ScreenshotBatchTest, HoldsAPasteThatComesDuringCompression)
+{
+    take("Screenshot 1.png");
+    accept("Screenshot 2.png");
+    batch.handlePaste();
+    EXPECT_THAT(desktop.pasteboard.files, IsEmpty());
+    EXPECT_TRUE(batch.pasteQueued);
+    EXPECT_EQ(batch.pendingURLs.size(), 1u);
+    EXPECT_EQ(
+        desktop.console.lines.back(),
+        ">>> CMD+V QUEUED — clipboard cleared, waiting for compression");
+    desktop.dispatch.runMain();
+    EXPECT_EQ(desktop.toasts.messages().back(), "Pasting...");
+}
+
+TEST_F(ScreenshotBatchTest, FiresAHeldPasteWithTheWholeBatchAndResetsIt)
+{
+    take("Screenshot 1.png");
+    accept("Screenshot 2.png");
+    batch.handlePaste();
+    desktop.console.lines.clear();
+    desktop.dispatch.runUntilIdle();
+    EXPECT_THAT(
+        pasted, ElementsAre(ElementsAre(copyOf("Screenshot 1.png"), copyOf("Screenshot 2.png"))));
+    EXPECT_THAT(batch.pendingURLs, IsEmpty());
+    EXPECT_FALSE(batch.pasteQueued);
+    EXPECT_THAT(
+        desktop.console.lines,
+        ElementsAre(
+            "✓ Screenshot 2.png → 812KB → 231KB", "Clipboard updated: 2 image(s)",
+            ">>> Firing queued paste with 2 image(s)",
+            ">>> resetBatch — clearing 2 URL(s), 0 OCR text(s)"));
+}
+
+TEST_F(ScreenshotBatchTest, FiresAHeldPasteOnlyWhenTheLastCompressionEnds)
+{
+    accept("Screenshot 1.png");
+    accept("Screenshot 2.png");
+    batch.handlePaste();
+    desktop.dispatch.runBackground(1);
+    EXPECT_THAT(pasted, IsEmpty());
+    desktop.dispatch.runBackground(0);
+    EXPECT_EQ(pasted.size(), 1u);
+}
+
+TEST_F(ScreenshotBatchTest, FiresOnePasteForTwoPresses)
+{
+    accept("Screenshot 1.png");
+    batch.handlePaste();
+    batch.handlePaste();
+    desktop.dispatch.runUntilIdle();
+    EXPECT_EQ(pasted.size(), 1u);
+}
+
+TEST_F(ScreenshotBatchTest, KeepsAHeldPasteForTheNextScreenshotIfTheLastOneFails)
+{
+    accept("Screenshot 1.png");
+    batch.handlePaste();
+    compressionFails = true;
+    desktop.dispatch.runUntilIdle();
+    EXPECT_TRUE(batch.pasteQueued);
+    EXPECT_THAT(pasted, IsEmpty());
+
+    compressionFails = false;
+    take("Screenshot 2.png");
+    EXPECT_THAT(pasted, ElementsAre(ElementsAre(copyOf("Screenshot 2.png"))));
+}
+
+TEST_F(ScreenshotBatchTest, KeepsAHeldPasteIfTheLastScreenshotIsSkipped)
+{
+    accept("Screenshot 1.png");
+    batch.handlePaste();
+    desktop.files.create(copyOf("Screenshot 1.png"));
+    desktop.dispatch.runUntilIdle();
+    EXPECT_TRUE(batch.pasteQueued);
+    EXPECT_THAT(pasted, IsEmpty());
+}
+
+// Reset.
+
+TEST_F(ScreenshotBatchTest, KeepsTheBatchWhileTextIsBeingRecognised)
+{
+    take("Screenshot 1.png");
+    batch.ocrInProgress = true;
+    batch.resetBatch();
+    EXPECT_EQ(batch.pendingURLs.size(), 1u);
+    EXPECT_EQ(desktop.console.lines.back(), ">>> resetBatch SKIPPED — OCR in progress");
+}
+
+TEST_F(ScreenshotBatchTest, SaysEvenOfAnEmptyBatchThatItIsKept)
+{
+    batch.ocrInProgress = true;
+    batch.resetBatch();
+    EXPECT_THAT(desktop.console.lines, ElementsAre(">>> resetBatch SKIPPED — OCR in progress"));
+}
+
+TEST_F(ScreenshotBatchTest, ResetsABatchOfTextsAlone)
+{
+    batch.pendingOCRTexts = {"a", "b"};
+    batch.resetBatch();
+    EXPECT_THAT(
+        desktop.console.lines, ElementsAre(">>> resetBatch — clearing 0 URL(s), 2 OCR text(s)"));
+}
+
+TEST_F(ScreenshotBatchTest, StartsANewGroupInTheEditorAfterAReset)
+{
+    openEditor();
+    take("Screenshot 1.png");
+    EXPECT_FALSE(editor.pendingDivider);
+    batch.resetBatch();
+    EXPECT_TRUE(editor.pendingDivider);
+}
+
+TEST_F(ScreenshotBatchTest, StartsNoGroupInAnEmptyEditor)
+{
+    take("Screenshot 1.png");
+    openEditor();
+    batch.resetBatch();
+    EXPECT_FALSE(editor.pendingDivider);
+}
+
+// Undo and clear.
+
+TEST_F(ScreenshotBatchTest, UndoRemovesTheLastScreenshotAndKeepsItsFile)
+{
+    take("Screenshot 1.png");
+    take("Screenshot 2.png");
+    batch.undoLastScreenshot();
+    desktop.dispatch.runMain();
+    EXPECT_EQ(batch.pendingURLs, Paths{copyOf("Screenshot 1.png")});
+    EXPECT_EQ(desktop.pasteboard.files, Paths{copyOf("Screenshot 1.png")});
+    EXPECT_EQ(desktop.toasts.messages().back(), "Last screenshot removed");
+    EXPECT_TRUE(desktop.files.exists(copyOf("Screenshot 2.png")));
+}
+
+TEST_F(ScreenshotBatchTest, UndoOfTheOnlyScreenshotEmptiesThePasteboard)
+{
+    take("Screenshot 1.png");
+    batch.undoLastScreenshot();
+    EXPECT_THAT(desktop.pasteboard.files, IsEmpty());
+    EXPECT_EQ(desktop.console.lines.back(), "Clipboard updated: 0 image(s)");
+}
+
+TEST_F(ScreenshotBatchTest, UndoWithoutAScreenshotSaysSoAndLeavesThePasteboardAlone)
+{
+    desktop.pasteboard.copyElsewhere({"/etc/hostname"});
+    batch.undoLastScreenshot();
+    desktop.dispatch.runMain();
+    EXPECT_THAT(desktop.toasts.messages(), ElementsAre("Nothing to undo"));
+    EXPECT_EQ(desktop.pasteboard.files, Paths{"/etc/hostname"});
+    EXPECT_THAT(desktop.console.lines, IsEmpty());
+}
+
+TEST_F(ScreenshotBatchTest, UndoWithAnEditorLeavesThePasteboardToItsCheckMarks)
+{
+    openEditor();
+    take("Screenshot 1.png");
+    take("Screenshot 2.png");
+    batch.pendingURLs.push_back(copyOf("Screenshot 2.png")); // twice in the batch
+    editor.checked = {"/elsewhere/older.png", copyOf("Screenshot 2.png")};
+    batch.undoLastScreenshot();
+    desktop.dispatch.runMain();
+    EXPECT_EQ(batch.pendingURLs, Paths{copyOf("Screenshot 1.png")});
+    EXPECT_EQ(desktop.pasteboard.files, Paths{"/elsewhere/older.png"});
+    EXPECT_EQ(desktop.toasts.messages().back(), "Last screenshot removed");
+}
+
+TEST_F(ScreenshotBatchTest, UndoWithAnEditorThatHasNothingCheckedSaysSo)
+{
+    openEditor();
+    take("Screenshot 1.png");
+    editor.checked.clear();
+    batch.undoLastScreenshot();
+    desktop.dispatch.runMain();
+    EXPECT_EQ(desktop.toasts.messages().back(), "Nothing to undo");
+    EXPECT_EQ(batch.pendingURLs.size(), 1u);
+}
+
+TEST_F(ScreenshotBatchTest, ClearEmptiesThePasteboardAndTheBatchButKeepsTheTexts)
+{
+    take("Screenshot 1.png");
+    batch.pendingOCRTexts = {"some text"};
+    batch.clearAllScreenshots();
+    desktop.dispatch.runMain();
+    EXPECT_THAT(batch.pendingURLs, IsEmpty());
+    EXPECT_EQ(batch.pendingOCRTexts.size(), 1u);
+    EXPECT_THAT(desktop.pasteboard.files, IsEmpty());
+    EXPECT_EQ(desktop.toasts.messages().back(), "Clipboard cleared");
+}
+
+TEST_F(ScreenshotBatchTest, ClearUnchecksTheEditorsScreenshotsAndStartsANewGroup)
+{
+    openEditor();
+    take("Screenshot 1.png");
+    batch.clearAllScreenshots();
+    EXPECT_THAT(editor.checked, IsEmpty());
+    EXPECT_TRUE(editor.pendingDivider);
+}
+
+TEST_F(ScreenshotBatchTest, ClearStartsNoGroupInAnEmptyEditor)
+{
+    openEditor();
+    batch.clearAllScreenshots();
+    EXPECT_FALSE(editor.pendingDivider);
+}
+
+TEST_F(ScreenshotBatchTest, AddsScreenshotsToTheEditorOnceItExists)
+{
+    take("Screenshot 1.png");
+    openEditor();
+    take("Screenshot 2.png");
+    EXPECT_EQ(editor.images, Paths{copyOf("Screenshot 2.png")});
+}
+
+// Quit.
+
+TEST_F(ScreenshotBatchTest, ClearsABatchFromThePasteboardAtQuit)
+{
+    take("Screenshot 1.png");
+    batch.clearTallowbayClipboard();
+    EXPECT_THAT(desktop.pasteboard.files, IsEmpty());
+}
+
+TEST_F(ScreenshotBatchTest, ClearsThePasteboardAtQuitIfAnyFileIsOurs)
+{
+    desktop.pasteboard.copyElsewhere({"/etc/hostname", copyOf("Screenshot 1.png")});
+    batch.clearTallowbayClipboard();
+    EXPECT_THAT(desktop.pasteboard.files, IsEmpty());
+}
+
+TEST_F(ScreenshotBatchTest, LeavesWhatWasCopiedElsewhereAtQuit)
+{
+    take("Screenshot 1.png");
+    desktop.pasteboard.copyElsewhere({"/home/u/Downloads/Tallowbay/optimized elsewhere/a.png"});
+    const auto before = desktop.pasteboard.changeCount();
+    batch.clearTallowbayClipboard();
+    EXPECT_EQ(desktop.pasteboard.changeCount(), before);
+    desktop.pasteboard.copyTextElsewhere("text");
+    batch.clearTallowbayClipboard();
+    EXPECT_EQ(desktop.pasteboard.text, "text");
+}
+
+TEST_F(ScreenshotBatchTest, MayBeDestroyedWithJobsUnderWay)
+{
+    auto shortLived = std::make_unique<ScreenshotBatch>(
+        desktop.platform(), toasts,
+        ScreenshotBatch::Hooks{[] {}, [] { return static_cast<EditorStrip*>(nullptr); }});
+    desktop.files.create("/home/u/Desktop/Screenshot 1.png");
+    shortLived->acceptScreenshot("/home/u/Desktop/Screenshot 1.png");
+    desktop.dispatch.runMain();
+    shortLived.reset();
+    desktop.dispatch.runUntilIdle();
+    EXPECT_THAT(desktop.pasteboard.files, IsEmpty());
+}
+
+} // namespace
+} // namespace tallowbay

@@ -1,0 +1,232 @@
+#include "app/ScreenshotWatcher.h"
+
+#include "platform/headless/Desktop.h"
+
+#include <gtest/gtest.h>
+
+namespace tallowbay {
+namespace {
+
+using namespace std::chrono_literals;
+using Paths = std::vector<std::filesystem::path>;
+
+const std::filesystem::path shot = "/home/u/Desktop/Screenshot 2026-01-05 at 10.31.12.png";
+
+class ScreenshotWatcherTest : public testing::Test {
+protected:
+    ScreenshotWatcherTest()
+    {
+        watcher.onScreenshotDetected = [this](const std::filesystem::path& path) {
+            reported.push_back(path);
+        };
+    }
+
+    void setLocation(const std::string& folder)
+    {
+        desktop.files.createFolders(folder);
+        desktop.defaults.open(screenshotPreferences)->set("location", {folder});
+    }
+
+    void create(const std::filesystem::path& path)
+    {
+        desktop.files.create(path);
+        desktop.dispatch.runUntilIdle();
+    }
+
+    bool accepts(const std::filesystem::path& path)
+    {
+        desktop.files.create(path);
+        return watcher.isScreenshot(path);
+    }
+
+    headless::Desktop desktop;
+    ScreenshotLocation location{desktop.defaults, desktop.files, desktop.settings};
+    ScreenshotWatcher watcher{desktop.platform(), location};
+    Paths reported;
+};
+
+TEST_F(ScreenshotWatcherTest, ReportsANewScreenshot)
+{
+    watcher.start();
+    create(shot);
+    EXPECT_EQ(reported, Paths{shot});
+}
+
+TEST_F(ScreenshotWatcherTest, ReportsOnTheMainQueueAndNotInTheEvent)
+{
+    desktop.files.create(shot);
+    watcher.handleEvents({shot});
+    EXPECT_TRUE(reported.empty());
+    desktop.dispatch.runMain();
+    EXPECT_EQ(reported, Paths{shot});
+}
+
+TEST_F(ScreenshotWatcherTest, ReportsAPathOnceInThreeSeconds)
+{
+    watcher.start();
+    create(shot);
+    desktop.fileEvents.emit(shot);
+    desktop.fileEvents.emit(shot);
+    desktop.dispatch.advance(2999ms);
+    EXPECT_EQ(reported.size(), 1u);
+
+    desktop.dispatch.advance(1ms);
+    desktop.fileEvents.emit(shot);
+    desktop.dispatch.runUntilIdle();
+    EXPECT_EQ(reported.size(), 2u);
+}
+
+TEST_F(ScreenshotWatcherTest, ReportsEachOfAnEventsPathsInOrder)
+{
+    const Paths paths{
+        "/home/u/Desktop/Screenshot 2.png", "/home/u/Desktop/Screenshot 1.png",
+        "/home/u/Desktop/notes.txt", "/home/u/Desktop/Screenshot 3.jpg"};
+    for (const auto& path : paths)
+        desktop.files.create(path);
+    watcher.handleEvents(paths);
+    desktop.dispatch.runUntilIdle();
+    EXPECT_EQ(reported, (Paths{paths[0], paths[1], paths[3]}));
+}
+
+TEST_F(ScreenshotWatcherTest, ReportsAScreenshotThatIsRenamedUnderItsNewNameOnce)
+{
+    watcher.start();
+    create(shot);
+    const std::filesystem::path renamed = "/home/u/Desktop/Screenshot of a bug.png";
+    desktop.files.rename(shot, renamed);
+    desktop.files.rename(renamed, shot);
+    desktop.files.rename(shot, renamed);
+    desktop.dispatch.runUntilIdle();
+    EXPECT_EQ(reported, (Paths{shot, renamed}));
+}
+
+TEST_F(ScreenshotWatcherTest, WaitsUntilTheFileIsComplete)
+{
+    watcher.start();
+    desktop.files.beginWriting(shot);
+    desktop.dispatch.advance(5s);
+    EXPECT_TRUE(reported.empty());
+    desktop.files.finishWriting(shot);
+    desktop.dispatch.advance(5s);
+    EXPECT_EQ(reported, Paths{shot});
+}
+
+TEST_F(ScreenshotWatcherTest, AsksForALatencyOfHalfASecond)
+{
+    watcher.start();
+    ASSERT_EQ(desktop.fileEvents.running().size(), 1u);
+    EXPECT_EQ(desktop.fileEvents.running().begin()->second->latency, 500ms);
+}
+
+TEST_F(ScreenshotWatcherTest, ReportsNothingAfterItWasStopped)
+{
+    watcher.start();
+    watcher.stop();
+    create(shot);
+    EXPECT_TRUE(reported.empty());
+    EXPECT_TRUE(desktop.fileEvents.running().empty());
+}
+
+TEST_F(ScreenshotWatcherTest, StaysIdleIfTheFolderCannotBeWatched)
+{
+    desktop.fileEvents.failNextStart();
+    watcher.start();
+    create(shot);
+    EXPECT_TRUE(reported.empty());
+    EXPECT_TRUE(desktop.console.lines.empty());
+}
+
+TEST_F(ScreenshotWatcherTest, WatchesTheFolderAsItIsSetAtTheStart)
+{
+    setLocation("/media/shots");
+    watcher.start();
+    create(shot);
+    create("/media/shots/Screenshot 1.png");
+    EXPECT_EQ(reported, Paths{"/media/shots/Screenshot 1.png"});
+}
+
+TEST_F(ScreenshotWatcherTest, MayBeDestroyedWithReportsUnderWay)
+{
+    auto shortLived = std::make_unique<ScreenshotWatcher>(desktop.platform(), location);
+    int calls = 0;
+    shortLived->onScreenshotDetected = [&](const std::filesystem::path&) { ++calls; };
+    desktop.files.create(shot);
+    shortLived->handleEvents({shot});
+    shortLived.reset();
+    desktop.dispatch.advance(4s);
+    EXPECT_EQ(calls, 0);
+}
+
+TEST_F(ScreenshotWatcherTest, SkipsAFileThatVanishedBeforeItWasLookedAt)
+{
+    EXPECT_FALSE(watcher.isScreenshot(shot));
+}
+
+TEST_F(ScreenshotWatcherTest, SkipsAFolder)
+{
+    desktop.files.createFolders("/home/u/Desktop/Screenshot 1.png");
+    EXPECT_FALSE(watcher.isScreenshot("/home/u/Desktop/Screenshot 1.png"));
+}
+
+TEST_F(ScreenshotWatcherTest, SkipsFoldersCalledOptimizedOrOriginal)
+{
+    EXPECT_FALSE(accepts("/home/u/Desktop/optimized/Screenshot 1.png"));
+    EXPECT_FALSE(accepts("/home/u/Desktop/original/Screenshot 1.png"));
+    EXPECT_TRUE(accepts("/home/u/Desktop/optimized/deeper/Screenshot 1.png"));
+    EXPECT_TRUE(accepts("/home/u/Desktop/originals/Screenshot 1.png"));
+}
+
+TEST_F(ScreenshotWatcherTest, SkipsTheProgramsOwnFolder)
+{
+    EXPECT_FALSE(accepts("/home/u/Downloads/Tallowbay/Screenshot 1.png"));
+    EXPECT_FALSE(accepts("/home/u/Downloads/Tallowbay/optimized/Screenshot 1.png"));
+    EXPECT_FALSE(accepts("/home/u/Downloads/Tallowbay/some/where/Screenshot 1.png"));
+    EXPECT_TRUE(accepts("/home/u/Downloads/Screenshot 1.png"));
+    EXPECT_TRUE(accepts("/home/u/Downloads/Tallowbay shots/Screenshot 1.png"));
+}
+
+TEST_F(ScreenshotWatcherTest, SkipsItsOwnFolderEvenIfScreenshotsAreSavedThere)
+{
+    setLocation("/home/u/Downloads/Tallowbay/optimized");
+    watcher.start();
+    create("/home/u/Downloads/Tallowbay/optimized/Screenshot 1.png");
+    EXPECT_TRUE(reported.empty());
+}
+
+TEST_F(ScreenshotWatcherTest, ComparesTheExtensionInAnyCase)
+{
+    EXPECT_TRUE(accepts("/home/u/Desktop/Screenshot 2024-05-01 at 14.03.27.PNG"));
+    EXPECT_TRUE(accepts("/home/u/Desktop/Screenshot 2024-05-01 at 14.03.27.Jpeg"));
+    EXPECT_TRUE(accepts("/home/u/Desktop/Screenshot 2024-05-01 at 14.03.27.JPG"));
+}
+
+TEST_F(ScreenshotWatcherTest, SkipsOtherKindsOfPicture)
+{
+    EXPECT_FALSE(accepts("/home/u/Desktop/Screenshot 1.heic"));
+    EXPECT_FALSE(accepts("/home/u/Desktop/Screenshot 1.tiff"));
+    EXPECT_FALSE(accepts("/home/u/Desktop/Screenshot 1"));
+}
+
+TEST_F(ScreenshotWatcherTest, ComparesThePrefixWithItsCase)
+{
+    EXPECT_FALSE(accepts("/home/u/Desktop/screenshot 1.png"));
+    EXPECT_TRUE(accepts("/home/u/Desktop/Screen Shot 1.png"));
+}
+
+TEST_F(ScreenshotWatcherTest, AcceptsTheNamesOfTheDesktopsOwnTools)
+{
+    EXPECT_FALSE(accepts("/home/u/Desktop/Screenshot_20260105.png"));
+    desktop.settings.screenshotNamePrefixes = {"Screenshot_"};
+    EXPECT_TRUE(accepts("/home/u/Desktop/Screenshot_20260105.png"));
+}
+
+TEST_F(ScreenshotWatcherTest, ReportsNamesWithAnyByte)
+{
+    watcher.start();
+    const std::filesystem::path odd = "/home/u/Desktop/Screenshot '\"\n\xff at 1.png";
+    create(odd);
+    EXPECT_EQ(reported, Paths{odd});
+}
+
+} // namespace
+} // namespace tallowbay

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "editor/EditorStrip.h"
+
+#include <functional>
+#include <utility>
+
+namespace tallowbay {
+
+// An editor's strip for tests: keeps what it was asked.
+class TestEditorStrip final : public EditorStrip {
+public:
+    using Paths = std::vector<std::filesystem::path>;
+
+    void addURL(const std::filesystem::path& url) override
+    {
+        images.push_back(url);
+        checked.push_back(url);
+    }
+    std::optional<std::filesystem::path> uncheckLastURL() override
+    {
+        if (checked.empty())
+            return std::nullopt;
+        const auto last = checked.back();
+        checked.pop_back();
+        return last;
+    }
+    void uncheckAll() override { checked.clear(); }
+    Paths checkedURLs() const override { return checked; }
+    bool showsImages() const override { return !images.empty(); }
+    void setPendingDivider() override { pendingDivider = true; }
+    void removeDeletedFiles() override
+    {
+        if (onRemoveDeletedFiles)
+            onRemoveDeletedFiles();
+    }
+
+    Paths images;
+    Paths checked;
+    bool pendingDivider = false;
+    std::function<void()> onRemoveDeletedFiles;
+};
+
+} // namespace tallowbay

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <vector>
+
+namespace tallowbay {
+
+// The strip of recent screenshots in the editor window, as the batch sees it.
+//
+// Thread: main queue.
+class EditorStrip {
+public:
+    virtual ~EditorStrip() = default;
+
+    virtual void addURL(const std::filesystem::path&) = 0;
+
+    // Unchecks the last checked screenshot and returns it; empty if none is checked.
+    virtual std::optional<std::filesystem::path> uncheckLastURL() = 0;
+    virtual void uncheckAll() = 0;
+    virtual std::vector<std::filesystem::path> checkedURLs() const = 0;
+    virtual bool showsImages() const = 0;
+
+    // The next screenshot that is added begins a new group.
+    virtual void setPendingDivider() = 0;
+
+    // Drops the screenshots whose files are gone.
+    virtual void removeDeletedFiles() = 0;
+};
+
+} // namespace tallowbay
