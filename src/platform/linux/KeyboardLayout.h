@@ -1,0 +1,38 @@
+#pragma once
+
+#include "platform/linux/VirtualKeys.h"
+
+#include <array>
+#include <optional>
+#include <vector>
+
+#include <xkbcommon/xkbcommon.h>
+
+namespace tallowbay::linux_desktop {
+
+// Which key of the keyboard has which virtual key code, in each group of a keymap.
+//
+// A letter's code belongs to every key that types the letter in the group. A letter that no key of
+// the group types (Cyrillic, Greek ...) belongs to the keys that type it in another group, and if
+// there is none to the key at its place on a US keyboard: that is how programs read their
+// shortcuts. All other codes belong to their places; a place that has become a letter's gives its
+// code to a key that has none.
+//
+// Immutable: may be shared between threads.
+class KeyboardLayout {
+public:
+    explicit KeyboardLayout(xkb_keymap&);
+
+    // Empty for a key that has no virtual key code. A group beyond the last wraps around.
+    std::optional<KeyCode> code(HardwareKey, xkb_layout_index_t group) const;
+
+    // The key to press for a code. Empty if none has it.
+    std::optional<HardwareKey> key(KeyCode, xkb_layout_index_t group) const;
+
+private:
+    using Group = std::array<std::optional<KeyCode>, 256>; // by hardware key
+
+    std::vector<Group> groups; // at least one
+};
+
+} // namespace tallowbay::linux_desktop

@@ -1,0 +1,120 @@
+#include "platform/linux/KeyboardLayout.h"
+
+#include <gmock/gmock.h>
+
+#include <memory>
+#include <set>
+#include <string>
+
+using namespace tallowbay::linux_desktop;
+
+namespace {
+
+KeyboardLayout layout(const std::string& names, const std::string& variant = {})
+{
+    const std::unique_ptr<xkb_context, decltype(&xkb_context_unref)> context(
+        xkb_context_new(XKB_CONTEXT_NO_FLAGS), &xkb_context_unref);
+    const xkb_rule_names rules{"evdev", "pc105", names.c_str(), variant.c_str(), ""};
+    const std::unique_ptr<xkb_keymap, decltype(&xkb_keymap_unref)> keymap(
+        xkb_keymap_new_from_names(context.get(), &rules, XKB_KEYMAP_COMPILE_NO_FLAGS),
+        &xkb_keymap_unref);
+    return KeyboardLayout(*keymap);
+}
+
+constexpr HardwareKey placeOfV = 55;
+constexpr HardwareKey placeOfPeriod = 60;
+constexpr HardwareKey insertKey = 118;
+
+} // namespace
+
+TEST(KeyboardLayoutTest, UsKeysHaveTheCodesOfTheirPlaces)
+{
+    const KeyboardLayout us = layout("us");
+    for (const VirtualKey& key : virtualKeys()) {
+        EXPECT_EQ(us.code(key.hardware, 0), key.code) << int(key.hardware);
+        EXPECT_EQ(us.key(key.code, 0), key.hardware) << key.code;
+    }
+}
+
+TEST(KeyboardLayoutTest, VIsTheKeyThatTypesIt)
+{
+    EXPECT_EQ(layout("de").key(keyCode::v, 0), placeOfV);
+    EXPECT_EQ(layout("fr").key(keyCode::v, 0), placeOfV);
+    EXPECT_EQ(layout("us", "dvorak").key(keyCode::v, 0), placeOfPeriod);
+    EXPECT_EQ(layout("us", "dvorak").code(placeOfPeriod, 0), keyCode::v);
+    EXPECT_NE(layout("us", "dvorak").code(placeOfV, 0), keyCode::v);
+}
+
+TEST(KeyboardLayoutTest, LettersMoveWithTheLayout)
+{
+    const KeyboardLayout fr = layout("fr");
+    EXPECT_EQ(fr.code(24, 0), 0u); // "a" stands where the US have their "q"
+    EXPECT_EQ(fr.code(38, 0), 12u);
+    const KeyboardLayout de = layout("de");
+    EXPECT_EQ(de.code(29, 0), 6u); // "z" and "y" change places
+    EXPECT_EQ(de.code(52, 0), 16u);
+}
+
+TEST(KeyboardLayoutTest, PlacesCountWhereNoKeyTypesLatinLetters)
+{
+    const KeyboardLayout ru = layout("ru");
+    EXPECT_EQ(ru.key(keyCode::v, 0), placeOfV);
+    EXPECT_EQ(ru.code(placeOfV, 0), keyCode::v);
+}
+
+TEST(KeyboardLayoutTest, ACyrillicGroupTakesItsLettersFromTheOtherGroup)
+{
+    EXPECT_EQ(layout("us,ru").key(keyCode::v, 1), placeOfV);
+    EXPECT_EQ(layout("ru,us", ",dvorak").key(keyCode::v, 0), placeOfPeriod);
+    EXPECT_EQ(layout("ru,us", ",dvorak").key(keyCode::v, 1), placeOfPeriod);
+}
+
+TEST(KeyboardLayoutTest, EachLatinGroupHasItsOwnV)
+{
+    const KeyboardLayout both = layout("us,us", ",dvorak");
+    EXPECT_EQ(both.key(keyCode::v, 0), placeOfV);
+    EXPECT_EQ(both.key(keyCode::v, 1), placeOfPeriod);
+    EXPECT_NE(both.code(placeOfPeriod, 0), keyCode::v);
+    EXPECT_NE(both.code(placeOfV, 1), keyCode::v);
+}
+
+TEST(KeyboardLayoutTest, AGroupBeyondTheLastWrapsAround)
+{
+    const KeyboardLayout both = layout("us,us", ",dvorak");
+    EXPECT_EQ(both.key(keyCode::v, 2), placeOfV);
+    EXPECT_EQ(both.key(keyCode::v, 3), placeOfPeriod);
+}
+
+TEST(KeyboardLayoutTest, EveryKeyKeepsACodeOfItsOwn)
+{
+    for (const auto& [name, variant] : std::vector<std::pair<std::string, std::string>>{
+             {"us", ""},
+             {"de", ""},
+             {"fr", ""},
+             {"us", "dvorak"},
+             {"us", "colemak"},
+             {"fr", "bepo"},
+             {"ru", ""},
+             {"gr", ""}}) {
+        const KeyboardLayout keys = layout(name, variant);
+        std::set<tallowbay::KeyCode> codes;
+        for (const VirtualKey& key : virtualKeys()) {
+            const auto code = keys.code(key.hardware, 0);
+            ASSERT_TRUE(code) << name << variant << " key " << int(key.hardware);
+            EXPECT_TRUE(codes.insert(*code).second) << name << variant << " code " << *code;
+        }
+    }
+}
+
+TEST(KeyboardLayoutTest, OtherKeysStayAtTheirPlaces)
+{
+    for (const char* name : {"us", "de", "fr", "ru"})
+        EXPECT_EQ(layout(name).code(insertKey, 0), keyCode::insert) << name;
+}
+
+TEST(KeyboardLayoutTest, UnknownKeysHaveNoCode)
+{
+    EXPECT_EQ(layout("us").code(0, 0), std::nullopt);
+    EXPECT_EQ(layout("us").code(254, 0), std::nullopt);
+    EXPECT_EQ(layout("us").key(1000, 0), std::nullopt);
+}
