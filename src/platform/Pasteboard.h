@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <string>
@@ -32,6 +33,12 @@ public:
 
     // Grows with every change of the content, by us or by others.
     virtual std::int64_t changeCount() const = 0;
+
+    // Has the desktop keep what we wrote beyond the end of the program: true once it has taken it.
+    // False, and at once, if what the pasteboard holds is not a text of ours, or if the desktop
+    // keeps nothing. Blocks no longer than the limit, and never longer than a second; others can
+    // read the content meanwhile, but no other task of the main queue runs. For the shutdown.
+    virtual bool handOver(std::chrono::milliseconds limit) = 0;
 };
 
 } // namespace tallowbay

@@ -8,6 +8,7 @@ void MemoryPasteboard::replace(std::vector<std::filesystem::path> paths, std::st
 {
     files = std::move(paths);
     text = std::move(written);
+    textIsOurs = false;
     ++changes;
 }
 
@@ -24,6 +25,15 @@ void MemoryPasteboard::writeFiles(const std::vector<std::filesystem::path>& path
 void MemoryPasteboard::writeText(const std::string& written)
 {
     replace({}, written);
+    textIsOurs = true;
+}
+
+bool MemoryPasteboard::handOver(std::chrono::milliseconds)
+{
+    if (!textIsOurs || !desktopKeepsTexts)
+        return false;
+    keptText = text;
+    return true;
 }
 
 void MemoryPasteboard::copyElsewhere(std::vector<std::filesystem::path> paths)

@@ -15,6 +15,7 @@ public:
     void writeText(const std::string& written) override;
     std::vector<std::filesystem::path> readFiles() const override { return files; }
     std::int64_t changeCount() const override { return changes; }
+    bool handOver(std::chrono::milliseconds limit) override;
 
     // Another program copies something.
     void copyElsewhere(std::vector<std::filesystem::path> paths);
@@ -23,9 +24,14 @@ public:
     std::vector<std::filesystem::path> files;
     std::string text;
 
+    // Whether the desktop keeps texts, and the one that it was given.
+    bool desktopKeepsTexts = true;
+    std::string keptText;
+
 private:
     void replace(std::vector<std::filesystem::path> paths, std::string written);
 
+    bool textIsOurs = false;
     std::int64_t changes = 0;
 };
 
