@@ -1,6 +1,7 @@
 #include "platform/contract/DispatchContract.h"
 #include "platform/contract/FileSystemContract.h"
 #include "platform/contract/ProcessesContract.h"
+#include "platform/contract/UserDefaultsContract.h"
 #include "platform/headless/Desktop.h"
 
 namespace tallowbay::headless {
@@ -56,6 +57,12 @@ struct ScriptedProcessesBackend {
     std::vector<std::string> notedArguments() { return noted; }
 };
 
+struct MemoryDefaultsBackend {
+    MemoryUserDefaultsStore memory;
+
+    UserDefaultsStore& store() { return memory; }
+};
+
 } // namespace
 
 } // namespace tallowbay::headless
@@ -64,4 +71,5 @@ namespace tallowbay::contract {
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, DispatchContract, headless::VirtualDispatchBackend);
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, FileSystemContract, headless::MemoryFileBackend);
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, ProcessesContract, headless::ScriptedProcessesBackend);
+INSTANTIATE_TYPED_TEST_SUITE_P(Headless, UserDefaultsContract, headless::MemoryDefaultsBackend);
 } // namespace tallowbay::contract

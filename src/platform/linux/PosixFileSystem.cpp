@@ -1,13 +1,11 @@
 #include "platform/linux/PosixFileSystem.h"
 
-#include "platform/linux/AtomicFile.h"
 #include "platform/linux/Environment.h"
-#include "platform/linux/FileDescriptor.h"
-
-#include <cerrno>
+#include "platform/linux/FileBytes.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace tallowbay::linux_desktop {
 
@@ -29,20 +27,6 @@ fs::path withoutTrailingSlash(const fs::path& path)
     while (text.size() > 1 && text.back() == '/')
         text.pop_back();
     return text;
-}
-
-bool readAll(int file, std::string& bytes)
-{
-    char block[64 * 1024];
-    while (true) {
-        const auto count = ::read(file, block, sizeof block);
-        if (count == 0)
-            return true;
-        if (count > 0)
-            bytes.append(block, static_cast<std::size_t>(count));
-        else if (errno != EINTR)
-            return false;
-    }
 }
 
 } // namespace
@@ -97,9 +81,7 @@ std::optional<std::vector<fs::path>> PosixFileSystem::list(const fs::path& folde
 
 bool PosixFileSystem::createFolders(const fs::path& path)
 {
-    std::error_code error;
-    fs::create_directories(path, error);
-    return isDirectory(path);
+    return makeFolders(path);
 }
 
 bool PosixFileSystem::remove(const fs::path& path)
@@ -114,16 +96,7 @@ bool PosixFileSystem::remove(const fs::path& path)
 
 std::optional<std::string> PosixFileSystem::read(const fs::path& path) const
 {
-    // Without O_NONBLOCK, opening a pipe would wait for someone who writes to it.
-    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-    struct stat status;
-    if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode))
-        return std::nullopt;
-    std::string bytes;
-    bytes.reserve(static_cast<std::size_t>(status.st_size));
-    if (!readAll(file.get(), bytes))
-        return std::nullopt;
-    return bytes;
+    return readFile(path);
 }
 
 std::optional<fs::path> PosixFileSystem::makeTemporaryFolder()

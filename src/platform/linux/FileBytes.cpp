@@ -1,4 +1,4 @@
-#include "platform/linux/AtomicFile.h"
+#include "platform/linux/FileBytes.h"
 
 #include "platform/linux/FileDescriptor.h"
 
@@ -16,6 +16,32 @@ namespace tallowbay::linux_desktop {
 namespace fs = std::filesystem;
 
 namespace {
+
+bool readAll(int file, std::string& bytes)
+{
+    char block[64 * 1024];
+    while (true) {
+        const auto count = ::read(file, block, sizeof block);
+        if (count == 0)
+            return true;
+        if (count > 0)
+            bytes.append(block, static_cast<std::size_t>(count));
+        else if (errno != EINTR)
+            return false;
+    }
+}
+
+bool writeAll(int file, std::string_view bytes)
+{
+    while (!bytes.empty()) {
+        const auto count = ::write(file, bytes.data(), bytes.size());
+        if (count >= 0)
+            bytes.remove_prefix(static_cast<std::size_t>(count));
+        else if (errno != EINTR)
+            return false;
+    }
+    return true;
+}
 
 // The new bytes on their way; gone with this object unless they were put in place.
 class Draft {
@@ -93,6 +119,20 @@ void syncFolder(const fs::path& folder)
 
 } // namespace
 
+std::optional<std::string> readFile(const fs::path& path)
+{
+    // Without O_NONBLOCK, opening a pipe would wait for someone who writes to it.
+    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    struct stat status;
+    if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode))
+        return std::nullopt;
+    std::string bytes;
+    bytes.reserve(static_cast<std::size_t>(status.st_size));
+    if (!readAll(file.get(), bytes))
+        return std::nullopt;
+    return bytes;
+}
+
 bool replaceFile(const fs::path& path, std::string_view bytes)
 {
     const auto target = behindLinks(path);
@@ -105,16 +145,11 @@ bool replaceFile(const fs::path& path, std::string_view bytes)
     return true;
 }
 
-bool writeAll(int file, std::string_view bytes)
+bool makeFolders(const fs::path& path)
 {
-    while (!bytes.empty()) {
-        const auto count = ::write(file, bytes.data(), bytes.size());
-        if (count >= 0)
-            bytes.remove_prefix(static_cast<std::size_t>(count));
-        else if (errno != EINTR)
-            return false;
-    }
-    return true;
+    std::error_code error;
+    fs::create_directories(path, error);
+    return fs::is_directory(path, error);
 }
 
 } // namespace tallowbay::linux_desktop
