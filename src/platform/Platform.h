@@ -10,6 +10,7 @@ class Dispatch;
 class FileEvents;
 class FileSystem;
 class FolderEvents;
+class Hotkeys;
 class KeyPoster;
 class KeyTap;
 class Pasteboard;
@@ -41,6 +42,7 @@ struct Platform {
     Pasteboard& pasteboard;
     KeyTap& keyTap;
     KeyPoster& keyPoster;
+    Hotkeys& hotkeys;
     Permissions& permissions;
     StatusBar& statusBar;
     Alerts& alerts;

@@ -3,6 +3,7 @@
 #include "platform/Console.h"
 #include "platform/DesktopSettings.h"
 #include "platform/Platform.h"
+#include "platform/headless/HandFedHotkeys.h"
 #include "platform/headless/HandFedKeys.h"
 #include "platform/headless/HeadlessUi.h"
 #include "platform/headless/MemoryFileSystem.h"
@@ -36,6 +37,7 @@ struct Desktop {
     MemoryPasteboard pasteboard;
     HandFedKeyTap keyTap;
     JournalKeyPoster keyPoster;
+    HandFedHotkeys hotkeys{dispatch};
     HeadlessPermissions permissions;
     HeadlessStatusBar statusBar;
     HeadlessAlerts alerts;
@@ -47,10 +49,10 @@ struct Desktop {
 
     Platform platform()
     {
-        return {dispatch,    clock,     console,      files,     fileEvents, folderEvents,
-                processes,   resources, tools,        defaults,  settings,   pasteboard,
-                keyTap,      keyPoster, permissions,  statusBar, alerts,     updater,
-                application, screens,   textMeasurer, toasts};
+        return {dispatch,  clock,       console, files,        fileEvents, folderEvents,
+                processes, resources,   tools,   defaults,     settings,   pasteboard,
+                keyTap,    keyPoster,   hotkeys, permissions,  statusBar,  alerts,
+                updater,   application, screens, textMeasurer, toasts};
     }
 };
 

@@ -1,5 +1,6 @@
 #include "platform/contract/DispatchContract.h"
 #include "platform/contract/FileSystemContract.h"
+#include "platform/contract/HotkeysContract.h"
 #include "platform/contract/ProcessesContract.h"
 #include "platform/contract/UserDefaultsContract.h"
 #include "platform/headless/Desktop.h"
@@ -33,6 +34,18 @@ struct MemoryFileBackend {
     FileSystem& files() { return desktop.files; }
     std::filesystem::path folder() { return "/work"; }
     WallTime now() { return desktop.clock.wallNow(); }
+};
+
+struct HandFedHotkeysBackend : VirtualDispatchBackend {
+    Hotkeys& hotkeys() { return desktop.hotkeys; }
+    void press(KeyCode keyCode, HotkeyModifiers modifiers)
+    {
+        desktop.hotkeys.press(keyCode, modifiers);
+    }
+    void takeElsewhere(KeyCode keyCode, HotkeyModifiers modifiers)
+    {
+        desktop.hotkeys.takeElsewhere(keyCode, modifiers);
+    }
 };
 
 struct ScriptedProcessesBackend {
@@ -70,6 +83,7 @@ struct MemoryDefaultsBackend {
 namespace tallowbay::contract {
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, DispatchContract, headless::VirtualDispatchBackend);
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, FileSystemContract, headless::MemoryFileBackend);
+INSTANTIATE_TYPED_TEST_SUITE_P(Headless, HotkeysContract, headless::HandFedHotkeysBackend);
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, ProcessesContract, headless::ScriptedProcessesBackend);
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, UserDefaultsContract, headless::MemoryDefaultsBackend);
 } // namespace tallowbay::contract
