@@ -1,0 +1,304 @@
+// The screencapture helper on real X servers, used with real mouse and key events.
+
+#include "desktop/support/Wait.h"
+#include "desktop/support/XServer.h"
+
+#include <QDir>
+#include <QImage>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <xcb/xcb.h>
+
+#include <algorithm>
+#include <csignal>
+#include <cstdlib>
+#include <memory>
+
+namespace tallowbay::test {
+
+namespace {
+
+// A client that asks for what the helper asks for.
+class Rival {
+public:
+    explicit Rival(const std::string& display)
+        : connection(xcb_connect(display.c_str(), nullptr), xcb_disconnect)
+    {
+    }
+
+    bool grabKeyboard()
+    {
+        const auto cookie = xcb_grab_keyboard(
+            connection.get(), false, root(), XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC,
+            XCB_GRAB_MODE_ASYNC);
+        const Reply<xcb_grab_keyboard_reply_t> reply(
+            xcb_grab_keyboard_reply(connection.get(), cookie, nullptr), std::free);
+        return reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
+    }
+
+    void releaseKeyboard()
+    {
+        xcb_ungrab_keyboard(connection.get(), XCB_CURRENT_TIME);
+        xcb_flush(connection.get());
+    }
+
+    bool keyboardIsHeldByAnother()
+    {
+        const bool held = !grabKeyboard();
+        releaseKeyboard();
+        return held;
+    }
+
+    // Whether a window lies over the whole desktop.
+    bool desktopIsCovered()
+    {
+        const Reply<xcb_query_tree_reply_t> tree(
+            xcb_query_tree_reply(
+                connection.get(), xcb_query_tree(connection.get(), root()), nullptr),
+            std::free);
+        const xcb_window_t* children = xcb_query_tree_children(tree.get());
+        return std::any_of(children, children + tree->children_len, [this](xcb_window_t window) {
+            return isShown(window) && isAsLargeAsDesktop(window);
+        });
+    }
+
+private:
+    template <typename T> using Reply = std::unique_ptr<T, decltype(&std::free)>;
+
+    const xcb_screen_t& screen() const
+    {
+        return *xcb_setup_roots_iterator(xcb_get_setup(connection.get())).data;
+    }
+
+    xcb_window_t root() const { return screen().root; }
+
+    bool isShown(xcb_window_t window)
+    {
+        const auto cookie = xcb_get_window_attributes(connection.get(), window);
+        const Reply<xcb_get_window_attributes_reply_t> reply(
+            xcb_get_window_attributes_reply(connection.get(), cookie, nullptr), std::free);
+        return reply && reply->map_state == XCB_MAP_STATE_VIEWABLE && reply->override_redirect;
+    }
+
+    bool isAsLargeAsDesktop(xcb_window_t window)
+    {
+        const auto cookie = xcb_get_geometry(connection.get(), window);
+        const Reply<xcb_get_geometry_reply_t> reply(
+            xcb_get_geometry_reply(connection.get(), cookie, nullptr), std::free);
+        return reply && reply->width == screen().width_in_pixels
+            && reply->height == screen().height_in_pixels;
+    }
+
+    std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection;
+};
+
+class ScreencaptureTest : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        // No two neighbouring parts of this background are alike.
+        run({"xsetroot", "-mod", "16", "12", "-fg", "#203040", "-bg", "#d0c0a0"});
+    }
+
+    void run(const std::vector<std::string>& command)
+    {
+        const Finished result = server.run(command);
+        ASSERT_EQ(result.status, 0) << command.front() << ": " << result.errors;
+    }
+
+    void xdotool(std::vector<std::string> arguments)
+    {
+        arguments.insert(arguments.begin(), "xdotool");
+        run(arguments);
+    }
+
+    void dragTo(const std::string& x, const std::string& y)
+    {
+        xdotool({"mousedown", "1", "mousemove", x, y, "mouseup", "1"});
+    }
+
+    QImage wholeScreen()
+    {
+        run({SCREENCAPTURE, path("whole.png")});
+        return QImage(QString::fromStdString(path("whole.png")));
+    }
+
+    void startSelecting(const std::vector<std::string>& environment = {})
+    {
+        std::vector<std::string> command{"env"};
+        command.insert(command.end(), environment.begin(), environment.end());
+        command.insert(command.end(), {SCREENCAPTURE, "-i", path("region.png")});
+        capture = server.start(command);
+        ASSERT_TRUE(waitUntil([this] { return rival.desktopIsCovered(); })) << capture->errors();
+        ASSERT_TRUE(waitUntil([this] { return rival.keyboardIsHeldByAnother(); }));
+    }
+
+    void expectRegion(const QRect& region)
+    {
+        ASSERT_EQ(capture->wait(), 0) << capture->errors();
+        const QImage result(QString::fromStdString(path("region.png")));
+        EXPECT_EQ(result.size(), region.size());
+        EXPECT_EQ(result, whole.copy(region));
+        EXPECT_TRUE(waitUntil([this] { return !rival.desktopIsCovered(); }));
+    }
+
+    void expectCancelled()
+    {
+        EXPECT_EQ(capture->wait(), 1);
+        EXPECT_FALSE(QFile::exists(QString::fromStdString(path("region.png"))));
+        EXPECT_TRUE(waitUntil([this] { return !rival.desktopIsCovered(); }));
+    }
+
+    std::string path(const char* name) const { return folder.filePath(name).toStdString(); }
+
+    QTemporaryDir folder;
+    XServer server;
+    Rival rival{server.display()};
+    QImage whole;
+    std::unique_ptr<ChildProcess> capture;
+};
+
+TEST_F(ScreencaptureTest, TakesTheWholeScreen)
+{
+    run({"xsetroot", "-solid", "#123456"});
+    whole = wholeScreen();
+    EXPECT_EQ(whole.size(), QSize(1280, 800));
+    EXPECT_EQ(whole.pixel(0, 0), qRgb(0x12, 0x34, 0x56));
+    EXPECT_EQ(whole.pixel(1279, 799), qRgb(0x12, 0x34, 0x56));
+}
+
+TEST_F(ScreencaptureTest, LeavesNothingButTheFile)
+{
+    wholeScreen();
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden), QStringList("whole.png"));
+}
+
+TEST_F(ScreencaptureTest, TakesTheRegionThatIsDragged)
+{
+    whole = wholeScreen();
+    startSelecting();
+    xdotool({"mousemove", "301", "203"});
+    dragTo("700", "449");
+    expectRegion(QRect(QPoint(301, 203), QPoint(700, 449)));
+}
+
+TEST_F(ScreencaptureTest, TakesTheSamePixelsAtEveryScale)
+{
+    whole = wholeScreen();
+    for (const char* scale : {"QT_SCALE_FACTOR=1.5", "QT_SCALE_FACTOR=2"}) {
+        startSelecting({scale});
+        xdotool({"mousemove", "301", "203"});
+        dragTo("700", "449");
+        expectRegion(QRect(QPoint(301, 203), QPoint(700, 449)));
+    }
+}
+
+TEST_F(ScreencaptureTest, TakesARegionOverTwoScreensOfDifferentScale)
+{
+    run({"xrandr", "--setmonitor", "left", "800/211x800/211+0+0", "screen"});
+    run({"xrandr", "--setmonitor", "right", "480/127x600/158+800+0", "none"});
+    whole = wholeScreen();
+    startSelecting({"QT_SCREEN_SCALE_FACTORS=1;1.5"});
+    xdotool({"mousemove", "700", "100"});
+    dragTo("1099", "399");
+    expectRegion(QRect(QPoint(700, 100), QPoint(1099, 399)));
+}
+
+TEST_F(ScreencaptureTest, TakesARegionByKeyboardAlone)
+{
+    whole = wholeScreen();
+    xdotool({"mousemove", "100", "100"});
+    startSelecting();
+    xdotool({"key", "Right", "space", "shift+Right", "shift+Right", "Down", "Down", "Return"});
+    expectRegion(QRect(101, 100, 21, 3));
+}
+
+TEST_F(ScreencaptureTest, MovesTheRealPointerWithTheArrows)
+{
+    xdotool({"mousemove", "100", "100"});
+    startSelecting();
+    xdotool({"key", "shift+Down"});
+    EXPECT_TRUE(waitUntil([this] {
+        return server.run({"xdotool", "getmouselocation"}).output.starts_with("x:100 y:110 ");
+    }));
+}
+
+TEST_F(ScreencaptureTest, IsCancelledByEsc)
+{
+    startSelecting();
+    xdotool({"mousemove", "100", "100", "mousedown", "1", "mousemove", "200", "200"});
+    xdotool({"key", "Escape"});
+    expectCancelled();
+}
+
+TEST_F(ScreencaptureTest, IsCancelledByTheRightButton)
+{
+    startSelecting();
+    xdotool({"click", "3"});
+    expectCancelled();
+}
+
+TEST_F(ScreencaptureTest, GoesOnAfterAPlainClick)
+{
+    whole = wholeScreen();
+    startSelecting();
+    xdotool({"mousemove", "100", "100", "click", "1", "mousemove", "10", "10"});
+    dragTo("19", "19");
+    expectRegion(QRect(10, 10, 10, 10));
+}
+
+TEST_F(ScreencaptureTest, GetsAKeyboardThatAnotherProgramHeldWhenItStarted)
+{
+    ASSERT_TRUE(rival.grabKeyboard());
+    capture = server.start({SCREENCAPTURE, "-i", path("region.png")});
+    ASSERT_TRUE(waitUntil([this] { return rival.desktopIsCovered(); }));
+    rival.releaseKeyboard();
+    ASSERT_TRUE(waitUntil([this] { return rival.keyboardIsHeldByAnother(); }));
+    xdotool({"key", "Escape"});
+    expectCancelled();
+}
+
+TEST_F(ScreencaptureTest, KeepsTheKeyThatEndsItFromOtherPrograms)
+{
+    startSelecting();
+    xdotool({"keydown", "Escape"});
+    EXPECT_FALSE(capture->wait(std::chrono::milliseconds(200)));
+    xdotool({"keyup", "Escape"});
+    expectCancelled();
+}
+
+TEST_F(ScreencaptureTest, IsGoneFromTheScreenAfterATerminationSignal)
+{
+    startSelecting();
+    capture->signal(SIGTERM);
+    EXPECT_EQ(capture->wait(), 128 + SIGTERM);
+    EXPECT_TRUE(waitUntil([this] { return !rival.desktopIsCovered(); }));
+    EXPECT_FALSE(QFile::exists(QString::fromStdString(path("region.png"))));
+}
+
+TEST_F(ScreencaptureTest, SaysThatThereIsNoDisplay)
+{
+    const Finished result = server.run({"env", "-u", "DISPLAY", SCREENCAPTURE, path("whole.png")});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_NE(result.errors.find("no X display"), std::string::npos);
+}
+
+TEST_F(ScreencaptureTest, SaysThatItCannotWrite)
+{
+    const Finished result = server.run({SCREENCAPTURE, path("absent/whole.png")});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_FALSE(result.errors.empty());
+}
+
+TEST_F(ScreencaptureTest, SaysHowToUseIt)
+{
+    EXPECT_EQ(server.run({SCREENCAPTURE, "--help"}).status, 0);
+    EXPECT_EQ(server.run({SCREENCAPTURE}).status, 1);
+    EXPECT_EQ(server.run({SCREENCAPTURE, "-x", path("whole.png")}).status, 1);
+}
+
+} // namespace
+
+} // namespace tallowbay::test
