@@ -9,7 +9,9 @@
 #include "platform/headless/MemoryFileSystem.h"
 #include "platform/headless/MemoryPasteboard.h"
 #include "platform/headless/MemoryUserDefaults.h"
+#include "platform/headless/PlainImageCodec.h"
 #include "platform/headless/ScriptedProcesses.h"
+#include "platform/headless/ScriptedTextRecognizer.h"
 #include "platform/headless/VirtualTime.h"
 
 namespace tallowbay::headless {
@@ -32,6 +34,8 @@ struct Desktop {
     ScriptedProcesses processes;
     HeadlessResources resources;
     ToolPaths tools;
+    PlainImageCodec imageCodec;
+    ScriptedTextRecognizer textRecognizer;
     MemoryUserDefaultsStore defaults;
     DesktopSettings settings;
     MemoryPasteboard pasteboard;
@@ -49,10 +53,11 @@ struct Desktop {
 
     Platform platform()
     {
-        return {dispatch,  clock,       console, files,        fileEvents, folderEvents,
-                processes, resources,   tools,   defaults,     settings,   pasteboard,
-                keyTap,    keyPoster,   hotkeys, permissions,  statusBar,  alerts,
-                updater,   application, screens, textMeasurer, toasts};
+        return {dispatch,       clock,       console,     files,        fileEvents,
+                folderEvents,   processes,   resources,   tools,        imageCodec,
+                textRecognizer, defaults,    settings,    pasteboard,   keyTap,
+                keyPoster,      hotkeys,     permissions, statusBar,    alerts,
+                updater,        application, screens,     textMeasurer, toasts};
     }
 };
 
