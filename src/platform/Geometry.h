@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cmath>
 
 namespace tallowbay {
 
@@ -28,7 +29,10 @@ struct Rect {
     double maxY() const { return std::max(origin.y, origin.y + size.height); }
     double midX() const { return origin.x + size.width / 2; }
     double midY() const { return origin.y + size.height / 2; }
-    Rect normalized() const { return {{minX(), minY()}, {maxX() - minX(), maxY() - minY()}}; }
+    Rect normalized() const
+    {
+        return {{minX(), minY()}, {std::abs(size.width), std::abs(size.height)}};
+    }
     bool operator==(const Rect&) const = default;
 };
 
