@@ -1,0 +1,279 @@
+#include "editor/AnnotationCanvas.h"
+
+#include "editor/AnnotationConstants.h"
+#include "editor/CanvasRenderer.h"
+#include "platform/Fatal.h"
+
+#include <cmath>
+#include <utility>
+
+namespace tallowbay {
+
+namespace {
+
+constexpr KeyCode deleteKey = 51;
+
+constexpr Size textFieldSize{200, 24};
+constexpr double textFieldDrop = 10; // of the field's lower edge below the click
+
+Rect spannedBy(Point a, Point b)
+{
+    return Rect{a, {b.x - a.x, b.y - a.y}}.normalized();
+}
+
+// Line breaks stay.
+std::string trimmed(const std::string& text)
+{
+    const auto first = text.find_first_not_of(" \t");
+    if (first == std::string::npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(" \t") - first + 1);
+}
+
+} // namespace
+
+void AnnotationCanvas::setSize(Size size)
+{
+    canvas.size = size;
+    view.redraw();
+}
+
+void AnnotationCanvas::setBackgroundImage(Image image)
+{
+    canvas.backgroundImage = std::move(image);
+    view.redraw();
+}
+
+void AnnotationCanvas::setAnnotations(std::vector<AnnotationItem> items)
+{
+    canvas.replaceAnnotations(std::move(items));
+    view.redraw();
+}
+
+void AnnotationCanvas::appendAnnotation(AnnotationItem item)
+{
+    canvas.annotations.push_back(std::move(item));
+    view.redraw();
+}
+
+AnnotationItem AnnotationCanvas::removeAnnotation(std::size_t index)
+{
+    AnnotationItem removed = canvas.removeAnnotation(index);
+    view.redraw();
+    return removed;
+}
+
+void AnnotationCanvas::clearSelection()
+{
+    canvas.selectedAnnotationIndex.reset();
+    view.redraw();
+}
+
+void AnnotationCanvas::draw(GraphicsContext& context) const
+{
+    std::optional<LivePreview> preview;
+    if (delegate)
+        preview = {delegate->selectedTool(), delegate->highlightColor()};
+    drawCanvas(context, canvas, preview);
+}
+
+std::optional<std::size_t> AnnotationCanvas::hitTestAnnotation(Point point) const
+{
+    return tallowbay::hitTestAnnotation(canvas.annotations, point, measurer);
+}
+
+std::optional<HandleHit> AnnotationCanvas::hitTestResizeHandle(Point point) const
+{
+    return tallowbay::hitTestResizeHandle(canvas.annotations, point);
+}
+
+void AnnotationCanvas::resizeAnnotation(std::size_t index, ResizeHandle handle, Point to)
+{
+    Rect& rect = checkedAt(canvas.annotations, index).rect;
+    rect = resizedRect(rect, handle, to);
+    view.redraw();
+}
+
+void AnnotationCanvas::mouseDown(Point point)
+{
+    if (!canvas.backgroundImage || !delegate)
+        return;
+    if (const auto grip = hitTestResizeHandle(point)) {
+        canvas.resizingIndex = grip->index;
+        canvas.resizeHandle = grip->handle;
+    } else if (const auto index = hitTestAnnotation(point)) {
+        beginMoving(*index, point);
+    } else {
+        mouseDownOnEmptyCanvas(point);
+    }
+}
+
+void AnnotationCanvas::mouseDownOnEmptyCanvas(Point point)
+{
+    const bool wantsText = delegate->selectedTool() == AnnotationTool::text;
+    if (wantsText && activeTextField) {
+        commitTextIfNeeded();
+        return;
+    }
+    clearSelection();
+    if (wantsText) {
+        showTextField(point);
+    } else {
+        canvas.dragStart = point;
+        canvas.liveRect = Rect{};
+    }
+}
+
+void AnnotationCanvas::beginMoving(std::size_t index, Point point)
+{
+    canvas.movingIndex = index;
+    canvas.selectedAnnotationIndex = index;
+    canvas.moveLastPoint = point;
+    view.setCursor(CanvasCursor::closedHand);
+    view.redraw();
+}
+
+void AnnotationCanvas::mouseDragged(Point point)
+{
+    if (!canvas.backgroundImage)
+        return;
+    if (canvas.resizingIndex && canvas.resizeHandle) {
+        resizeAnnotation(*canvas.resizingIndex, *canvas.resizeHandle, point);
+        return;
+    }
+    if (canvas.movingIndex && canvas.moveLastPoint) {
+        moveBy({point.x - canvas.moveLastPoint->x, point.y - canvas.moveLastPoint->y});
+        canvas.moveLastPoint = point;
+        return;
+    }
+    if (!canvas.dragStart || !delegate)
+        return;
+    const Point start = *canvas.dragStart;
+    const AnnotationTool tool = delegate->selectedTool();
+    if (tool == AnnotationTool::arrow)
+        canvas.liveRect = Rect{start, {point.x - start.x, point.y - start.y}};
+    else if (tool != AnnotationTool::text)
+        canvas.liveRect = spannedBy(start, point);
+    view.redraw();
+}
+
+void AnnotationCanvas::moveBy(Point distance)
+{
+    Rect& rect = checkedAt(canvas.annotations, *canvas.movingIndex).rect;
+    rect.origin.x += distance.x;
+    rect.origin.y += distance.y;
+    view.redraw();
+}
+
+void AnnotationCanvas::mouseUp(Point point)
+{
+    if (!canvas.backgroundImage)
+        return;
+    if (const auto index = std::exchange(canvas.resizingIndex, std::nullopt)) {
+        canvas.resizeHandle.reset();
+        reportUpdate(*index);
+        return;
+    }
+    if (const auto index = std::exchange(canvas.movingIndex, std::nullopt)) {
+        canvas.moveLastPoint.reset();
+        view.setCursor(CanvasCursor::openHand);
+        reportUpdate(*index);
+        return;
+    }
+    const auto made = draggedOutItem(point);
+    canvas.liveRect.reset();
+    canvas.dragStart.reset();
+    if (made)
+        add(*made);
+}
+
+std::optional<AnnotationItem> AnnotationCanvas::draggedOutItem(Point end) const
+{
+    if (!delegate)
+        return std::nullopt;
+    const AnnotationTool tool = delegate->selectedTool();
+    const Color color = currentColor(systemYellow);
+    if (tool == AnnotationTool::arrow) {
+        if (!canvas.dragStart)
+            return std::nullopt;
+        const Size vector{end.x - canvas.dragStart->x, end.y - canvas.dragStart->y};
+        if (!(std::hypot(vector.width, vector.height) > minimumArrowLength))
+            return std::nullopt;
+        return AnnotationItem{tool, {*canvas.dragStart, vector}, std::nullopt, color};
+    }
+    // The tool may have changed since the drag began; a text item has no size of its own.
+    if (tool == AnnotationTool::text || !canvas.liveRect)
+        return std::nullopt;
+    const Size size = canvas.liveRect->size;
+    if (!(size.width > minimumRectangleSide && size.height > minimumRectangleSide))
+        return std::nullopt;
+    return AnnotationItem{tool, *canvas.liveRect, std::nullopt, color};
+}
+
+void AnnotationCanvas::reportUpdate(std::size_t index)
+{
+    // A copy: the window may change the list while it is told.
+    const AnnotationItem item = checkedAt(canvas.annotations, index);
+    if (delegate)
+        delegate->annotationUpdated(index, item);
+}
+
+void AnnotationCanvas::add(const AnnotationItem& item)
+{
+    appendAnnotation(item);
+    if (delegate)
+        delegate->canvasDidAddAnnotation(item);
+}
+
+Color AnnotationCanvas::currentColor(Color withoutWindow) const
+{
+    return delegate ? delegate->highlightColor() : withoutWindow;
+}
+
+void AnnotationCanvas::mouseMoved(Point point)
+{
+    const auto hit = hitTestAnnotation(point);
+    if (hit != canvas.hoveredIndex) {
+        canvas.hoveredIndex = hit;
+        view.redraw();
+    }
+    if (hitTestResizeHandle(point))
+        view.setCursor(CanvasCursor::resizeUpDown);
+    else
+        view.setCursor(hit ? CanvasCursor::openHand : CanvasCursor::crosshair);
+}
+
+void AnnotationCanvas::keyDown(const KeyPress& key)
+{
+    if (!delegate)
+        return;
+    if (key.keyCode == deleteKey && canvas.selectedAnnotationIndex)
+        delegate->deleteAnnotation(*canvas.selectedAnnotationIndex);
+    else
+        delegate->handleKeyDown(key);
+}
+
+void AnnotationCanvas::showTextField(Point point)
+{
+    textFieldLook = {
+        {{point.x, point.y - textFieldDrop}, textFieldSize},
+        annotationFont,
+        currentColor(Color::white(1)),
+        annotationTextBackground,
+        "Type here..."};
+    activeTextField = view.showTextField(textFieldLook);
+}
+
+void AnnotationCanvas::commitTextIfNeeded()
+{
+    if (!activeTextField)
+        return;
+    const std::string text = trimmed(activeTextField->text());
+    const Point anchor{textFieldLook.frame.origin.x, textFieldLook.frame.origin.y + textFieldDrop};
+    activeTextField.reset();
+    view.becomeFirstResponder();
+    if (!text.empty())
+        add({AnnotationTool::text, {anchor, {0, 0}}, text, textFieldLook.textColor});
+}
+
+} // namespace tallowbay

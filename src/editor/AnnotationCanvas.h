@@ -1,0 +1,141 @@
+#pragma once
+
+#include "editor/CanvasState.h"
+#include "editor/HitTest.h"
+#include "platform/Graphics.h"
+#include "platform/Keys.h"
+#include "platform/Windows.h"
+
+#include <memory>
+#include <string>
+
+namespace tallowbay {
+
+// What the canvas tells and asks the editor's window.
+class AnnotationCanvasDelegate {
+public:
+    virtual ~AnnotationCanvasDelegate() = default;
+
+    // Read at the moment of use.
+    virtual AnnotationTool selectedTool() const = 0;
+    virtual Color highlightColor() const = 0;
+
+    // After the item was appended to the canvas's list.
+    virtual void canvasDidAddAnnotation(const AnnotationItem&) = 0;
+
+    // After a move or a resize has ended, also one that changed nothing.
+    virtual void annotationUpdated(std::size_t index, const AnnotationItem&) = 0;
+
+    virtual void deleteAnnotation(std::size_t index) = 0;
+
+    // Every key that the canvas has no use for.
+    virtual void handleKeyDown(const KeyPress&) = 0;
+};
+
+// One cursor serves every handle, corners and arrow ends alike.
+enum class CanvasCursor { crosshair, openHand, closedHand, resizeUpDown };
+
+// A single line of text that is being typed: no border, no bezel, no focus ring.
+struct TextFieldLook {
+    Rect frame; // in the canvas
+    Font font;
+    Color textColor;
+    Color background;
+    std::string placeholder;
+    bool operator==(const TextFieldLook&) const = default;
+};
+
+// The field on the screen; destroying it takes it away.
+class InlineTextField {
+public:
+    virtual ~InlineTextField() = default;
+    virtual std::string text() const = 0;
+};
+
+// The view that the canvas lives in. Thread: main queue.
+class AnnotationCanvasPort {
+public:
+    virtual ~AnnotationCanvasPort() = default;
+
+    // All of it, soon, through AnnotationCanvas::draw.
+    virtual void redraw() = 0;
+    virtual void setCursor(CanvasCursor) = 0;
+
+    // The field takes the keyboard. Its Return key is to call textFieldCommitted(), inside of which
+    // the field is destroyed.
+    virtual std::unique_ptr<InlineTextField> showTextField(const TextFieldLook&) = 0;
+
+    // The canvas takes the keyboard.
+    virtual void becomeFirstResponder() = 0;
+};
+
+// The part of the editor that shows a screenshot and lets the user mark it up. Points count from
+// the canvas's lower left corner, y upwards.
+//
+// It works on a copy of the current picture's items and reports what has changed. Thread: main
+// queue.
+class AnnotationCanvas {
+public:
+    AnnotationCanvas(AnnotationCanvasPort& view, const TextMeasurer& measurer)
+        : view(view)
+        , measurer(measurer)
+    {
+    }
+
+    // The window, which outlives its place here: it takes itself out (null) before it goes.
+    void setDelegate(AnnotationCanvasDelegate* window) { delegate = window; }
+
+    const CanvasState& state() const { return canvas; }
+    const std::vector<AnnotationItem>& annotations() const { return canvas.annotations; }
+    const Image& backgroundImage() const { return canvas.backgroundImage; }
+    Size size() const { return canvas.size; }
+    bool hasActiveTextField() const { return activeTextField != nullptr; }
+
+    // Each asks for a redraw.
+    void setSize(Size);
+    void setBackgroundImage(Image);
+    void setAnnotations(std::vector<AnnotationItem>); // of another picture: nothing stays selected
+    void appendAnnotation(AnnotationItem);
+    AnnotationItem removeAnnotation(std::size_t index); // outside of the list: stops the process
+    void clearSelection();
+
+    void draw(GraphicsContext&) const;
+
+    void mouseDown(Point);
+    void mouseDragged(Point);
+    void mouseUp(Point);
+    void mouseMoved(Point);
+    void keyDown(const KeyPress&);
+    void resetCursorRects() { view.setCursor(CanvasCursor::crosshair); }
+
+    std::optional<std::size_t> hitTestAnnotation(Point) const;
+    std::optional<HandleHit> hitTestResizeHandle(Point) const;
+
+    // An index outside of the list stops the process.
+    void resizeAnnotation(std::size_t index, ResizeHandle, Point);
+
+    void showTextField(Point);
+    void textFieldCommitted() { commitTextIfNeeded(); }
+
+    // Turns what was typed into an item and closes the field. Blank text is dropped. Nothing
+    // happens without a field.
+    void commitTextIfNeeded();
+
+private:
+    void mouseDownOnEmptyCanvas(Point);
+    void beginMoving(std::size_t index, Point);
+    void moveBy(Point);
+    std::optional<AnnotationItem> draggedOutItem(Point end) const;
+    void reportUpdate(std::size_t index);
+    void add(const AnnotationItem&);
+    Color currentColor(Color withoutWindow) const;
+
+    AnnotationCanvasPort& view;
+    const TextMeasurer& measurer;
+    AnnotationCanvasDelegate* delegate = nullptr;
+    CanvasState canvas;
+    std::unique_ptr<InlineTextField> activeTextField;
+    TextFieldLook textFieldLook; // of the active field
+};
+
+} // namespace tallowbay

@@ -1,0 +1,595 @@
+#include "editor/CanvasFixture.h"
+
+namespace tallowbay {
+namespace {
+
+using namespace test;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr KeyPress deletePress{51, 0};
+
+class AnnotationCanvasTest : public CanvasTest {
+protected:
+    const AnnotationItem& only() const { return canvas.annotations().at(0); }
+};
+
+// Creating shapes
+
+TEST_F(AnnotationCanvasTest, CreatesAHighlightFromADrag)
+{
+    window.color = systemRed;
+    drag({60, 70}, {160, 130});
+    EXPECT_THAT(window.added, ElementsAre(highlightAt({{60, 70}, {100, 60}}, systemRed)));
+    EXPECT_EQ(canvas.annotations(), window.added);
+}
+
+TEST_F(AnnotationCanvasTest, NormalisesAHighlightThatIsDraggedDownAndLeft)
+{
+    drag({160, 130}, {60, 70});
+    EXPECT_EQ(only().rect, (Rect{{60, 70}, {100, 60}}));
+}
+
+TEST_F(AnnotationCanvasTest, CreatesABlurAndKeepsItsColour)
+{
+    window.tool = AnnotationTool::blur;
+    window.color = systemBlue;
+    drag({160, 70}, {60, 130});
+    EXPECT_EQ(only(), blurAt({{60, 70}, {100, 60}}, systemBlue));
+}
+
+TEST_F(AnnotationCanvasTest, CreatesAnArrowWithASignedVector)
+{
+    window.tool = AnnotationTool::arrow;
+    drag({160, 70}, {60, 130});
+    EXPECT_EQ(only(), arrowAt({{160, 70}, {-100, 60}}));
+    EXPECT_EQ(only().start(), (Point{160, 70}));
+    EXPECT_EQ(only().end(), (Point{60, 130}));
+}
+
+TEST_F(AnnotationCanvasTest, CreatesNoRectangleUnlessBothSidesExceed4Points)
+{
+    for (const auto tool : {AnnotationTool::highlight, AnnotationTool::blur}) {
+        window.tool = tool;
+        drag({100, 100}, {105, 104});
+        drag({100, 100}, {104, 105});
+        drag({100, 100}, {100, 100});
+        drag({100, 100}, {300, 104});
+        EXPECT_THAT(window.added, IsEmpty());
+    }
+    drag({100, 100}, {104.1, 104.1});
+    EXPECT_EQ(window.added.size(), 1u);
+}
+
+TEST_F(AnnotationCanvasTest, CreatesNoArrowOf8PointsOrLess)
+{
+    window.tool = AnnotationTool::arrow;
+    drag({100, 100}, {108, 100});
+    drag({100, 100}, {100, 92});
+    drag({100, 100}, {103, 106});
+    EXPECT_THAT(window.added, IsEmpty());
+    drag({100, 100}, {108.1, 100});
+    EXPECT_EQ(window.added.size(), 1u);
+}
+
+TEST_F(AnnotationCanvasTest, MeasuresAnArrowAtMouseUpNotAtTheLastDrag)
+{
+    window.tool = AnnotationTool::arrow;
+    canvas.mouseDown({100, 100});
+    canvas.mouseDragged({300, 300});
+    canvas.mouseUp({104, 100});
+    EXPECT_THAT(window.added, IsEmpty());
+    canvas.mouseDown({100, 100});
+    canvas.mouseUp({180, 100});
+    EXPECT_EQ(only().rect, (Rect{{100, 100}, {80, 0}}));
+}
+
+TEST_F(AnnotationCanvasTest, KeepsTheRectangleOfTheLastDragAtMouseUp)
+{
+    canvas.mouseDown({100, 100});
+    canvas.mouseDragged({150, 150});
+    canvas.mouseUp({200, 200});
+    EXPECT_EQ(only().rect, (Rect{{100, 100}, {50, 50}}));
+}
+
+TEST_F(AnnotationCanvasTest, StartsADragWithAZeroRectangleAndEndsItWithNone)
+{
+    canvas.mouseDown({100, 100});
+    EXPECT_EQ(canvas.state().liveRect, Rect{});
+    EXPECT_EQ(canvas.state().dragStart, (Point{100, 100}));
+    canvas.mouseDragged({150, 160});
+    EXPECT_EQ(canvas.state().liveRect, (Rect{{100, 100}, {50, 60}}));
+    canvas.mouseUp({150, 160});
+    EXPECT_EQ(canvas.state().liveRect, std::nullopt);
+    EXPECT_EQ(canvas.state().dragStart, std::nullopt);
+}
+
+TEST_F(AnnotationCanvasTest, RedrawsWhileDraggingAndWhenAnItemIsMade)
+{
+    canvas.mouseDown({100, 100});
+    EXPECT_EQ(view.redraws, 1);
+    canvas.mouseDragged({150, 150});
+    EXPECT_EQ(view.redraws, 2);
+    canvas.mouseUp({150, 150});
+    EXPECT_EQ(view.redraws, 3);
+}
+
+TEST_F(AnnotationCanvasTest, MakesNoSizedTextWhenTheToolTurnsToTextDuringADrag)
+{
+    canvas.mouseDown({100, 100});
+    canvas.mouseDragged({150, 150});
+    window.tool = AnnotationTool::text;
+    canvas.mouseDragged({160, 160});
+    canvas.mouseUp({160, 160});
+    EXPECT_THAT(window.added, IsEmpty());
+    EXPECT_EQ(canvas.state().liveRect, std::nullopt);
+}
+
+// Without an image or a window
+
+TEST_F(AnnotationCanvasTest, IgnoresTheMouseWithoutABackgroundImage)
+{
+    canvas.setBackgroundImage(nullptr);
+    drag({100, 100}, {200, 200});
+    EXPECT_THAT(canvas.annotations(), IsEmpty());
+    EXPECT_EQ(canvas.state().dragStart, std::nullopt);
+
+    canvas.setAnnotations({highlightAt({{60, 60}, {50, 50}})});
+    drag({80, 80}, {200, 200});
+    EXPECT_EQ(only().rect, (Rect{{60, 60}, {50, 50}}));
+    EXPECT_THAT(window.updated, IsEmpty());
+}
+
+TEST_F(AnnotationCanvasTest, IgnoresAMouseDownWithoutAWindow)
+{
+    canvas.setAnnotations({highlightAt({{60, 60}, {50, 50}})});
+    canvas.setDelegate(nullptr);
+    canvas.mouseDown({80, 80});
+    EXPECT_EQ(canvas.state().movingIndex, std::nullopt);
+    canvas.mouseDown({200, 200});
+    EXPECT_EQ(canvas.state().dragStart, std::nullopt);
+}
+
+TEST_F(AnnotationCanvasTest, FinishesAMoveWithoutAReportWhenTheWindowHasGone)
+{
+    canvas.setAnnotations({highlightAt({{60, 60}, {50, 50}})});
+    canvas.mouseDown({80, 80});
+    canvas.setDelegate(nullptr);
+    canvas.mouseDragged({90, 95});
+    canvas.mouseUp({90, 95});
+    EXPECT_EQ(only().rect.origin, (Point{70, 75}));
+    EXPECT_EQ(canvas.state().movingIndex, std::nullopt);
+    EXPECT_THAT(window.updated, IsEmpty());
+}
+
+TEST_F(AnnotationCanvasTest, MakesNothingOfADragWhoseWindowHasGone)
+{
+    canvas.mouseDown({100, 100});
+    canvas.mouseDragged({150, 150});
+    canvas.setDelegate(nullptr);
+    canvas.mouseDragged({180, 180});
+    EXPECT_EQ(canvas.state().liveRect, (Rect{{100, 100}, {50, 50}}));
+    canvas.mouseUp({180, 180});
+    EXPECT_THAT(canvas.annotations(), IsEmpty());
+    EXPECT_EQ(canvas.state().dragStart, std::nullopt);
+}
+
+// Selecting and moving
+
+TEST_F(AnnotationCanvasTest, MovesAnItemWithTheMouseAndReportsItOnce)
+{
+    canvas.setAnnotations({highlightAt({{100, 100}, {80, 60}})});
+    canvas.mouseDown({140, 130});
+    canvas.mouseDragged({150, 135});
+    canvas.mouseDragged({170, 100});
+    EXPECT_EQ(only().rect, (Rect{{130, 70}, {80, 60}}));
+    EXPECT_THAT(window.updated, IsEmpty());
+    canvas.mouseUp({170, 100});
+    ASSERT_EQ(window.updated.size(), 1u);
+    EXPECT_EQ(window.updated[0].first, 0u);
+    EXPECT_EQ(window.updated[0].second, only());
+    EXPECT_EQ(canvas.state().movingIndex, std::nullopt);
+    EXPECT_EQ(canvas.state().moveLastPoint, std::nullopt);
+}
+
+TEST_F(AnnotationCanvasTest, MovesAnArrowWholeAndATextByItsAnchor)
+{
+    canvas.setAnnotations({arrowAt({{100, 100}, {-60, 90}}), textAt({200, 200}, "abc")});
+    drag({70, 145}, {80, 140});
+    EXPECT_EQ(only().rect, (Rect{{110, 95}, {-60, 90}}));
+    drag({210, 210}, {200, 190});
+    EXPECT_EQ(canvas.annotations()[1].rect, (Rect{{190, 180}, {0, 0}}));
+}
+
+TEST_F(AnnotationCanvasTest, ReportsAPlainClickOnAnItemAsAnUpdate)
+{
+    const auto item = highlightAt({{100, 100}, {80, 60}});
+    canvas.setAnnotations({item});
+    canvas.mouseDown({140, 130});
+    canvas.mouseUp({140, 130});
+    ASSERT_EQ(window.updated.size(), 1u);
+    EXPECT_EQ(window.updated[0].second, item);
+    EXPECT_EQ(canvas.state().selectedAnnotationIndex, 0u);
+}
+
+TEST_F(AnnotationCanvasTest, ClearsTheSelectionOnEmptyCanvas)
+{
+    canvas.setAnnotations({highlightAt({{100, 100}, {80, 60}})});
+    canvas.mouseDown({140, 130});
+    canvas.mouseUp({140, 130});
+    canvas.mouseDown({300, 300});
+    EXPECT_EQ(canvas.state().selectedAnnotationIndex, std::nullopt);
+}
+
+TEST_F(AnnotationCanvasTest, MovesAnItemWithEveryToolTheTextToolIncluded)
+{
+    canvas.setAnnotations({highlightAt({{100, 100}, {80, 60}})});
+    for (const auto tool : annotationTools) {
+        window.tool = tool;
+        canvas.mouseDown({140, 130});
+        EXPECT_EQ(canvas.state().movingIndex, 0u);
+        canvas.mouseUp({140, 130});
+    }
+    EXPECT_THAT(view.shownFields, IsEmpty());
+    EXPECT_THAT(window.added, IsEmpty());
+}
+
+TEST_F(AnnotationCanvasTest, PrefersTheTopmostItem)
+{
+    canvas.setAnnotations(
+        {highlightAt({{100, 100}, {100, 100}}), blurAt({{120, 120}, {100, 100}})});
+    canvas.mouseDown({160, 160});
+    EXPECT_EQ(canvas.state().movingIndex, 1u);
+}
+
+// Resizing
+
+TEST_F(AnnotationCanvasTest, PrefersAHandleToTheItemBelowThePoint)
+{
+    canvas.setAnnotations({highlightAt({{100, 100}, {80, 60}})});
+    canvas.mouseDown({105, 105});
+    EXPECT_EQ(canvas.state().resizingIndex, 0u);
+    EXPECT_EQ(canvas.state().resizeHandle, ResizeHandle::rectBottomLeft);
+    EXPECT_EQ(canvas.state().movingIndex, std::nullopt);
+    EXPECT_EQ(canvas.state().selectedAnnotationIndex, std::nullopt);
+}
+
+TEST_F(AnnotationCanvasTest, ResizesAndReportsAtMouseUpWithoutAnotherRedraw)
+{
+    canvas.setAnnotations({highlightAt({{100, 100}, {80, 60}})});
+    canvas.mouseDown({180, 160});
+    canvas.mouseDragged({200, 190});
+    EXPECT_EQ(only().rect, (Rect{{100, 100}, {100, 90}}));
+    EXPECT_THAT(window.updated, IsEmpty());
+    view.journal.clear();
+    view.cursor.reset();
+    canvas.mouseUp({250, 250});
+    ASSERT_EQ(window.updated.size(), 1u);
+    EXPECT_EQ(window.updated[0].second.rect, (Rect{{100, 100}, {100, 90}}));
+    EXPECT_THAT(view.journal, IsEmpty());
+    EXPECT_EQ(view.cursor, std::nullopt);
+    EXPECT_EQ(canvas.state().resizingIndex, std::nullopt);
+    EXPECT_EQ(canvas.state().resizeHandle, std::nullopt);
+}
+
+TEST_F(AnnotationCanvasTest, LeavesANegativeHeightWhenACornerPassesTheOppositeEdge)
+{
+    canvas.setAnnotations({highlightAt({{100, 100}, {80, 60}})});
+    drag({100, 100}, {110, 200});
+    EXPECT_EQ(only().rect, (Rect{{110, 200}, {70, -40}}));
+    EXPECT_EQ(drawnItems().front(), "fill rect(110 160 70 40) color(1 0.8 0 0.35)");
+    EXPECT_EQ(canvas.hitTestAnnotation({150, 180}), 0u);
+    EXPECT_EQ(canvas.hitTestAnnotation({150, 150}), std::nullopt);
+}
+
+TEST_F(AnnotationCanvasTest, StopsAtAnIndexOutsideOfTheList)
+{
+    canvas.setAnnotations({highlightAt({{100, 100}, {80, 60}})});
+    EXPECT_DEATH(canvas.resizeAnnotation(1, ResizeHandle::rectTopLeft, {0, 0}), "out of range");
+    EXPECT_DEATH(canvas.removeAnnotation(1), "out of range");
+}
+
+// Changes of the list
+
+TEST_F(AnnotationCanvasTest, AdjustsItsIndicesWhenAnItemIsRemoved)
+{
+    canvas.setAnnotations(
+        {highlightAt({{60, 60}, {20, 20}}), highlightAt({{200, 200}, {60, 60}}),
+         highlightAt({{300, 300}, {20, 20}})});
+    canvas.mouseMoved({230, 230});
+    canvas.mouseDown({230, 230});
+    canvas.removeAnnotation(0);
+    EXPECT_EQ(canvas.state().movingIndex, 0u);
+    EXPECT_EQ(canvas.state().hoveredIndex, 0u);
+    EXPECT_EQ(canvas.state().selectedAnnotationIndex, 0u);
+    canvas.removeAnnotation(1);
+    EXPECT_EQ(canvas.state().movingIndex, 0u);
+    canvas.removeAnnotation(0);
+    EXPECT_EQ(canvas.state().movingIndex, std::nullopt);
+    EXPECT_EQ(canvas.state().hoveredIndex, std::nullopt);
+    EXPECT_EQ(canvas.state().selectedAnnotationIndex, std::nullopt);
+    canvas.mouseDragged({240, 240});
+    canvas.mouseUp({240, 240});
+    EXPECT_THAT(window.updated, IsEmpty());
+}
+
+TEST_F(AnnotationCanvasTest, EndsAResizeWhoseItemIsRemoved)
+{
+    canvas.setAnnotations({arrowAt({{60, 60}, {90, 90}})});
+    canvas.mouseDown({150, 150});
+    ASSERT_EQ(canvas.state().resizeHandle, ResizeHandle::arrowEnd);
+    canvas.removeAnnotation(0);
+    canvas.mouseDragged({200, 200});
+    canvas.mouseUp({200, 200});
+    EXPECT_THAT(window.updated, IsEmpty());
+}
+
+TEST_F(AnnotationCanvasTest, ForgetsIndicesAndGesturesWhenAnotherPicturesItemsCome)
+{
+    canvas.setAnnotations({highlightAt({{100, 100}, {80, 60}})});
+    canvas.mouseMoved({140, 130});
+    canvas.mouseDown({140, 130});
+    canvas.setAnnotations({});
+    canvas.mouseDragged({150, 150});
+    canvas.mouseUp({150, 150});
+    EXPECT_EQ(canvas.state().selectedAnnotationIndex, std::nullopt);
+    EXPECT_EQ(canvas.state().hoveredIndex, std::nullopt);
+    EXPECT_THAT(window.updated, IsEmpty());
+}
+
+// A window that takes away the item it is told of, as Undo does
+class UndoingDelegate final : public JournalDelegate {
+public:
+    void canvasDidAddAnnotation(const AnnotationItem& item) override
+    {
+        canvas->removeAnnotation(0);
+        JournalDelegate::canvasDidAddAnnotation(item);
+    }
+    AnnotationCanvas* canvas = nullptr;
+};
+
+TEST_F(AnnotationCanvasTest, LetsTheWindowChangeTheListWhileItIsTold)
+{
+    UndoingDelegate undoing;
+    undoing.canvas = &canvas;
+    canvas.setDelegate(&undoing);
+    drag({100, 100}, {200, 200});
+    EXPECT_THAT(undoing.added, ElementsAre(highlightAt({{100, 100}, {100, 100}})));
+    EXPECT_THAT(canvas.annotations(), IsEmpty());
+}
+
+// Text
+
+class CanvasTextTest : public AnnotationCanvasTest {
+protected:
+    CanvasTextTest() { window.tool = AnnotationTool::text; }
+
+    void type(Point at, const std::string& text)
+    {
+        canvas.mouseDown(at);
+        canvas.mouseUp(at);
+        view.typed = text;
+    }
+};
+
+TEST_F(CanvasTextTest, OpensAFieldAtTheClick)
+{
+    canvas.setAnnotations({highlightAt({{60, 60}, {20, 20}})});
+    canvas.mouseDown({70, 70});
+    canvas.mouseUp({70, 70});
+    window.color = systemRed;
+    canvas.mouseDown({200, 150});
+    const TextFieldLook expected{
+        {{200, 140}, {200, 24}},
+        {16, FontWeight::semibold},
+        systemRed,
+        {0, 0, 0, 0.6},
+        "Type here..."};
+    EXPECT_THAT(view.shownFields, ElementsAre(expected));
+    EXPECT_TRUE(canvas.hasActiveTextField());
+    EXPECT_EQ(canvas.state().selectedAnnotationIndex, std::nullopt);
+    EXPECT_EQ(canvas.state().dragStart, std::nullopt);
+    EXPECT_EQ(canvas.state().liveRect, std::nullopt);
+}
+
+TEST_F(CanvasTextTest, GivesTheFieldWhiteTextWithoutAWindow)
+{
+    canvas.setDelegate(nullptr);
+    canvas.showTextField({10, 20});
+    EXPECT_EQ(view.shownFields.at(0).textColor, Color::white(1));
+    view.typed = "a";
+    canvas.commitTextIfNeeded();
+    EXPECT_EQ(only(), textAt({10, 20}, "a", Color::white(1)));
+}
+
+TEST_F(CanvasTextTest, MakesAnItemOfTheTypedTextAtTheClickWithoutASize)
+{
+    type({200, 150}, "hello");
+    canvas.textFieldCommitted();
+    EXPECT_THAT(window.added, ElementsAre(textAt({200, 150}, "hello")));
+    EXPECT_EQ(only().rect.size, Size{});
+    EXPECT_FALSE(canvas.hasActiveTextField());
+}
+
+TEST_F(CanvasTextTest, RemovesTheFieldAndTakesTheKeyboardBackBeforeItAddsTheItem)
+{
+    type({200, 150}, "hello");
+    view.journal.clear();
+    canvas.commitTextIfNeeded();
+    EXPECT_THAT(view.journal, ElementsAre("field removed", "canvas focused", "redraw"));
+}
+
+TEST_F(CanvasTextTest, KeepsTheColourThatTheFieldHad)
+{
+    window.color = systemRed;
+    type({200, 150}, "hello");
+    window.color = systemBlue;
+    canvas.commitTextIfNeeded();
+    EXPECT_EQ(only().color, systemRed);
+}
+
+TEST_F(CanvasTextTest, TrimsSpacesAndTabsButNoLineBreaks)
+{
+    const std::vector<std::pair<std::string, std::string>> rows{
+        {" a ", "a"},       {"\t a b \t", "a b"}, {"a", "a"},
+        {"\na\n", "\na\n"}, {" \n ", "\n"},       {"  \xC3\xA9 ", "\xC3\xA9"},
+    };
+    for (const auto& [typed, kept] : rows) {
+        window.added.clear();
+        canvas.setAnnotations({});
+        type({200, 150}, typed);
+        canvas.commitTextIfNeeded();
+        ASSERT_EQ(window.added.size(), 1u) << typed;
+        EXPECT_EQ(window.added[0].text, kept);
+    }
+}
+
+TEST_F(CanvasTextTest, DropsABlankTextSilently)
+{
+    for (const char* blank : {"", " ", "   ", "\t", " \t "}) {
+        type({200, 150}, blank);
+        canvas.commitTextIfNeeded();
+        EXPECT_FALSE(canvas.hasActiveTextField());
+    }
+    EXPECT_THAT(canvas.annotations(), IsEmpty());
+    EXPECT_THAT(window.added, IsEmpty());
+}
+
+TEST_F(CanvasTextTest, CommitsAnOpenFieldAtTheSecondClickAndOpensNoOther)
+{
+    type({200, 150}, "hello");
+    canvas.mouseDown({300, 250});
+    canvas.mouseUp({300, 250});
+    EXPECT_THAT(window.added, ElementsAre(textAt({200, 150}, "hello")));
+    EXPECT_FALSE(canvas.hasActiveTextField());
+    EXPECT_EQ(view.shownFields.size(), 1u);
+}
+
+TEST_F(CanvasTextTest, MovesAnItemInsteadOfOpeningAFieldOnIt)
+{
+    canvas.setAnnotations({textAt({200, 150}, "hello")});
+    canvas.mouseDown({210, 160});
+    EXPECT_THAT(view.shownFields, IsEmpty());
+    EXPECT_EQ(canvas.state().movingIndex, 0u);
+}
+
+TEST_F(CanvasTextTest, CommitsNothingWithoutAField)
+{
+    canvas.commitTextIfNeeded();
+    EXPECT_THAT(view.journal, IsEmpty());
+}
+
+TEST_F(CanvasTextTest, OnlyRedrawsWhenATextClickIsDragged)
+{
+    type({200, 150}, "");
+    view.journal.clear();
+    canvas.mouseDragged({250, 180});
+    canvas.mouseUp({250, 180});
+    EXPECT_THAT(view.journal, IsEmpty()) << "there is no drag";
+    EXPECT_THAT(window.added, IsEmpty());
+}
+
+// Keys
+
+TEST_F(AnnotationCanvasTest, DeletesTheSelectedItemThroughTheWindow)
+{
+    canvas.setAnnotations({highlightAt({{60, 60}, {20, 20}}), highlightAt({{100, 100}, {80, 60}})});
+    canvas.mouseDown({140, 130});
+    canvas.mouseUp({140, 130});
+    canvas.keyDown(deletePress);
+    EXPECT_THAT(window.deleted, ElementsAre(1u));
+    EXPECT_THAT(window.keys, IsEmpty());
+}
+
+TEST_F(AnnotationCanvasTest, PassesOtherKeysAndDeleteWithoutASelectionToTheWindow)
+{
+    const KeyPress undo{6, eventFlag::command};
+    canvas.keyDown(deletePress);
+    canvas.keyDown(undo);
+    EXPECT_THAT(window.keys, ElementsAre(deletePress, undo));
+    EXPECT_THAT(window.deleted, IsEmpty());
+}
+
+TEST_F(AnnotationCanvasTest, DropsKeysOutsideOfAWindow)
+{
+    canvas.setDelegate(nullptr);
+    canvas.keyDown(deletePress);
+    EXPECT_THAT(window.keys, IsEmpty());
+}
+
+// Cursors
+
+class CanvasCursorTest : public AnnotationCanvasTest {
+protected:
+    CanvasCursorTest() { canvas.setAnnotations({highlightAt({{100, 100}, {100, 100}})}); }
+
+    CanvasCursor cursorAt(Point point)
+    {
+        view.cursor.reset();
+        view.redraws = 0;
+        canvas.mouseMoved(point);
+        return *view.cursor;
+    }
+};
+
+TEST_F(CanvasCursorTest, IsACrosshairOverTheBounds)
+{
+    canvas.resetCursorRects();
+    EXPECT_EQ(view.cursor, CanvasCursor::crosshair);
+}
+
+TEST_F(CanvasCursorTest, FollowsWhatIsUnderTheMouse)
+{
+    EXPECT_EQ(cursorAt({300, 300}), CanvasCursor::crosshair);
+    EXPECT_EQ(view.redraws, 0);
+    EXPECT_EQ(cursorAt({150, 150}), CanvasCursor::openHand);
+    EXPECT_EQ(canvas.state().hoveredIndex, 0u);
+    EXPECT_EQ(view.redraws, 1);
+    EXPECT_EQ(cursorAt({151, 150}), CanvasCursor::openHand);
+    EXPECT_EQ(view.redraws, 0);
+    EXPECT_EQ(cursorAt({105, 105}), CanvasCursor::resizeUpDown);
+    EXPECT_EQ(view.redraws, 0);
+    EXPECT_EQ(cursorAt({300, 300}), CanvasCursor::crosshair);
+    EXPECT_EQ(canvas.state().hoveredIndex, std::nullopt);
+    EXPECT_EQ(view.redraws, 1);
+}
+
+TEST_F(CanvasCursorTest, ShowsTheResizeCursorJustOutsideOfACornerWithoutHandles)
+{
+    EXPECT_EQ(cursorAt({95, 92}), CanvasCursor::resizeUpDown);
+    EXPECT_EQ(view.redraws, 0);
+    EXPECT_EQ(canvas.state().hoveredIndex, std::nullopt);
+    EXPECT_EQ(drawnItems().size(), 1u);
+    EXPECT_EQ(cursorAt({88, 100}), CanvasCursor::crosshair);
+}
+
+TEST_F(CanvasCursorTest, ShowsTheResizeCursorWhenTheMouseEntersAtACorner)
+{
+    EXPECT_EQ(cursorAt({104, 104}), CanvasCursor::resizeUpDown);
+    EXPECT_EQ(view.redraws, 1);
+}
+
+TEST_F(CanvasCursorTest, ServesArrowEndsWithTheSameCursor)
+{
+    canvas.setAnnotations({arrowAt({{100, 100}, {100, 0}})});
+    EXPECT_EQ(cursorAt({96, 96}), CanvasCursor::resizeUpDown);
+    EXPECT_EQ(cursorAt({204, 104}), CanvasCursor::resizeUpDown);
+    EXPECT_EQ(cursorAt({150, 105}), CanvasCursor::openHand);
+}
+
+TEST_F(CanvasCursorTest, ClosesTheHandWhileAnItemIsMoved)
+{
+    canvas.mouseDown({150, 150});
+    EXPECT_EQ(view.cursor, CanvasCursor::closedHand);
+    canvas.mouseUp({150, 150});
+    EXPECT_EQ(view.cursor, CanvasCursor::openHand);
+}
+
+TEST_F(CanvasCursorTest, IsFollowedWithoutABackgroundImageToo)
+{
+    canvas.setBackgroundImage(nullptr);
+    EXPECT_EQ(cursorAt({150, 150}), CanvasCursor::openHand);
+}
+
+} // namespace
+} // namespace tallowbay
