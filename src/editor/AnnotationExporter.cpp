@@ -1,0 +1,100 @@
+#include "editor/AnnotationExporter.h"
+
+#include "editor/ImagePlacement.h"
+#include "editor/ShapeRenderer.h"
+#include "platform/FileSystem.h"
+
+#include <utility>
+
+namespace tallowbay {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr double jpegQuality = 0.85;
+
+// A folder that goes with this object.
+class PrivateFolder {
+public:
+    explicit PrivateFolder(FileSystem& files)
+        : files(files)
+        , folder(files.makeTemporaryFolder())
+    {
+    }
+    ~PrivateFolder()
+    {
+        if (folder)
+            files.remove(*folder);
+    }
+    PrivateFolder(const PrivateFolder&) = delete;
+    PrivateFolder& operator=(const PrivateFolder&) = delete;
+
+    const std::optional<fs::path>& path() const { return folder; }
+
+private:
+    FileSystem& files;
+    std::optional<fs::path> folder;
+};
+
+} // namespace
+
+AnnotationExporter::AnnotationExporter(
+    FileSystem& fileSystem, const ImageCodec& codec, const OffscreenGraphics& graphics,
+    ImageCompressor compressor)
+    : fileSystem(&fileSystem)
+    , codec(&codec)
+    , graphics(&graphics)
+    , compressor(std::move(compressor))
+{
+}
+
+void drawFlattened(
+    GraphicsContext& context, const Image& image, const std::vector<AnnotationItem>& items,
+    Size canvasSize, double imageInset)
+{
+    const auto placement = ImagePlacement::fit(canvasSize, image->size(), imageInset);
+    const ShapeStyle style = ShapeStyle::forExport(placement.scale);
+    context.drawImage(image, {{0, 0}, placement.imageSize});
+    for (const AnnotationItem& item : items)
+        drawItem(context, placement.toImage(item), style);
+}
+
+std::optional<Bitmap> AnnotationExporter::flattenAnnotation(
+    const Image& image, const std::vector<AnnotationItem>& items, Size canvasSize,
+    double imageInset) const
+{
+    if (!image || !ImagePlacement::fit(canvasSize, image->size(), imageInset).isUsable())
+        return std::nullopt;
+    return graphics->draw(image->size(), 1, [&](GraphicsContext& context) {
+        drawFlattened(context, image, items, canvasSize, imageInset);
+    });
+}
+
+std::optional<std::string> AnnotationExporter::encode(
+    const Bitmap& bitmap, const fs::path& url) const
+{
+    return lowercaseExtension(url) == "png" ? codec->encodePng(bitmap)
+                                            : codec->encodeJpeg(bitmap, jpegQuality);
+}
+
+void AnnotationExporter::writeFlattenedImage(const Bitmap& bitmap, const fs::path& url) const
+{
+    const auto bytes = encode(bitmap, url);
+    const PrivateFolder folder(*fileSystem);
+    if (!bytes || !folder.path())
+        return;
+    // A write that failed leaves the compressor without its input, and the visible file as it was.
+    const fs::path input = *folder.path() / url.filename();
+    fileSystem->writeAtomically(input, *bytes);
+    const auto compressed = compressor.compress(input, *folder.path() / "compressed");
+    if (!compressed)
+        return;
+    if (const auto result = fileSystem->read(*compressed)) {
+        const fs::path visible = compressor.outputFor(url);
+        fileSystem->createFolders(visible.parent_path());
+        fileSystem->writeAtomically(visible, *result);
+    }
+}
+
+} // namespace tallowbay

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "capture/ImageCompressor.h"
+#include "editor/AnnotationItem.h"
+#include "platform/Graphics.h"
+#include "platform/ImageCodec.h"
+
+#include <filesystem>
+#include <vector>
+
+namespace tallowbay {
+
+// Burns items into pictures and pictures into files.
+//
+// A blur is a promise: of what it covers, nothing reaches the file. Every pixel that its rectangle
+// touches is replaced as a whole, and the file is made from the flattened pixels alone, so that
+// no text, thumbnail, profile or hidden colour of the old file can survive.
+//
+// Thread: any; a cheap value, of which background jobs take a copy.
+class AnnotationExporter {
+public:
+    AnnotationExporter(FileSystem&, const ImageCodec&, const OffscreenGraphics&, ImageCompressor);
+
+    // The picture, in its own pixel size, with the items of a canvas of that size. Empty if the
+    // canvas has no room for a picture, or there is not enough memory.
+    std::optional<Bitmap> flattenAnnotation(
+        const Image&, const std::vector<AnnotationItem>&, Size canvasSize, double imageInset) const;
+
+    // By the extension, whatever its case: PNG for "png", else JPEG. Empty if that fails.
+    std::optional<std::string> encode(const Bitmap&, const std::filesystem::path& url) const;
+
+    // Compresses the picture into the folder of compressed copies, under the same file name. The
+    // file there is replaced whole, so that a reader finds the old one or the new one; of two
+    // writes the later one wins. It stays as it was if anything fails, and nobody is told.
+    void writeFlattenedImage(const Bitmap&, const std::filesystem::path& url) const;
+
+private:
+    FileSystem* fileSystem;
+    const ImageCodec* codec;
+    const OffscreenGraphics* graphics;
+    ImageCompressor compressor;
+};
+
+// Draws the items onto a picture of this size, in its pixels.
+void drawFlattened(
+    GraphicsContext&, const Image&, const std::vector<AnnotationItem>&, Size canvasSize,
+    double imageInset);
+
+} // namespace tallowbay
