@@ -103,7 +103,7 @@ void JsonDomainFile::load() const
     version.reset();
     damaged = false;
     document = json::object();
-    if (::stat(path.c_str(), &status) != 0 && errno == ENOENT)
+    if (::stat(path.c_str(), &status) != 0)
         return;
     const auto text = readFile(path);
     auto parsed = text ? parseObject(*text) : std::nullopt;
