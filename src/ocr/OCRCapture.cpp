@@ -1,0 +1,87 @@
+#include "ocr/OCRCapture.h"
+
+#include "platform/Clock.h"
+#include "platform/Dispatch.h"
+#include "platform/FileSystem.h"
+#include "platform/ImageCodec.h"
+#include "platform/Processes.h"
+#include "platform/TextRecognizer.h"
+
+#include <cstdint>
+#include <exception>
+
+namespace tallowbay {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+fs::path temporaryFile(const Platform& platform)
+{
+    const auto sinceEpoch = platform.clock.wallNow().time_since_epoch();
+    const std::int64_t seconds =
+        std::chrono::duration_cast<std::chrono::seconds>(sinceEpoch).count();
+    return platform.fileSystem.temporaryFolder()
+        / ("tallowbay_ocr_" + std::to_string(seconds) + ".png");
+}
+
+// The lines in the order of the recogniser, which knows the layout better than we do.
+std::optional<std::string> joinedLines(const RecognitionResult& result)
+{
+    std::optional<std::string> text;
+    const auto* observations = std::get_if<TextObservations>(&result);
+    if (!observations)
+        return text;
+    for (const TextObservation& observation : *observations) {
+        if (observation.candidates.empty())
+            continue;
+        const std::string& line = observation.candidates.front().string;
+        text = text ? *text + "\n" + line : line;
+    }
+    return text;
+}
+
+} // namespace
+
+void OCRCapture::run(const Platform& platform, Completion completion)
+{
+    platform.dispatch.globalAsync(
+        QualityOfService::userInitiated, [platform, completion = std::move(completion)] {
+            captureAndRecognize(platform, completion);
+        });
+}
+
+// In the background: blocks until the user has selected a region.
+void OCRCapture::captureAndRecognize(const Platform& platform, const Completion& completion)
+{
+    const fs::path file = temporaryFile(platform);
+    const Completion finish = [platform, file, completion](const std::optional<std::string>& text) {
+        platform.fileSystem.remove(file);
+        platform.dispatch.mainAsync([completion, text] { completion(text); });
+    };
+    if (platform.processes.run(platform.tools.screencapture, {"-i", file})
+        && platform.fileSystem.exists(file))
+        recognize(platform, file, finish);
+    else
+        finish(std::nullopt);
+}
+
+void OCRCapture::recognize(
+    const Platform& platform, const fs::path& imageURL, Completion completion)
+{
+    RecognitionReply reply([completion = std::move(completion)](const RecognitionResult& result) {
+        completion(joinedLines(result));
+    });
+    try {
+        auto loaded = loadImage(platform.fileSystem, platform.imageCodec, imageURL);
+        if (auto* bitmap = std::get_if<Bitmap>(&loaded))
+            platform.textRecognizer.recognize(
+                std::make_shared<const Bitmap>(std::move(*bitmap)),
+                {RecognitionLevel::accurate, true}, std::move(reply));
+    } catch (const std::exception&) {
+        // A picture too large for the memory is one that cannot be read: the reply says so when it
+        // is dropped.
+    }
+}
+
+} // namespace tallowbay
