@@ -1,0 +1,179 @@
+#include "app/OCRTrigger.h"
+
+#include "app/ScreenshotBatch.h"
+#include "platform/headless/Desktop.h"
+#include "ui/ToastWindow.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace tallowbay {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Arguments = std::vector<std::string>;
+
+const std::filesystem::path screenshot = "/home/u/Downloads/Tallowbay/optimized/Screenshot 1.png";
+
+class OCRTriggerTest : public testing::Test {
+protected:
+    OCRTriggerTest()
+    {
+        desktop.processes.install(desktop.tools.screencapture, [this](const Arguments& arguments) {
+            if (cancelled)
+                return 1;
+            desktop.files.create(
+                arguments.at(1), *desktop.imageCodec.encodePng(Bitmap(PixelSize{2, 2})));
+            return 0;
+        });
+    }
+
+    void capture(const std::string& text)
+    {
+        desktop.textRecognizer.willFindLines({text});
+        trigger->triggerOCR();
+        desktop.dispatch.runUntilIdle();
+    }
+
+    void cancel()
+    {
+        cancelled = true;
+        trigger->triggerOCR();
+        desktop.dispatch.runUntilIdle();
+    }
+
+    headless::Desktop desktop;
+    bool cancelled = false;
+    ToastPresenter toasts{desktop.dispatch, desktop.screens, desktop.textMeasurer, desktop.toasts};
+    ScreenshotBatch batch{desktop.platform(), toasts, {[] {}, [] { return nullptr; }}};
+    std::unique_ptr<OCRTrigger> trigger =
+        std::make_unique<OCRTrigger>(desktop.platform(), toasts, batch);
+};
+
+TEST_F(OCRTriggerTest, PutsTheTextOnThePasteboard)
+{
+    capture("Hello");
+    EXPECT_EQ(desktop.pasteboard.text, "Hello");
+    EXPECT_THAT(batch.pendingOCRTexts, ElementsAre("Hello"));
+    EXPECT_THAT(desktop.toasts.messages(), ElementsAre("1 Text(s) Copied"));
+}
+
+TEST_F(OCRTriggerTest, RecordsItsOwnWrite)
+{
+    capture("Hello");
+    EXPECT_EQ(batch.lastClipboardWriteCount, desktop.pasteboard.changeCount());
+    EXPECT_GT(batch.lastClipboardWriteCount, 0);
+}
+
+TEST_F(OCRTriggerTest, GathersTheTextsOfABatchWithABlankLineBetween)
+{
+    capture("First\ntext");
+    capture("Second");
+    EXPECT_EQ(desktop.pasteboard.text, "First\ntext\n\nSecond");
+    EXPECT_THAT(desktop.toasts.messages(), ElementsAre("1 Text(s) Copied", "2 Text(s) Copied"));
+}
+
+TEST_F(OCRTriggerTest, StartsANewListAfterThePasteThatEndsTheBatch)
+{
+    capture("First");
+    batch.handlePaste();
+    capture("Second");
+    EXPECT_EQ(desktop.pasteboard.text, "Second");
+    EXPECT_EQ(desktop.toasts.messages().back(), "1 Text(s) Copied");
+}
+
+TEST_F(OCRTriggerTest, ReplacesTheScreenshotsOnThePasteboardAndKeepsThemInTheBatch)
+{
+    batch.addToClipboard(screenshot);
+    capture("Hello");
+    EXPECT_THAT(desktop.pasteboard.files, IsEmpty());
+    EXPECT_EQ(desktop.pasteboard.text, "Hello");
+    EXPECT_THAT(batch.pendingURLs, ElementsAre(screenshot));
+}
+
+TEST_F(OCRTriggerTest, LeavesThePasteboardAloneWhenTheUserCancels)
+{
+    batch.addToClipboard(screenshot);
+    const auto count = desktop.pasteboard.changeCount();
+    cancel();
+    EXPECT_EQ(desktop.pasteboard.changeCount(), count);
+    EXPECT_THAT(desktop.pasteboard.files, ElementsAre(screenshot));
+    EXPECT_THAT(batch.pendingOCRTexts, IsEmpty());
+    EXPECT_EQ(desktop.toasts.messages().back(), "No Text Found");
+}
+
+TEST_F(OCRTriggerTest, TakesAnEmptyTextForNone)
+{
+    capture("");
+    EXPECT_EQ(desktop.pasteboard.changeCount(), 0);
+    EXPECT_THAT(batch.pendingOCRTexts, IsEmpty());
+    EXPECT_THAT(desktop.toasts.messages(), ElementsAre("No Text Found"));
+}
+
+TEST_F(OCRTriggerTest, WritesThePasteboardWithoutToastsIfTheUserWantsNone)
+{
+    desktop.defaults.standard().set("toastsDisabled", {true});
+    capture("Hello");
+    cancel();
+    EXPECT_EQ(desktop.pasteboard.text, "Hello");
+    EXPECT_THAT(desktop.toasts.made, IsEmpty());
+}
+
+TEST_F(OCRTriggerTest, RefusesToResetTheBatchFromTheHotkeyToTheEnd)
+{
+    batch.addToClipboard(screenshot);
+    trigger->triggerOCR();
+    EXPECT_TRUE(batch.ocrInProgress);
+    batch.handlePaste();
+    EXPECT_THAT(batch.pendingURLs, ElementsAre(screenshot));
+
+    desktop.dispatch.runUntilIdle();
+    EXPECT_FALSE(batch.ocrInProgress);
+    batch.handlePaste();
+    EXPECT_THAT(batch.pendingURLs, IsEmpty());
+}
+
+TEST_F(OCRTriggerTest, EndsTheCaptureWhenTheUserCancelsOrTheRecogniserThrows)
+{
+    cancel();
+    EXPECT_FALSE(batch.ocrInProgress);
+    cancelled = false;
+    desktop.textRecognizer.willThrow();
+    trigger->triggerOCR();
+    desktop.dispatch.runUntilIdle();
+    EXPECT_FALSE(batch.ocrInProgress);
+    EXPECT_EQ(desktop.toasts.messages().back(), "No Text Found");
+}
+
+TEST_F(OCRTriggerTest, KeepsATextThatCameBeforeACancelledCapture)
+{
+    capture("First");
+    cancel();
+    cancelled = false;
+    capture("Second");
+    EXPECT_EQ(desktop.pasteboard.text, "First\n\nSecond");
+}
+
+TEST_F(OCRTriggerTest, LetsASecondCaptureStartBesideTheFirst)
+{
+    desktop.textRecognizer.willFindLines({"First"});
+    desktop.textRecognizer.willFindLines({"Second"});
+    trigger->triggerOCR();
+    trigger->triggerOCR();
+    desktop.dispatch.runUntilIdle();
+    EXPECT_EQ(desktop.pasteboard.text, "First\n\nSecond");
+    EXPECT_FALSE(batch.ocrInProgress);
+}
+
+TEST_F(OCRTriggerTest, DoesNothingWhenTheTextComesAfterItsEnd)
+{
+    desktop.textRecognizer.willFindLines({"late"});
+    trigger->triggerOCR();
+    trigger.reset();
+    desktop.dispatch.runUntilIdle();
+    EXPECT_EQ(desktop.pasteboard.changeCount(), 0);
+}
+
+} // namespace
+} // namespace tallowbay
