@@ -32,12 +32,12 @@ xcb_connection_t* connection()
 constexpr xcb_atom_t noAtom = XCB_ATOM_NONE;
 
 // Empty connections have no atoms.
-xcb_atom_t atom(xcb_connection_t* server, const std::string& name)
+xcb_atom_t atom(xcb_connection_t* server, const std::string& name, bool onlyIfExists = true)
 {
     if (!server)
         return noAtom;
     const auto cookie =
-        xcb_intern_atom(server, true, static_cast<std::uint16_t>(name.size()), name.data());
+        xcb_intern_atom(server, onlyIfExists, static_cast<std::uint16_t>(name.size()), name.data());
     const auto reply = owned(xcb_intern_atom_reply(server, cookie, nullptr));
     return reply ? reply->atom : noAtom;
 }
@@ -59,9 +59,10 @@ std::uint32_t selectionOwner(const std::string& selection)
 // be addressed as ":0.1".
 std::string withScreenNumber(const std::string& prefix)
 {
+    int display = 0;
     int screen = 0;
     char* host = nullptr;
-    if (xcb_parse_display(nullptr, &host, nullptr, &screen))
+    if (xcb_parse_display(nullptr, &host, &display, &screen))
         std::free(host);
     return prefix + std::to_string(screen);
 }
@@ -80,6 +81,30 @@ std::vector<std::uint32_t> windowProperty(std::uint32_t window, const std::strin
         return {};
     const auto* values = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
     return {values, values + reply->value_len};
+}
+
+bool hasProperty(std::uint32_t window, const std::string& name)
+{
+    auto* server = connection();
+    const auto property = atom(server, name);
+    if (window == 0 || property == noAtom)
+        return false;
+    const auto cookie =
+        xcb_get_property(server, false, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, 0);
+    const auto reply = owned(xcb_get_property_reply(server, cookie, nullptr));
+    return reply && reply->type != noAtom;
+}
+
+void setWindowProperty(
+    std::uint32_t window, const std::string& name, const std::vector<std::uint32_t>& values)
+{
+    auto* server = connection();
+    const auto property = atom(server, name, false);
+    if (window == 0 || property == noAtom)
+        return;
+    xcb_change_property(
+        server, XCB_PROP_MODE_REPLACE, window, property, XCB_ATOM_CARDINAL, 32,
+        static_cast<std::uint32_t>(values.size()), values.data());
 }
 
 std::uint32_t rootWindow()

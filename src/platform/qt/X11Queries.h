@@ -6,7 +6,8 @@
 
 namespace tallowbay::qt {
 
-// Questions to the X server over Qt's own connection. Without one, every answer is empty.
+// Questions to the X server over Qt's own connection, and hints that Qt has no words for. Without
+// a connection every answer is empty, and no hint is given.
 //
 // Thread: main queue. Each costs one or two round trips.
 
@@ -18,6 +19,13 @@ std::string withScreenNumber(const std::string& prefix);
 
 // The 32-bit values of a window's property; empty if it has none.
 std::vector<std::uint32_t> windowProperty(std::uint32_t window, const std::string& name);
+
+// Whether a window has a property, of whatever type.
+bool hasProperty(std::uint32_t window, const std::string& name);
+
+// Cardinals. Sent when Qt next flushes its requests.
+void setWindowProperty(
+    std::uint32_t window, const std::string& name, const std::vector<std::uint32_t>& values);
 
 // The root window, which holds what the window manager says of itself; 0 without a server.
 std::uint32_t rootWindow();

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "desktop/support/XServer.h"
+
+#include <QApplication>
+#include <QColor>
+
+#include <functional>
+
+namespace tallowbay::test {
+
+// A private X server with a plain background and, in this process, a Qt program on it.
+class QtDesktop {
+public:
+    explicit QtDesktop(const XServer::Options& = {});
+    ~QtDesktop();
+
+    XServer& server() { return xServer; }
+
+    // Runs Qt's main loop until the condition holds; false after a generous time.
+    bool runUntil(const std::function<bool()>& condition);
+    void runFor(std::chrono::milliseconds);
+
+    // What a person sees at this place, in the server's pixels.
+    QColor pixel(int x, int y) const;
+
+    // Gives a window the keyboard; false if there is none of that name.
+    bool focusWindow(const std::string& name) const;
+    std::string focusedWindowName() const;
+    bool toastIsMapped() const;
+
+    const QColor background{60, 90, 120};
+
+private:
+    // Qt reads these when it starts.
+    struct EnvironmentOf {
+        explicit EnvironmentOf(const XServer&);
+    };
+
+    XServer xServer;
+    EnvironmentOf environment;
+    int argumentCount = 1;
+    char name[10] = "tallowbay";
+    char* arguments[2] = {name, nullptr};
+    QApplication application;
+};
+
+} // namespace tallowbay::test

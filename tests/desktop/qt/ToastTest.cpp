@@ -1,0 +1,139 @@
+#include "desktop/qt/QtDesktop.h"
+#include "views/QtToastViews.h"
+
+#include <QImage>
+
+#include <gmock/gmock.h>
+
+using namespace std::chrono_literals;
+using testing::HasSubstr;
+
+namespace tallowbay::test {
+namespace {
+
+const ToastContent content{
+    "3 Screenshot(s) Ready", {15, FontWeight::semibold}, {{500, 376}, {280, 48}}, 12,
+    WindowLevel::statusBar,
+};
+
+class ToastTest : public testing::Test {
+protected:
+    std::unique_ptr<WindowPort> show()
+    {
+        auto toast = views.make(content);
+        toast->setAlpha(0);
+        toast->orderFront();
+        toast->setAlpha(1);
+        return toast;
+    }
+
+    QtDesktop desktop;
+    views::QtToastViews views;
+};
+
+TEST_F(ToastTest, StandsInTheMiddleOfTheScreen)
+{
+    const auto toast = show();
+
+    EXPECT_TRUE(
+        desktop.runUntil([&] { return desktop.pixel(500 + 30, 376 + 24) != desktop.background; }));
+    EXPECT_EQ(desktop.pixel(499, 400), desktop.background);
+    EXPECT_NE(desktop.pixel(501, 400), desktop.background);
+    EXPECT_NE(desktop.pixel(778, 400), desktop.background);
+    EXPECT_EQ(desktop.pixel(780, 400), desktop.background);
+    EXPECT_EQ(desktop.pixel(640, 375), desktop.background);
+    EXPECT_EQ(desktop.pixel(640, 424), desktop.background);
+}
+
+TEST_F(ToastTest, HasRoundCornersWithoutACompositingManager)
+{
+    const auto toast = show();
+
+    EXPECT_TRUE(desktop.runUntil([&] { return desktop.pixel(640, 380) != desktop.background; }));
+    EXPECT_EQ(desktop.pixel(500, 376), desktop.background);
+    EXPECT_EQ(desktop.pixel(779, 423), desktop.background);
+}
+
+TEST_F(ToastTest, IsInvisibleAtAlphaZero)
+{
+    const auto toast = show();
+    ASSERT_TRUE(desktop.runUntil([&] { return desktop.pixel(640, 380) != desktop.background; }));
+
+    toast->setAlpha(0);
+
+    EXPECT_TRUE(desktop.runUntil([&] { return desktop.pixel(640, 380) == desktop.background; }));
+}
+
+TEST_F(ToastTest, LeavesTheScreenWhenItIsDestroyed)
+{
+    auto toast = show();
+    ASSERT_TRUE(desktop.runUntil([&] { return desktop.pixel(640, 380) != desktop.background; }));
+
+    toast.reset();
+
+    EXPECT_TRUE(desktop.runUntil([&] { return desktop.pixel(640, 380) == desktop.background; }));
+}
+
+TEST_F(ToastTest, IsNotInThePictureThatANewerToastTakes)
+{
+    auto older = show();
+    ASSERT_TRUE(desktop.runUntil([&] { return desktop.pixel(640, 380) != desktop.background; }));
+    const auto newer = show();
+    older.reset();
+
+    newer->setAlpha(0);
+
+    EXPECT_TRUE(desktop.runUntil([&] { return desktop.pixel(640, 380) == desktop.background; }));
+}
+
+TEST_F(ToastTest, LetsClicksAndKeysThrough)
+{
+    const auto window =
+        desktop.server().start({"stdbuf", "-oL", "xev", "-geometry", "600x400+340+200"});
+    ASSERT_TRUE(desktop.runUntil([&] { return desktop.focusWindow("Event Tester"); }))
+        << desktop.focusedWindowName();
+    const auto toast = show();
+    ASSERT_TRUE(desktop.runUntil([&] { return desktop.toastIsMapped(); }));
+
+    EXPECT_EQ(desktop.focusedWindowName(), "Event Tester");
+    desktop.server().run({"xdotool", "mousemove", "640", "400", "click", "1", "key", "a"});
+
+    EXPECT_TRUE(desktop.runUntil(
+        [&] { return window->output().find("ButtonPress") != std::string::npos; }));
+    EXPECT_TRUE(
+        desktop.runUntil([&] { return window->output().find("KeyPress") != std::string::npos; }));
+}
+
+TEST_F(ToastTest, CallsTheCompletionWhenTheDurationIsOver)
+{
+    const auto toast = show();
+    const auto start = std::chrono::steady_clock::now();
+    bool done = false;
+    toast->animateAlpha(0, 60ms, [&] { done = true; });
+
+    EXPECT_TRUE(desktop.runUntil([&] { return done; }));
+    EXPECT_GE(std::chrono::steady_clock::now() - start, 60ms);
+    EXPECT_TRUE(desktop.runUntil([&] { return desktop.pixel(640, 380) == desktop.background; }));
+}
+
+TEST_F(ToastTest, MayBeDestroyedByItsOwnCompletion)
+{
+    auto toast = show();
+    toast->animateAlpha(0, 10ms, [&] { toast.reset(); });
+
+    EXPECT_TRUE(desktop.runUntil([&] { return !toast; }));
+}
+
+TEST_F(ToastTest, CallsNoCompletionOnceItIsDestroyed)
+{
+    auto toast = show();
+    bool done = false;
+    toast->animateAlpha(0, 10ms, [&] { done = true; });
+    toast.reset();
+
+    desktop.runFor(50ms);
+    EXPECT_FALSE(done);
+}
+
+} // namespace
+} // namespace tallowbay::test
