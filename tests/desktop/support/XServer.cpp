@@ -1,6 +1,7 @@
 #include "desktop/support/XServer.h"
 
 #include "desktop/support/Wait.h"
+#include "desktop/support/XClient.h"
 
 #include <array>
 #include <csignal>
@@ -38,25 +39,15 @@ std::string displayNumber(int pipe)
     return letter == '\n' ? number : std::string();
 }
 
-bool managesWindows(const std::string& display)
+// A window manager that has just begun may overlook a window: its own word is not enough.
+bool hasFrame(XClient& client)
 {
-    xcb_connection_t* connection = xcb_connect(display.c_str(), nullptr);
-    const std::string name = "_NET_SUPPORTING_WM_CHECK";
-    bool found = false;
-    if (xcb_connection_has_error(connection) == 0) {
-        const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
-        auto* atom = xcb_intern_atom_reply(
-            connection, xcb_intern_atom(connection, 0, std::uint16_t(name.size()), name.data()),
-            nullptr);
-        auto* property = xcb_get_property_reply(
-            connection, xcb_get_property(connection, 0, root, atom->atom, XCB_ATOM_WINDOW, 0, 1),
-            nullptr);
-        found = property && property->type == XCB_ATOM_WINDOW;
-        std::free(property);
-        std::free(atom);
-    }
-    xcb_disconnect(connection);
-    return found;
+    xcb_map_window(client.connection(), client.window());
+    const std::unique_ptr<xcb_query_tree_reply_t, decltype(&std::free)> tree(
+        xcb_query_tree_reply(
+            client.connection(), xcb_query_tree(client.connection(), client.window()), nullptr),
+        &std::free);
+    return tree && tree->parent != client.root();
 }
 
 } // namespace
@@ -107,7 +98,8 @@ Environment XServer::environment() const
 void XServer::startWindowManager()
 {
     windowManager = start({"openbox"});
-    if (!waitUntil([this] { return managesWindows(name); }))
+    XClient probe(name);
+    if (!waitUntil([&probe] { return hasFrame(probe); }))
         throw std::runtime_error("openbox did not start: " + windowManager->errors());
 }
 
