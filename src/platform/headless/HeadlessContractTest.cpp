@@ -1,6 +1,7 @@
 #include "platform/contract/DispatchContract.h"
 #include "platform/contract/FileSystemContract.h"
 #include "platform/contract/HotkeysContract.h"
+#include "platform/contract/PasteboardContract.h"
 #include "platform/contract/ProcessesContract.h"
 #include "platform/contract/UserDefaultsContract.h"
 #include "platform/headless/Desktop.h"
@@ -70,6 +71,22 @@ struct ScriptedProcessesBackend {
     std::vector<std::string> notedArguments() { return noted; }
 };
 
+struct MemoryPasteboardBackend {
+    MemoryPasteboard memory;
+
+    MemoryPasteboardBackend() { memory.desktopKeepsTexts = false; }
+    Pasteboard& pasteboard() { return memory; }
+    std::vector<std::filesystem::path> pastedFiles() { return memory.files; }
+    std::string pastedText() { return memory.text; }
+    void copyFilesElsewhere(const std::vector<std::filesystem::path>& files)
+    {
+        memory.copyElsewhere(files);
+    }
+    void copyTextElsewhere(const std::string& text) { memory.copyTextElsewhere(text); }
+    void startKeeper() { memory.desktopKeepsTexts = true; }
+    std::string keptText() { return memory.keptText; }
+};
+
 struct MemoryDefaultsBackend {
     MemoryUserDefaultsStore memory;
 
@@ -84,6 +101,7 @@ namespace tallowbay::contract {
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, DispatchContract, headless::VirtualDispatchBackend);
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, FileSystemContract, headless::MemoryFileBackend);
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, HotkeysContract, headless::HandFedHotkeysBackend);
+INSTANTIATE_TYPED_TEST_SUITE_P(Headless, PasteboardContract, headless::MemoryPasteboardBackend);
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, ProcessesContract, headless::ScriptedProcessesBackend);
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, UserDefaultsContract, headless::MemoryDefaultsBackend);
 } // namespace tallowbay::contract
