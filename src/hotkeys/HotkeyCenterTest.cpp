@@ -1,0 +1,280 @@
+#include "hotkeys/HotkeyCenter.h"
+
+#include "platform/headless/Desktop.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace tallowbay {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Registration = headless::HandFedHotkeys::Registration;
+
+constexpr HotkeyId ocrId{0x53534F58, 1};
+constexpr HotkeyId openCloseId{0x5353414E, 2};
+constexpr HotkeyId undoLastId{0x5353554C, 4};
+constexpr HotkeyId clearAllId{0x5353434C, 5};
+
+class HotkeyCenterTest : public testing::Test {
+protected:
+    HotkeyCenter::Actions actions()
+    {
+        return {
+            [this] { done.push_back("ocr"); }, [this] { done.push_back("open"); },
+            [this] { done.push_back("undo"); }, [this] { done.push_back("clear"); }};
+    }
+
+    void press(KeyCode keyCode, HotkeyModifiers modifiers)
+    {
+        hotkeys.press(keyCode, modifiers);
+        desktop.dispatch.runMain();
+    }
+
+    std::vector<std::string> journalOf(const std::function<void()>& act)
+    {
+        hotkeys.journal.clear();
+        act();
+        return hotkeys.journal;
+    }
+
+    headless::Desktop desktop;
+    headless::HandFedHotkeys& hotkeys = desktop.hotkeys;
+    UserDefaults& defaults = desktop.defaults.standard();
+    std::vector<std::string> done;
+    HotkeyCenter center{hotkeys, defaults, actions()};
+    const HotkeyConfig other{31, 0x300, "Cmd+Shift+O"};
+};
+
+TEST_F(HotkeyCenterTest, ListensFirstAndRegistersTheFourInTheirOrder)
+{
+    EXPECT_THAT(
+        journalOf([this] { center.start(); }),
+        ElementsAre("install", "register 1", "register 2", "register 4", "register 5"));
+}
+
+TEST_F(HotkeyCenterTest, RegistersTheDefaultsIfNothingIsStored)
+{
+    center.start();
+    EXPECT_THAT(
+        hotkeys.registered(),
+        ElementsAre(
+            Registration{{7, 0x300}, ocrId}, Registration{{49, 0x800}, openCloseId},
+            Registration{{6, 0x1100}, undoLastId}, Registration{{8, 0x1100}, clearAllId}));
+    EXPECT_FALSE(defaults.value("hotkeyOCR"));
+}
+
+TEST_F(HotkeyCenterTest, RegistersWhatIsStored)
+{
+    other.save(defaults, "hotkeyOpenClose");
+    center.start();
+    EXPECT_THAT(hotkeys.registered(), testing::Contains(Registration{{31, 0x300}, openCloseId}));
+    EXPECT_EQ(center.config(HotkeyTarget::openClose), other);
+}
+
+TEST_F(HotkeyCenterTest, RegistersTheDefaultIfWhatIsStoredHasAWrongType)
+{
+    defaults.set(
+        "hotkeyUndoLast",
+        {DefaultsValue::Dictionary{
+            {"keyCode", {std::int64_t{31}}},
+            {"modifiers", {"768"}},
+            {"displayString", {"Cmd+Shift+O"}}}});
+    center.start();
+    EXPECT_THAT(hotkeys.registered(), testing::Contains(Registration{{6, 0x1100}, undoLastId}));
+    EXPECT_EQ(center.config(HotkeyTarget::undoLast).displayString, "Cmd+Ctrl+Z");
+}
+
+TEST_F(HotkeyCenterTest, DoesWhatEachHotkeyStandsFor)
+{
+    center.start();
+    press(7, 0x300);
+    press(49, 0x800);
+    press(6, 0x1100);
+    press(8, 0x1100);
+    EXPECT_THAT(done, ElementsAre("ocr", "open", "undo", "clear"));
+}
+
+TEST_F(HotkeyCenterTest, LooksAtTheIdAlone)
+{
+    center.start();
+    hotkeys.report({0, 4});
+    desktop.dispatch.runMain();
+    EXPECT_THAT(done, ElementsAre("undo"));
+}
+
+TEST_F(HotkeyCenterTest, DoesNothingOnUnknownIds)
+{
+    center.start();
+    for (const std::uint32_t id : {0u, 3u, 6u, 0xFFFFFFFFu})
+        hotkeys.report({0x53534F58, id});
+    desktop.dispatch.runMain();
+    EXPECT_THAT(done, IsEmpty());
+}
+
+TEST_F(HotkeyCenterTest, DoesNothingWhileAHotkeyIsRecorded)
+{
+    center.start();
+    center.isRecordingHotkey = true;
+    for (const auto& registration : hotkeys.registered())
+        press(registration.combination.first, registration.combination.second);
+    EXPECT_THAT(done, IsEmpty());
+
+    center.isRecordingHotkey = false;
+    press(6, 0x1100);
+    EXPECT_THAT(done, ElementsAre("undo"));
+}
+
+TEST_F(HotkeyCenterTest, MayLackAnAction)
+{
+    HotkeyCenter bare(hotkeys, defaults, {});
+    bare.start();
+    press(7, 0x300);
+    EXPECT_THAT(done, IsEmpty());
+}
+
+TEST_F(HotkeyCenterTest, GoesOnWithoutWhatTheSystemRefuses)
+{
+    hotkeys.takeElsewhere(49, 0x800);
+    EXPECT_THAT(
+        journalOf([this] { center.start(); }),
+        ElementsAre("install", "register 1", "refuse 2", "register 4", "register 5"));
+    press(49, 0x800);
+    press(8, 0x1100);
+    EXPECT_THAT(done, ElementsAre("clear"));
+}
+
+TEST_F(HotkeyCenterTest, GivesTheFourBackInTheirOrder)
+{
+    center.start();
+    EXPECT_THAT(
+        journalOf([this] { center.stop(); }),
+        ElementsAre("unregister 1", "unregister 2", "unregister 4", "unregister 5"));
+    EXPECT_THAT(journalOf([this] { center.stop(); }), IsEmpty());
+}
+
+TEST_F(HotkeyCenterTest, SkipsOnStoppingWhatWasRefused)
+{
+    hotkeys.takeElsewhere(49, 0x800);
+    center.start();
+    EXPECT_THAT(
+        journalOf([this] { center.stop(); }),
+        ElementsAre("unregister 1", "unregister 4", "unregister 5"));
+}
+
+// Update.
+
+TEST_F(HotkeyCenterTest, ReplacesOneHotkey)
+{
+    center.start();
+    EXPECT_THAT(
+        journalOf([this] { center.updateHotkey(HotkeyTarget::ocr, other); }),
+        ElementsAre("unregister 1", "register 1"));
+    EXPECT_EQ(center.config(HotkeyTarget::ocr), other);
+    press(7, 0x300);
+    EXPECT_THAT(done, IsEmpty());
+    press(31, 0x300);
+    EXPECT_THAT(done, ElementsAre("ocr"));
+}
+
+TEST_F(HotkeyCenterTest, StoresTheNewHotkeyBeforeItIsRegistered)
+{
+    center.start();
+    hotkeys.onChange = [this] {
+        const bool stored = defaults.value("hotkeyOCR").has_value();
+        EXPECT_EQ(stored, hotkeys.journal.back() == "register 1");
+    };
+    center.updateHotkey(HotkeyTarget::ocr, other);
+    hotkeys.onChange = nullptr;
+}
+
+TEST_F(HotkeyCenterTest, StoresEachTargetUnderItsOwnKey)
+{
+    for (const HotkeyTarget target : hotkeyTargets) {
+        const HotkeyConfig config{31, 0x1000 + static_cast<std::uint32_t>(target), "x"};
+        center.updateHotkey(target, config);
+        EXPECT_EQ(HotkeyConfig::load(defaults, traitsOf(target).defaultsKey, {}), config);
+    }
+}
+
+TEST_F(HotkeyCenterTest, StoresAHotkeyThatIsRefused)
+{
+    center.start();
+    hotkeys.takeElsewhere(31, 0x300);
+    center.updateHotkey(HotkeyTarget::ocr, other);
+    EXPECT_EQ(center.config(HotkeyTarget::ocr), other);
+    press(7, 0x300);
+    EXPECT_THAT(done, IsEmpty());
+}
+
+TEST_F(HotkeyCenterTest, TakesAHotkeyAgainThatWasRefusedBefore)
+{
+    hotkeys.takeElsewhere(49, 0x800);
+    center.start();
+    EXPECT_THAT(
+        journalOf([this] { center.updateHotkey(HotkeyTarget::openClose, other); }),
+        ElementsAre("register 2"));
+}
+
+// Reset.
+
+TEST_F(HotkeyCenterTest, ResetsInTheOrderOfTheSettings)
+{
+    center.start();
+    EXPECT_THAT(
+        journalOf([this] { center.resetHotkeysToDefault(); }),
+        ElementsAre(
+            "unregister 2", "register 2", "unregister 1", "register 1", "unregister 4",
+            "register 4", "unregister 5", "register 5"));
+}
+
+TEST_F(HotkeyCenterTest, StoresNothingAfterAReset)
+{
+    for (const HotkeyTarget target : hotkeyTargets)
+        center.updateHotkey(target, other);
+    center.resetHotkeysToDefault();
+    for (const HotkeyTarget target : hotkeyTargets) {
+        EXPECT_FALSE(defaults.value(traitsOf(target).defaultsKey));
+        EXPECT_EQ(center.config(target), traitsOf(target).defaultConfig);
+    }
+}
+
+TEST_F(HotkeyCenterTest, HasTheDefaultsAfterAReset)
+{
+    other.save(defaults, "hotkeyClearAll");
+    center.start();
+    center.resetHotkeysToDefault();
+    EXPECT_THAT(
+        hotkeys.registered(),
+        testing::UnorderedElementsAre(
+            Registration{{7, 0x300}, ocrId}, Registration{{49, 0x800}, openCloseId},
+            Registration{{6, 0x1100}, undoLastId}, Registration{{8, 0x1100}, clearAllId}));
+}
+
+TEST_F(HotkeyCenterTest, HasTheDefaultsAfterAResetOfHotkeysThatWereExchanged)
+{
+    center.start();
+    center.updateHotkey(HotkeyTarget::openClose, traitsOf(HotkeyTarget::ocr).defaultConfig);
+    center.updateHotkey(HotkeyTarget::ocr, traitsOf(HotkeyTarget::openClose).defaultConfig);
+    center.resetHotkeysToDefault();
+    press(49, 0x800);
+    press(7, 0x300);
+    EXPECT_THAT(done, ElementsAre("open", "ocr"));
+}
+
+TEST_F(HotkeyCenterTest, MayBeGoneWhenAPressArrives)
+{
+    {
+        HotkeyCenter passing(hotkeys, defaults, actions());
+        passing.start();
+        hotkeys.press(7, 0x300);
+    }
+    desktop.dispatch.runMain();
+    EXPECT_THAT(done, IsEmpty());
+    EXPECT_FALSE(hotkeys.installed());
+    EXPECT_THAT(hotkeys.registered(), IsEmpty());
+}
+
+} // namespace
+} // namespace tallowbay

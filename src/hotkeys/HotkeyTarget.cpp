@@ -1,0 +1,38 @@
+#include "hotkeys/HotkeyTarget.h"
+
+namespace tallowbay {
+
+namespace {
+
+// Four letters as one number, the first in the highest byte.
+constexpr std::uint32_t fourCharCode(const char (&letters)[5])
+{
+    std::uint32_t code = 0;
+    for (int i = 0; i < 4; ++i)
+        code = code << 8 | static_cast<unsigned char>(letters[i]);
+    return code;
+}
+
+constexpr auto command = hotkeyModifier::command;
+
+} // namespace
+
+const HotkeyTraits& traitsOf(HotkeyTarget target)
+{
+    // In the order of the targets.
+    static const std::array<HotkeyTraits, hotkeyTargets.size()> table{{
+        {{fourCharCode("SSAN"), 2}, "hotkeyOpenClose", {49, hotkeyModifier::option, "Opt+Space"}},
+        {{fourCharCode("SSOX"), 1},
+         "hotkeyOCR",
+         {7, command | hotkeyModifier::shift, "Cmd+Shift+X"}},
+        {{fourCharCode("SSUL"), 4},
+         "hotkeyUndoLast",
+         {6, command | hotkeyModifier::control, "Cmd+Ctrl+Z"}},
+        {{fourCharCode("SSCL"), 5},
+         "hotkeyClearAll",
+         {8, command | hotkeyModifier::control, "Cmd+Ctrl+C"}},
+    }};
+    return table.at(static_cast<std::size_t>(target));
+}
+
+} // namespace tallowbay
