@@ -1,5 +1,6 @@
 #include "app/AppDelegate.h"
 
+#include "editor/EditorStrip.h"
 #include "platform/Application.h"
 #include "platform/Processes.h"
 #include "platform/UserDefaults.h"
@@ -33,11 +34,17 @@ AppDelegate::AppDelegate(const Platform& platform, Windows windows)
     , toasts(platform.dispatch, platform.screens, platform.textMeasurer, platform.toastViews)
     , pasteWatcher(platform, [this] { screenshotBatch.handlePaste(); })
     , screenshotBatch(
-          platform, toasts, {[this] { pasteWatcher.firePaste(); }, [] { return nullptr; }})
+          platform, toasts,
+          {[this] { pasteWatcher.firePaste(); },
+           [this] { return this->windows.annotationWindow(); }})
+    , ocrTrigger(platform, toasts, screenshotBatch)
     , watcher(platform, location)
+    , hotkeyCenter(platform.hotkeys, platform.defaults.standard(), hotkeyActions())
+    , cleanup(platform, location, [this](const auto& expired) { forgetExpired(expired); })
     , locationPoll(
           platform, location, watcher, [this] { return this->windows.onboardingVisible(); })
-    , outputFolderWatcher(platform, screenshotBatch, [] { return nullptr; })
+    , outputFolderWatcher(
+          platform, screenshotBatch, [this] { return this->windows.annotationWindow(); })
 {
 }
 
@@ -61,6 +68,8 @@ void AppDelegate::startMainFeatures()
     };
     watcher.start();
     pasteWatcher.startPasteWatcher();
+    hotkeyCenter.start();
+    cleanup.startCleanupTimer();
     outputFolderWatcher.startDirectoryWatcher();
     locationPoll.startLocationPollTimer();
 }
@@ -71,8 +80,31 @@ void AppDelegate::applicationWillTerminate()
     watcher.stop();
     screenshotBatch.clearTallowbayClipboard();
     pasteWatcher.stopPolling();
+    cleanup.stop();
     locationPoll.stop();
     outputFolderWatcher.stop();
+    hotkeyCenter.stop();
+}
+
+void AppDelegate::openAnnotationWindow(bool showSettings)
+{
+    if (windows.openAnnotationWindow)
+        windows.openAnnotationWindow(showSettings);
+}
+
+HotkeyCenter::Actions AppDelegate::hotkeyActions()
+{
+    return {
+        [this] { triggerOCR(); }, [this] { openAnnotationWindow(false); },
+        [this] { screenshotBatch.undoLastScreenshot(); },
+        [this] { screenshotBatch.clearAllScreenshots(); }};
+}
+
+void AppDelegate::forgetExpired(const AutomaticCleanup::Paths& expired)
+{
+    if (EditorStrip* editor = windows.annotationWindow())
+        editor->removeExpiredURLs(expired);
+    screenshotBatch.forget(expired);
 }
 
 void AppDelegate::setupMenuBar()

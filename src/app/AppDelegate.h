@@ -1,11 +1,14 @@
 #pragma once
 
 #include "app/LocationPoll.h"
+#include "app/OCRTrigger.h"
 #include "app/OutputFolderWatcher.h"
 #include "app/PasteWatcher.h"
 #include "app/ScreenshotBatch.h"
 #include "app/ScreenshotWatcher.h"
 #include "capture/ScreenshotLocation.h"
+#include "hotkeys/AutomaticCleanup.h"
+#include "hotkeys/HotkeyCenter.h"
 #include "platform/Lifetime.h"
 #include "platform/Menu.h"
 #include "platform/Platform.h"
@@ -31,6 +34,9 @@ public:
         // is done with it.
         std::function<void(std::function<void()> completion)> showSetupFlow;
         std::function<bool()> onboardingVisible = [] { return false; };
+
+        // The strip of the editor; null until it is opened for the first time.
+        std::function<EditorStrip*()> annotationWindow = [] { return nullptr; };
     };
 
     AppDelegate(const Platform&, Windows);
@@ -47,9 +53,19 @@ public:
     // Starts the pipeline; a second call does nothing.
     void startMainFeatures();
 
+    // Opens the editor, or brings it to the front; nothing if there is no editor.
+    void openAnnotationWindow(bool showSettings);
+
+    // Extracts the text of a region that the user selects.
+    void triggerOCR() { ocrTrigger.triggerOCR(); }
+
     ScreenshotBatch& batch() { return screenshotBatch; }
 
+    HotkeyCenter& hotkeys() { return hotkeyCenter; }
+
 private:
+    HotkeyCenter::Actions hotkeyActions();
+    void forgetExpired(const AutomaticCleanup::Paths&);
     Menu makeMenu();
 
     const Platform platform;
@@ -58,7 +74,10 @@ private:
     ToastPresenter toasts;
     PasteWatcher pasteWatcher;
     ScreenshotBatch screenshotBatch;
+    OCRTrigger ocrTrigger;
     ScreenshotWatcher watcher;
+    HotkeyCenter hotkeyCenter;
+    AutomaticCleanup cleanup;
     LocationPoll locationPoll;
     OutputFolderWatcher outputFolderWatcher;
     std::unique_ptr<StatusItem> statusItem;

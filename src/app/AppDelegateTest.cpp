@@ -1,5 +1,6 @@
 #include "app/AppDelegate.h"
 
+#include "app/TestEditorStrip.h"
 #include "platform/headless/Desktop.h"
 
 #include <gmock/gmock.h>
@@ -32,6 +33,7 @@ protected:
         AppDelegate::Windows windows;
         windows.openAnnotationWindow = [this](bool settings) { opened.push_back(settings); };
         windows.openAbout = [this] { ++abouts; };
+        windows.annotationWindow = [this] { return strip.get(); };
         windows.showSetupFlow = [this](std::function<void()> done) {
             ++setupFlows;
             completeSetup = std::move(done);
@@ -52,6 +54,12 @@ protected:
         desktop.dispatch.runUntilIdle();
     }
 
+    void pressHotkey(KeyCode keyCode, HotkeyModifiers modifiers)
+    {
+        desktop.hotkeys.press(keyCode, modifiers);
+        desktop.dispatch.runMain();
+    }
+
     void press(const std::string& title)
     {
         for (const MenuItem& item : desktop.statusBar.items.front().menu) {
@@ -64,6 +72,7 @@ protected:
     std::vector<bool> opened;
     int abouts = 0;
     int setupFlows = 0;
+    std::unique_ptr<TestEditorStrip> strip; // null until the editor is opened
     std::function<void()> completeSetup;
     std::unique_ptr<AppDelegate> app = std::make_unique<AppDelegate>(desktop.platform(), windows());
 };
@@ -104,7 +113,8 @@ TEST_F(AppDelegateTest, StartsTheMainFeaturesOnce)
     EXPECT_EQ(desktop.fileEvents.running().size(), 1u);
     EXPECT_EQ(desktop.keyTap.startCount, 1);
     EXPECT_EQ(desktop.folderEvents.runningCount(), 1u);
-    EXPECT_EQ(desktop.dispatch.timerCount(), 1u); // the location poll
+    EXPECT_EQ(desktop.hotkeys.registered().size(), 4u);
+    EXPECT_EQ(desktop.dispatch.timerCount(), 2u); // the cleanup and the location poll
 }
 
 TEST_F(AppDelegateTest, MayBeGoneWhenTheSetupCompletes)
@@ -164,6 +174,143 @@ TEST_F(AppDelegateTest, ChecksForTheClipboardTargetHalfASecondAfterTheStart)
     EXPECT_FALSE(desktop.alerts.open());
     desktop.dispatch.advance(500ms);
     EXPECT_TRUE(desktop.alerts.open());
+}
+
+// Hotkeys.
+
+TEST_F(AppDelegateTest, RegistersItsHotkeysBetweenThePasteWatcherAndTheTimers)
+{
+    desktop.hotkeys.onChange = [this] {
+        EXPECT_TRUE(desktop.keyTap.running());
+        EXPECT_EQ(desktop.dispatch.timerCount(), 0u);
+        EXPECT_EQ(desktop.folderEvents.runningCount(), 0u);
+    };
+    launch();
+    EXPECT_THAT(
+        desktop.hotkeys.journal,
+        ElementsAre("install", "register 1", "register 2", "register 4", "register 5"));
+    desktop.hotkeys.onChange = nullptr;
+}
+
+TEST_F(AppDelegateTest, HasNoHotkeysDuringTheSetup)
+{
+    launch(false);
+    EXPECT_FALSE(desktop.hotkeys.installed());
+    completeSetup();
+    EXPECT_EQ(desktop.hotkeys.registered().size(), 4u);
+}
+
+TEST_F(AppDelegateTest, UndoesTheLastScreenshotByHotkey)
+{
+    launch();
+    screenshot("Screenshot 1.png");
+    screenshot("Screenshot 2.png");
+    pressHotkey(6, 0x1100);
+    EXPECT_EQ(desktop.pasteboard.files, Paths{optimized / "Screenshot 1.png"});
+    EXPECT_EQ(app->batch().pendingURLs, Paths{optimized / "Screenshot 1.png"});
+}
+
+TEST_F(AppDelegateTest, ClearsTheBatchByHotkey)
+{
+    launch();
+    screenshot("Screenshot 1.png");
+    screenshot("Screenshot 2.png");
+    pressHotkey(8, 0x1100);
+    EXPECT_THAT(desktop.pasteboard.files, IsEmpty());
+    EXPECT_THAT(app->batch().pendingURLs, IsEmpty());
+}
+
+TEST_F(AppDelegateTest, OpensTheEditorWithoutTheSettingsByHotkey)
+{
+    launch();
+    pressHotkey(49, 0x800);
+    EXPECT_THAT(opened, ElementsAre(false));
+}
+
+TEST_F(AppDelegateTest, ExtractsTextByHotkeyAndHoldsTheBatchMeanwhile)
+{
+    desktop.processes.install(desktop.tools.screencapture, [this](const Arguments& arguments) {
+        const Bitmap bitmap(PixelSize{2, 2});
+        desktop.files.create(arguments.at(1), *desktop.imageCodec.encodePng(bitmap));
+        return 0;
+    });
+    desktop.textRecognizer.willFindLines({"Hello"});
+    launch();
+    pressHotkey(7, 0x300);
+    EXPECT_TRUE(app->batch().ocrInProgress);
+    desktop.dispatch.runUntilIdle();
+    EXPECT_FALSE(app->batch().ocrInProgress);
+    EXPECT_EQ(desktop.pasteboard.text, "Hello");
+}
+
+TEST_F(AppDelegateTest, DoesNothingByHotkeyWhileOneIsRecorded)
+{
+    launch();
+    screenshot("Screenshot 1.png");
+    app->hotkeys().isRecordingHotkey = true;
+    for (const auto& registration : desktop.hotkeys.registered())
+        pressHotkey(registration.combination.first, registration.combination.second);
+    EXPECT_THAT(opened, IsEmpty());
+    EXPECT_FALSE(app->batch().ocrInProgress);
+    EXPECT_EQ(desktop.pasteboard.files.size(), 1u);
+}
+
+TEST_F(AppDelegateTest, DoesNothingByHotkeyWhereTheEditorIsMissing)
+{
+    app = std::make_unique<AppDelegate>(desktop.platform(), AppDelegate::Windows{});
+    launch();
+    pressHotkey(49, 0x800);
+    EXPECT_THAT(opened, IsEmpty());
+}
+
+// Cleanup.
+
+class AppDelegateCleanupTest : public AppDelegateTest {
+protected:
+    AppDelegateCleanupTest()
+    {
+        desktop.defaults.standard().set("autoCleanupEnabled", {true});
+        launch();
+    }
+
+    void age(const std::string& name)
+    {
+        using std::chrono::days;
+        desktop.files.setCreationDate(optimized / name, desktop.clock.wallNow() - days(31));
+    }
+};
+
+TEST_F(AppDelegateCleanupTest, ForgetsADeletedScreenshotOfTheBatchAndKeepsThePasteboard)
+{
+    screenshot("Screenshot 1.png");
+    screenshot("Screenshot 2.png");
+    age("Screenshot 1.png");
+    desktop.dispatch.advance(30s);
+    EXPECT_FALSE(desktop.files.exists(optimized / "Screenshot 1.png"));
+    EXPECT_EQ(app->batch().pendingURLs, Paths{optimized / "Screenshot 2.png"});
+    EXPECT_EQ(desktop.pasteboard.files.size(), 2u);
+}
+
+TEST_F(AppDelegateCleanupTest, ForgetsADeletedScreenshotInTheEditor)
+{
+    strip = std::make_unique<TestEditorStrip>();
+    screenshot("Screenshot 1.png");
+    screenshot("Screenshot 2.png");
+    age("Screenshot 2.png");
+    desktop.dispatch.advance(30s);
+    EXPECT_EQ(strip->images, Paths{optimized / "Screenshot 1.png"});
+}
+
+TEST_F(AppDelegateCleanupTest, ForgetsAScreenshotThatCannotBeDeleted)
+{
+    strip = std::make_unique<TestEditorStrip>();
+    screenshot("Screenshot 1.png");
+    age("Screenshot 1.png");
+    desktop.files.makeReadOnly(optimized);
+    desktop.dispatch.advance(30s);
+    EXPECT_TRUE(desktop.files.exists(optimized / "Screenshot 1.png"));
+    EXPECT_THAT(strip->images, IsEmpty());
+    EXPECT_THAT(app->batch().pendingURLs, IsEmpty());
 }
 
 // Menu.
@@ -237,13 +384,30 @@ TEST_F(AppDelegateTest, StopsEverythingAtQuit)
     EXPECT_THAT(desktop.fileEvents.running(), IsEmpty());
     EXPECT_EQ(desktop.folderEvents.runningCount(), 0u);
     EXPECT_EQ(desktop.dispatch.timerCount(), 0u);
+    EXPECT_THAT(desktop.hotkeys.registered(), IsEmpty());
+}
+
+TEST_F(AppDelegateTest, GivesItsHotkeysBackLastAtQuit)
+{
+    launch();
+    desktop.hotkeys.journal.clear();
+    desktop.hotkeys.onChange = [this] {
+        EXPECT_FALSE(desktop.keyTap.running());
+        EXPECT_EQ(desktop.dispatch.timerCount(), 0u);
+        EXPECT_EQ(desktop.folderEvents.runningCount(), 0u);
+    };
+    app->applicationWillTerminate();
+    EXPECT_THAT(
+        desktop.hotkeys.journal,
+        ElementsAre("unregister 1", "unregister 2", "unregister 4", "unregister 5"));
+    desktop.hotkeys.onChange = nullptr;
 }
 
 TEST_F(AppDelegateTest, StopsWaitingForThePermissionAtQuit)
 {
     desktop.permissions.seeKeys.state = Permission::State::needsUser;
     launch();
-    EXPECT_EQ(desktop.dispatch.timerCount(), 2u);
+    EXPECT_EQ(desktop.dispatch.timerCount(), 3u);
     app->applicationWillTerminate();
     EXPECT_EQ(desktop.dispatch.timerCount(), 0u);
 }

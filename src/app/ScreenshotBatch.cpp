@@ -200,6 +200,11 @@ void ScreenshotBatch::forgetMissingFiles()
         pendingURLs, [this](const fs::path& url) { return !platform.fileSystem.exists(url); });
 }
 
+void ScreenshotBatch::forget(const std::set<fs::path>& expired)
+{
+    std::erase_if(pendingURLs, [&](const fs::path& url) { return expired.contains(url); });
+}
+
 void ScreenshotBatch::showToast(const std::string& message)
 {
     if (!boolValue(platform.defaults.standard(), "toastsDisabled", false))

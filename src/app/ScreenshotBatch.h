@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <set>
 #include <string>
 #include <variant>
 #include <vector>
@@ -48,6 +49,9 @@ public:
 
     // Drops the screenshots whose files are gone; the pasteboard is left alone.
     void forgetMissingFiles();
+
+    // Drops these screenshots; the pasteboard is left alone.
+    void forget(const std::set<std::filesystem::path>&);
 
     std::vector<std::filesystem::path> pendingURLs; // oldest first
     std::vector<std::string> pendingOCRTexts;

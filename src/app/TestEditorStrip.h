@@ -34,6 +34,12 @@ public:
         if (onRemoveDeletedFiles)
             onRemoveDeletedFiles();
     }
+    void removeExpiredURLs(const std::set<std::filesystem::path>& expired) override
+    {
+        const auto isExpired = [&](const auto& url) { return expired.contains(url); };
+        std::erase_if(images, isExpired);
+        std::erase_if(checked, isExpired);
+    }
 
     Paths images;
     Paths checked;

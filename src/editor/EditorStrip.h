@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <set>
 #include <vector>
 
 namespace tallowbay {
@@ -26,6 +27,9 @@ public:
 
     // Drops the screenshots whose files are gone.
     virtual void removeDeletedFiles() = 0;
+
+    // Drops these screenshots, whether their files are still there or not.
+    virtual void removeExpiredURLs(const std::set<std::filesystem::path>&) = 0;
 };
 
 } // namespace tallowbay
