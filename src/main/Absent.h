@@ -1,0 +1,85 @@
+#pragma once
+
+#include "platform/Application.h"
+#include "platform/FileEvents.h"
+#include "platform/Hotkeys.h"
+#include "platform/ImageCodec.h"
+#include "platform/Keys.h"
+#include "platform/Pasteboard.h"
+#include "platform/Permissions.h"
+#include "platform/TextRecognizer.h"
+
+// What a desktop without the thing in question answers. LinuxDesktop takes these for seams that it
+// has no backend for yet; each goes when its backend comes.
+namespace tallowbay::absent {
+
+struct NoFileEvents final : FileEvents {
+    std::optional<Subscription> start(
+        const std::filesystem::path&, std::chrono::milliseconds, Handler) override
+    {
+        return std::nullopt;
+    }
+};
+
+struct NoFolderEvents final : FolderEvents {
+    std::optional<Subscription> start(const std::filesystem::path&, Handler) override
+    {
+        return std::nullopt;
+    }
+};
+
+struct NoKeyTap final : KeyTap {
+    std::optional<Subscription> start(Handler) override { return std::nullopt; }
+};
+
+struct NoKeyPoster final : KeyPoster {
+    void post(KeyCode, KeyDirection, EventFlags) override { }
+};
+
+struct NoHotkeys final : Hotkeys {
+    Subscription install(Handler) override { return {}; }
+    std::optional<Subscription> registerHotkey(KeyCode, HotkeyModifiers, HotkeyId) override
+    {
+        return std::nullopt;
+    }
+};
+
+struct NoPermissions final : Permissions {
+    Permission accessibility() const override { return {}; }
+    Permission screenRecording() const override { return {}; }
+};
+
+struct NoPasteboard final : Pasteboard {
+    void clear() override { }
+    void writeFiles(const std::vector<std::filesystem::path>&) override { }
+    void writeText(const std::string&) override { }
+    std::vector<std::filesystem::path> readFiles() const override { return {}; }
+    std::int64_t changeCount() const override { return 0; }
+    bool handOver(std::chrono::milliseconds) override { return false; }
+};
+
+struct NoImageCodec final : ImageCodec {
+    std::variant<Bitmap, ImageError> decode(std::string_view) const override
+    {
+        return ImageError::unknownFormat;
+    }
+    std::variant<PixelSize, ImageError> pixelSize(std::string_view) const override
+    {
+        return ImageError::unknownFormat;
+    }
+    std::optional<std::string> encodePng(const Bitmap&) const override { return std::nullopt; }
+    std::optional<std::string> encodeJpeg(const Bitmap&, double) const override
+    {
+        return std::nullopt;
+    }
+};
+
+struct NoTextRecognizer final : TextRecognizer {
+    void recognize(Image, const RecognitionRequest&, RecognitionReply) override { }
+};
+
+struct NoUpdater final : Updater {
+    void checkForUpdates() override { }
+};
+
+} // namespace tallowbay::absent

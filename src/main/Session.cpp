@@ -1,0 +1,56 @@
+#include "main/Session.h"
+
+#include "platform/linux/Environment.h"
+
+#include <filesystem>
+#include <memory>
+
+#include <xcb/xcb.h>
+
+namespace tallowbay {
+
+using linux_desktop::environmentFolder;
+using linux_desktop::environmentText;
+
+namespace {
+
+bool canConnect()
+{
+    const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection(
+        xcb_connect(nullptr, nullptr), &xcb_disconnect);
+    return xcb_connection_has_error(connection.get()) == 0;
+}
+
+} // namespace
+
+std::optional<std::string> displayProblem()
+{
+    const auto display = environmentText("DISPLAY");
+    if (!display && environmentText("WAYLAND_DISPLAY"))
+        return "this Wayland session has no X server (Xwayland), which Tallowbay needs";
+    if (!display)
+        return "there is no display: DISPLAY is not set; start Tallowbay from a desktop session";
+    if (!canConnect())
+        return "the display " + *display + " cannot be reached: no X server answers there, or it "
+            + "lets nobody in";
+    return std::nullopt;
+}
+
+std::optional<std::string> sessionLimits()
+{
+    if (!environmentText("WAYLAND_DISPLAY") && environmentText("XDG_SESSION_TYPE") != "wayland")
+        return std::nullopt;
+    return "this is a Wayland session: pastes and clipboard of programs that do not use X11 may "
+           "not be seen";
+}
+
+bool hasSessionBus()
+{
+    if (environmentText("DBUS_SESSION_BUS_ADDRESS"))
+        return true;
+    const auto runtimeFolder = environmentFolder("XDG_RUNTIME_DIR");
+    std::error_code ignored;
+    return runtimeFolder && std::filesystem::is_socket(*runtimeFolder / "bus", ignored);
+}
+
+} // namespace tallowbay
