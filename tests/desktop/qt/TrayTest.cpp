@@ -1,0 +1,155 @@
+#include "desktop/qt/QtDesktop.h"
+#include "platform/qt/Artwork.h"
+#include "platform/qt/PanelColor.h"
+#include "platform/qt/QtMenu.h"
+#include "platform/qt/QtStatusBar.h"
+
+#include <QMenu>
+
+#include <gmock/gmock.h>
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+
+namespace tallowbay::test {
+namespace {
+
+MenuItem row(const std::string& title, std::function<void()> action)
+{
+    MenuItem item;
+    item.title = title;
+    item.action = std::move(action);
+    return item;
+}
+
+class TrayTest : public testing::Test {
+protected:
+    std::unique_ptr<ChildProcess> startTray()
+    {
+        return desktop.server().start({"trayer", "--edge", "top", "--height", "24"});
+    }
+
+    std::unique_ptr<StatusItem> makeItem()
+    {
+        return bar.makeItem({"MenubarIcon", 18, {}}, {row("Settings", [] {})});
+    }
+
+    // Icons in a tray are the only windows of ours.
+    bool iconIsShown()
+    {
+        const auto found =
+            desktop.server().run({"xdotool", "search", "--onlyvisible", "--class", "tallowbay"});
+        return found.status == 0;
+    }
+
+    QtDesktop desktop;
+    qt::QtStatusBar bar;
+};
+
+TEST_F(TrayTest, ShowsTheIconInATrayThatIsThere)
+{
+    const auto tray = startTray();
+    const auto item = makeItem();
+    EXPECT_TRUE(desktop.runUntil([this] { return iconIsShown(); }));
+}
+
+TEST_F(TrayTest, GoesOnWithoutATrayAndShowsTheIconWhenOneStarts)
+{
+    const auto item = makeItem();
+    desktop.runFor(100ms);
+    EXPECT_FALSE(iconIsShown());
+
+    const auto tray = startTray();
+    EXPECT_TRUE(desktop.runUntil([this] { return iconIsShown(); }));
+}
+
+TEST_F(TrayTest, ShowsTheIconAgainWhenTheTrayIsStartedAnew)
+{
+    auto tray = startTray();
+    const auto item = makeItem();
+    ASSERT_TRUE(desktop.runUntil([this] { return iconIsShown(); }));
+
+    tray.reset();
+    ASSERT_TRUE(desktop.runUntil([this] { return !iconIsShown(); }));
+    tray = startTray();
+    EXPECT_TRUE(desktop.runUntil([this] { return iconIsShown(); }));
+}
+
+TEST_F(TrayTest, TakesTheIconAwayWithTheItem)
+{
+    const auto tray = startTray();
+    auto item = makeItem();
+    ASSERT_TRUE(desktop.runUntil([this] { return iconIsShown(); }));
+
+    item.reset();
+    EXPECT_TRUE(desktop.runUntil([this] { return !iconIsShown(); }));
+}
+
+TEST_F(TrayTest, ShowsATitleWhereThereIsNoPicture)
+{
+    const auto tray = startTray();
+    const auto item = bar.makeItem({{}, 0, "TB"}, {});
+    EXPECT_TRUE(desktop.runUntil([this] { return iconIsShown(); }));
+}
+
+TEST_F(TrayTest, TakesTheColorThatTheTrayAsksFor)
+{
+    // The root window stands in for a tray's.
+    desktop.server().run(
+        {"xprop", "-root", "-f", "_NET_SYSTEM_TRAY_COLORS", "32c", "-set",
+         "_NET_SYSTEM_TRAY_COLORS", "65535, 0, 32768, 0, 0, 0, 0, 0, 0, 0, 0, 0"});
+    const auto root = desktop.server().run({"xwininfo", "-root"}).output;
+    const auto id = std::stoul(root.substr(root.find("0x")), nullptr, 16);
+
+    const QColor color = qt::panelForeground({static_cast<std::uint32_t>(id), {}});
+
+    EXPECT_EQ(color.rgba(), qRgba(255, 0, 128, 255));
+}
+
+TEST_F(TrayTest, StandsOutFromDarkWindowsAndLightOnes)
+{
+    QApplication::setPalette(QColor(40, 40, 40));
+    EXPECT_GT(qt::panelForeground({}).lightness(), 200);
+    QApplication::setPalette(QColor(240, 240, 240));
+    EXPECT_LT(qt::panelForeground({}).lightness(), 80);
+}
+
+TEST_F(TrayTest, HasItsPictureInTheSizesThatPanelsUse)
+{
+    const qt::Artwork artwork;
+    EXPECT_TRUE(artwork.has(QStringLiteral("MenubarIcon")));
+    EXPECT_FALSE(artwork.has(QStringLiteral("Menubar")));
+    EXPECT_FALSE(artwork.has(QString()));
+    const QIcon icon = artwork.tinted(QStringLiteral("MenubarIcon"), Qt::red);
+    for (int size : {16, 18, 22, 24, 32, 36, 44, 48, 64}) {
+        const QImage picture = icon.pixmap(QSize(size, size), 1.0).toImage();
+        EXPECT_EQ(picture.size(), QSize(size, size));
+        EXPECT_EQ(picture.pixelColor(size / 2 - 2, size - size / 4), QColor(Qt::red)) << size;
+        EXPECT_EQ(picture.pixelColor(0, 0).alpha(), 0) << size;
+    }
+}
+
+TEST_F(TrayTest, ShowsTheMenusRowsInOrder)
+{
+    int quits = 0;
+    MenuItem quit = row("Quit", [&] { ++quits; });
+    quit.keyEquivalent = "q";
+    quit.symbol = "xmark";
+    const auto menu = qt::makeMenu(
+        {row("Running", nullptr), MenuItem::makeSeparator(), row("Settings", [] {}), quit});
+
+    const auto actions = menu->actions();
+    ASSERT_EQ(actions.size(), 4);
+    EXPECT_EQ(actions[0]->text(), QStringLiteral("Running"));
+    EXPECT_FALSE(actions[0]->isEnabled());
+    EXPECT_TRUE(actions[1]->isSeparator());
+    EXPECT_TRUE(actions[2]->isEnabled());
+    EXPECT_TRUE(actions[2]->icon().isNull());
+    EXPECT_EQ(actions[3]->shortcut(), QKeySequence(QStringLiteral("Ctrl+Q")));
+    EXPECT_FALSE(actions[3]->icon().isNull());
+    actions[3]->trigger();
+    EXPECT_EQ(quits, 1);
+}
+
+} // namespace
+} // namespace tallowbay::test
