@@ -1,0 +1,172 @@
+#include "platform/qt/QtGraphicsContext.h"
+
+#include "platform/qt/BitmapImage.h"
+
+#include <QPainter>
+#include <QPainterPath>
+#include <QStringList>
+
+#include <algorithm>
+#include <new>
+
+namespace tallowbay::qt {
+
+namespace {
+
+constexpr int largestSide = 32767; // beyond it Qt's rasteriser loses count
+
+QColor qtColor(const Color& color)
+{
+    const auto part = [](double value) { return static_cast<float>(std::clamp(value, 0.0, 1.0)); };
+    return QColor::fromRgbF(
+        part(color.red), part(color.green), part(color.blue), part(color.alpha));
+}
+
+// The whole pixels nearest to a rectangle, one at least.
+QRect nearestPixels(const QRectF& rect)
+{
+    const QPoint topLeft(qRound(rect.left()), qRound(rect.top()));
+    const QSize size(qRound(rect.right()) - topLeft.x(), qRound(rect.bottom()) - topLeft.y());
+    return {topLeft, size.expandedTo({1, 1})};
+}
+
+// The painter's own transform under which its pixels are units.
+QTransform pixelTransform(const QPainter& painter)
+{
+    const QTransform toPixels = painter.deviceTransform();
+    return (painter.worldTransform().inverted() * toPixels).inverted();
+}
+
+} // namespace
+
+// A shape as a path of the painter.
+class QtGraphicsContext::Outline {
+public:
+    Outline(const QtGraphicsContext& context, const Shape& shape)
+        : context(context)
+    {
+        std::visit(*this, shape);
+    }
+
+    void operator()(const Rect& rect) { path.addRect(context.flipped(rect)); }
+    void operator()(const RoundedRect& rounded)
+    {
+        path.addRoundedRect(context.flipped(rounded.rect), rounded.radius, rounded.radius);
+    }
+    void operator()(const Oval& oval) { path.addEllipse(context.flipped(oval.rect)); }
+    void operator()(const Polyline& line)
+    {
+        QPolygonF points;
+        for (const Point& point : line.points)
+            points << context.flipped(point);
+        path.addPolygon(points);
+        if (line.closed)
+            path.closeSubpath();
+    }
+
+    QPainterPath path;
+
+private:
+    const QtGraphicsContext& context;
+};
+
+QtGraphicsContext::QtGraphicsContext(
+    QPainter& painter, double heightPoints, const GraphicsFonts& fonts, ScaledImageCache& cache)
+    : painter(painter)
+    , heightPoints(heightPoints)
+    , fonts(fonts)
+    , cache(cache)
+{
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
+}
+
+QPointF QtGraphicsContext::flipped(const Point& point) const
+{
+    return {point.x, heightPoints - point.y};
+}
+
+QRectF QtGraphicsContext::flipped(const Rect& rect) const
+{
+    return {
+        rect.minX(), heightPoints - rect.maxY(), rect.maxX() - rect.minX(),
+        rect.maxY() - rect.minY()};
+}
+
+void QtGraphicsContext::setCompositingOperation(CompositingOperation wanted)
+{
+    operation = wanted;
+    painter.setCompositionMode(
+        wanted == CompositingOperation::copy ? QPainter::CompositionMode_Source
+                                             : QPainter::CompositionMode_SourceOver);
+}
+
+void QtGraphicsContext::fill(const Shape& shape, Color color)
+{
+    if (const auto* rect = std::get_if<Rect>(&shape))
+        painter.fillRect(flipped(*rect), qtColor(color));
+    else
+        painter.fillPath(Outline(*this, shape).path, qtColor(color));
+}
+
+void QtGraphicsContext::stroke(const Shape& shape, Color color, const StrokeStyle& style)
+{
+    const auto cap = style.cap == LineCap::round ? Qt::RoundCap : Qt::FlatCap;
+    painter.strokePath(
+        Outline(*this, shape).path,
+        QPen(qtColor(color), style.width, Qt::SolidLine, cap, Qt::MiterJoin));
+}
+
+void QtGraphicsContext::drawImage(const Image& image, const Rect& rect)
+{
+    if (!image)
+        return;
+    const QRect pixels = nearestPixels(painter.deviceTransform().mapRect(flipped(rect)));
+    painter.save();
+    painter.setWorldTransform(pixelTransform(painter));
+    painter.drawImage(pixels.topLeft(), cache.scaled(image, pixels.size()));
+    painter.restore();
+}
+
+void QtGraphicsContext::drawText(
+    const std::string& text, const Point& origin, const TextStyle& style)
+{
+    const Size box = fonts.measure(text, style.font);
+    if (style.background)
+        fill(Rect{origin, box}, *style.background);
+    const auto [font, factor] = fonts.scaled(style.font);
+    const double lineHeight = fonts.lineHeight(style.font);
+    double baseline = origin.y + box.height - fonts.ascent(style.font);
+    painter.save();
+    painter.setPen(qtColor(style.foreground));
+    painter.setFont(font);
+    const QTransform before = painter.worldTransform();
+    const QStringList lines = QString::fromStdString(text).split('\n');
+    for (const QString& line : lines) {
+        const QPointF start = flipped(Point{origin.x, baseline});
+        painter.setWorldTransform(
+            QTransform::fromTranslate(start.x(), start.y()).scale(factor, factor) * before);
+        painter.drawText(QPointF(0, 0), line);
+        baseline -= lineHeight;
+    }
+    painter.restore();
+}
+
+std::optional<Bitmap> QtOffscreenGraphics::draw(
+    PixelSize size, double pixelsPerUnit, const Drawing& drawing) const
+try {
+    if (size.width < 1 || size.height < 1 || size.width > largestSide || size.height > largestSide)
+        return std::nullopt;
+    Bitmap bitmap(size);
+    QImage surface = imageOver(bitmap);
+    QPainter painter(&surface);
+    painter.scale(pixelsPerUnit, pixelsPerUnit);
+    ScaledImageCache cache;
+    QtGraphicsContext context(painter, size.height / pixelsPerUnit, fonts, cache);
+    drawing(context);
+    painter.end();
+    return bitmap;
+} catch (const std::bad_alloc&) {
+    return std::nullopt;
+}
+
+} // namespace tallowbay::qt
