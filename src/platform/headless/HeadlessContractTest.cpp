@@ -2,6 +2,7 @@
 #include "platform/contract/FileSystemContract.h"
 #include "platform/contract/HotkeysContract.h"
 #include "platform/contract/PasteboardContract.h"
+#include "platform/contract/ImageCodecContract.h"
 #include "platform/contract/ProcessesContract.h"
 #include "platform/contract/UserDefaultsContract.h"
 #include "platform/headless/Desktop.h"
@@ -100,6 +101,7 @@ struct MemoryDefaultsBackend {
 namespace tallowbay::contract {
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, DispatchContract, headless::VirtualDispatchBackend);
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, FileSystemContract, headless::MemoryFileBackend);
+INSTANTIATE_TYPED_TEST_SUITE_P(Headless, ImageCodecContract, headless::PlainImageCodec);
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, HotkeysContract, headless::HandFedHotkeysBackend);
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, PasteboardContract, headless::MemoryPasteboardBackend);
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, ProcessesContract, headless::ScriptedProcessesBackend);

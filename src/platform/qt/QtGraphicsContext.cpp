@@ -22,6 +22,15 @@ QColor qtColor(const Color& color)
         part(color.red), part(color.green), part(color.blue), part(color.alpha));
 }
 
+// Never less than nothing: a wide line closes the inside of a small shape.
+Rect grown(const Rect& rect, double by)
+{
+    const Rect area = rect.normalized();
+    const Size size{
+        std::max(area.size.width + 2 * by, 0.0), std::max(area.size.height + 2 * by, 0.0)};
+    return {{area.midX() - size.width / 2, area.midY() - size.height / 2}, size};
+}
+
 // The whole pixels nearest to a rectangle, one at least.
 QRect nearestPixels(const QRectF& rect)
 {
@@ -110,10 +119,29 @@ void QtGraphicsContext::fill(const Shape& shape, Color color)
 
 void QtGraphicsContext::stroke(const Shape& shape, Color color, const StrokeStyle& style)
 {
+    if (const auto* rect = std::get_if<Rect>(&shape)) {
+        fillBetween(grown(*rect, style.width / 2), grown(*rect, -style.width / 2), color);
+        return;
+    }
+    if (const auto* oval = std::get_if<Oval>(&shape)) {
+        fillBetween(
+            Oval{grown(oval->rect, style.width / 2)}, Oval{grown(oval->rect, -style.width / 2)},
+            color);
+        return;
+    }
     const auto cap = style.cap == LineCap::round ? Qt::RoundCap : Qt::FlatCap;
     painter.strokePath(
         Outline(*this, shape).path,
         QPen(qtColor(color), style.width, Qt::SolidLine, cap, Qt::MiterJoin));
+}
+
+// Exact where the outline that Qt makes of a pen is not: at corners and on curves.
+void QtGraphicsContext::fillBetween(const Shape& outer, const Shape& inner, Color color)
+{
+    QPainterPath path = Outline(*this, outer).path;
+    path.addPath(Outline(*this, inner).path);
+    path.setFillRule(Qt::OddEvenFill);
+    painter.fillPath(path, qtColor(color));
 }
 
 void QtGraphicsContext::drawImage(const Image& image, const Rect& rect)

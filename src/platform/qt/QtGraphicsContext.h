@@ -26,6 +26,7 @@ public:
 private:
     class Outline;
 
+    void fillBetween(const Shape& outer, const Shape& inner, Color);
     QPointF flipped(const Point&) const;
     QRectF flipped(const Rect&) const;
 
