@@ -1,32 +1,15 @@
 #pragma once
 
 #include "platform/Application.h"
-#include "platform/FileEvents.h"
 #include "platform/Hotkeys.h"
 #include "platform/ImageCodec.h"
 #include "platform/Keys.h"
-#include "platform/Pasteboard.h"
 #include "platform/Permissions.h"
 #include "platform/TextRecognizer.h"
 
 // What a desktop without the thing in question answers. LinuxDesktop takes these for seams that it
 // has no backend for yet; each goes when its backend comes.
 namespace tallowbay::absent {
-
-struct NoFileEvents final : FileEvents {
-    std::optional<Subscription> start(
-        const std::filesystem::path&, std::chrono::milliseconds, Handler) override
-    {
-        return std::nullopt;
-    }
-};
-
-struct NoFolderEvents final : FolderEvents {
-    std::optional<Subscription> start(const std::filesystem::path&, Handler) override
-    {
-        return std::nullopt;
-    }
-};
 
 struct NoKeyTap final : KeyTap {
     std::optional<Subscription> start(Handler) override { return std::nullopt; }
@@ -47,15 +30,6 @@ struct NoHotkeys final : Hotkeys {
 struct NoPermissions final : Permissions {
     Permission accessibility() const override { return {}; }
     Permission screenRecording() const override { return {}; }
-};
-
-struct NoPasteboard final : Pasteboard {
-    void clear() override { }
-    void writeFiles(const std::vector<std::filesystem::path>&) override { }
-    void writeText(const std::string&) override { }
-    std::vector<std::filesystem::path> readFiles() const override { return {}; }
-    std::int64_t changeCount() const override { return 0; }
-    bool handOver(std::chrono::milliseconds) override { return false; }
 };
 
 struct NoImageCodec final : ImageCodec {

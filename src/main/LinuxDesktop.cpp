@@ -3,15 +3,38 @@
 #include "platform/linux/Environment.h"
 #include "platform/qt/Artwork.h"
 
+#include <QCoreApplication>
+
 namespace tallowbay {
 
+namespace {
+
+std::unique_ptr<linux_desktop::X11Session> openSession(Dispatch& dispatch)
+{
+    // Without its display there is nothing left to do for the program.
+    auto created = linux_desktop::X11Session::create(dispatch, [] { QCoreApplication::exit(1); });
+    if (!created.session)
+        throw DisplayUnusable(created.problem);
+    return std::move(created.session);
+}
+
+} // namespace
+
 LinuxDesktop::LinuxDesktop()
-    : resources(
-        linux_desktop::runningProgramFolder(),
-        [](const std::string& name) { return qt::Artwork().has(QString::fromStdString(name)); })
+    : session(openSession(dispatch))
+    , resources(
+          linux_desktop::runningProgramFolder(),
+          [](const std::string& name) { return qt::Artwork().has(QString::fromStdString(name)); })
     , tools(linux_desktop::linuxToolPaths(resources))
     , defaults(linux_desktop::environmentConfigFolder())
+    , pasteboard(*session, dispatch)
 {
+}
+
+void LinuxDesktop::finishBackgroundWork()
+{
+    processes.endChildren(std::chrono::seconds(1));
+    dispatch.finishBackgroundWork();
 }
 
 Platform LinuxDesktop::platform()

@@ -4,12 +4,16 @@
 #include "platform/DesktopSettings.h"
 #include "platform/Platform.h"
 #include "platform/Processes.h"
+#include "platform/linux/InotifyFileEvents.h"
+#include "platform/linux/InotifyFolderEvents.h"
 #include "platform/linux/JsonUserDefaults.h"
 #include "platform/linux/LinuxResources.h"
 #include "platform/linux/PosixFileSystem.h"
 #include "platform/linux/PosixProcesses.h"
 #include "platform/linux/StdoutConsole.h"
 #include "platform/linux/SystemClock.h"
+#include "platform/linux/X11Pasteboard.h"
+#include "platform/linux/X11Session.h"
 #include "platform/qt/QtAlerts.h"
 #include "platform/qt/QtApplication.h"
 #include "platform/qt/QtDispatch.h"
@@ -18,12 +22,22 @@
 #include "platform/qt/QtTextMeasurer.h"
 #include "views/QtToastViews.h"
 
+#include <memory>
+#include <stdexcept>
+
 namespace tallowbay {
+
+// Says what is missing, for people.
+class DisplayUnusable : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
 
 // Every backend of the program on an X11 desktop, in an order in which each may use those before
 // it. Needs the QApplication; its users end before it does.
 class LinuxDesktop {
 public:
+    // Throws DisplayUnusable where the display lacks what the program cannot do without.
     LinuxDesktop();
 
     Platform platform();
@@ -31,13 +45,18 @@ public:
     // The main loop. Returns the exit status.
     int run() { return application.run(); }
 
+    // Waits for the background work that is under way, which uses the other backends. To be called
+    // when everyone has stopped, before this object goes. A tool that waits for the user is ended.
+    void finishBackgroundWork();
+
 private:
     qt::QtDispatch dispatch;
+    std::unique_ptr<linux_desktop::X11Session> session;
     linux_desktop::SystemClock clock;
     linux_desktop::StdoutConsole console;
     linux_desktop::PosixFileSystem fileSystem;
-    absent::NoFileEvents fileEvents;
-    absent::NoFolderEvents folderEvents;
+    linux_desktop::InotifyFileEvents fileEvents{dispatch};
+    linux_desktop::InotifyFolderEvents folderEvents{dispatch};
     linux_desktop::PosixProcesses processes;
     linux_desktop::LinuxResources resources;
     const ToolPaths tools;
@@ -45,7 +64,7 @@ private:
     absent::NoTextRecognizer textRecognizer;
     linux_desktop::JsonUserDefaultsStore defaults;
     DesktopSettings desktopSettings;
-    absent::NoPasteboard pasteboard;
+    linux_desktop::X11Pasteboard pasteboard;
     absent::NoKeyTap keyTap;
     absent::NoKeyPoster keyPoster;
     absent::NoHotkeys hotkeys;

@@ -59,13 +59,17 @@ void introduce(QApplication&)
 }
 
 int runDesktop()
-{
+try {
     LinuxDesktop desktop;
     AppDelegate delegate(desktop.platform(), {});
     delegate.applicationDidFinishLaunching();
     const int status = desktop.run();
     delegate.applicationWillTerminate();
+    desktop.finishBackgroundWork();
     return status;
+} catch (const DisplayUnusable& problem) {
+    tell(problem.what());
+    return 1;
 }
 
 int startProgram(char* programName)

@@ -10,4 +10,10 @@ void GlobalQueues::async(QualityOfService quality, Task task)
     pool.async(std::move(task));
 }
 
+void GlobalQueues::end()
+{
+    userInteractive.end();
+    userInitiated.end();
+}
+
 } // namespace tallowbay::linux_desktop

@@ -11,6 +11,9 @@ class GlobalQueues {
 public:
     void async(QualityOfService, Task);
 
+    // Waits for the tasks that are running; from now on nothing runs.
+    void end();
+
 private:
     WorkerPool userInteractive{"interactive", WorkerPool::defaultThreadLimit()};
     WorkerPool userInitiated{"initiated", WorkerPool::defaultThreadLimit()};

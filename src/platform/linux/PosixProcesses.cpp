@@ -66,16 +66,6 @@ std::optional<pid_t> spawn(std::string program, std::vector<std::string> argumen
     return error == 0 ? std::optional(child) : std::nullopt;
 }
 
-bool endsWell(pid_t child)
-{
-    int status = 0;
-    while (::waitpid(child, &status, 0) < 0) {
-        if (errno != EINTR)
-            return false;
-    }
-    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
-}
-
 } // namespace
 
 PosixProcesses::PosixProcesses()
@@ -88,8 +78,41 @@ PosixProcesses::PosixProcesses()
 bool PosixProcesses::run(
     const std::filesystem::path& program, const std::vector<std::string>& arguments)
 {
-    const auto child = spawn(program, arguments);
+    const auto child = startChild(program, arguments);
     return child && endsWell(*child);
+}
+
+std::optional<pid_t> PosixProcesses::startChild(
+    const std::filesystem::path& program, const std::vector<std::string>& arguments)
+{
+    const std::scoped_lock lock(mutex);
+    if (ending)
+        return std::nullopt;
+    const auto child = spawn(program, arguments);
+    if (child)
+        children.insert(*child);
+    return child;
+}
+
+// Reaps it only once it is out of the list: until then its number cannot be another process's.
+bool PosixProcesses::endsWell(pid_t child)
+{
+    siginfo_t end{};
+    while (::waitid(P_PID, id_t(child), &end, WEXITED | WNOWAIT) < 0 && errno == EINTR) { }
+    const std::scoped_lock lock(mutex);
+    children.erase(child);
+    childGone.notify_all();
+    ::waitpid(child, nullptr, 0);
+    return end.si_code == CLD_EXITED && end.si_status == 0;
+}
+
+void PosixProcesses::endChildren(std::chrono::milliseconds grace)
+{
+    std::unique_lock lock(mutex);
+    ending = true;
+    childGone.wait_for(lock, grace, [this] { return children.empty(); });
+    for (const pid_t child : children)
+        ::kill(child, SIGTERM);
 }
 
 } // namespace tallowbay::linux_desktop

@@ -2,6 +2,14 @@
 
 #include "platform/Processes.h"
 
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <optional>
+#include <set>
+
+#include <sys/types.h>
+
 namespace tallowbay::linux_desktop {
 
 // Child processes by posix_spawn. The child starts with no signal blocked or ignored.
@@ -13,6 +21,20 @@ public:
 
     bool run(
         const std::filesystem::path& program, const std::vector<std::string>& arguments) override;
+
+    // For the end of the program, any thread: gives the children that are running this long to come
+    // to their own end, then asks them to end (SIGTERM). Nothing is run any more.
+    void endChildren(std::chrono::milliseconds grace);
+
+private:
+    std::optional<pid_t> startChild(
+        const std::filesystem::path& program, const std::vector<std::string>& arguments);
+    bool endsWell(pid_t);
+
+    std::mutex mutex;
+    std::condition_variable childGone;
+    std::set<pid_t> children; // started and not yet reaped
+    bool ending = false;
 };
 
 } // namespace tallowbay::linux_desktop

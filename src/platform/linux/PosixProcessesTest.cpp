@@ -7,6 +7,7 @@
 #include <atomic>
 #include <csignal>
 #include <fstream>
+#include <optional>
 #include <sstream>
 #include <thread>
 
@@ -186,6 +187,34 @@ TEST_F(PosixProcessesTest, HoldsNoFileBusyThatAnotherThreadHasJustWritten)
     for (int i = 0; i < 30; ++i)
         EXPECT_TRUE(backend.real.run(backend.script("s" + std::to_string(i), "exit 0\n"), {}));
     stop = true;
+}
+
+TEST_F(PosixProcessesTest, EndsAChildThatWouldRunOnAfterTheProgram)
+{
+    std::optional<bool> result;
+    std::jthread runner([&] { result = backend.real.run("/bin/sleep", {"1000"}); });
+    backend.real.endChildren(20ms);
+    runner.join();
+    EXPECT_EQ(result, false);
+}
+
+TEST_F(PosixProcessesTest, LetsAChildFinishThatIsQuickEnough)
+{
+    const auto script =
+        backend.script("quick", "touch '" + backend.notes().native() + "'\nsleep 0.05\nexit 0\n");
+    std::optional<bool> result;
+    std::jthread runner([&] { result = backend.real.run(script, {}); });
+    while (!fs::exists(backend.notes()))
+        std::this_thread::yield();
+    backend.real.endChildren(30s);
+    runner.join();
+    EXPECT_EQ(result, true);
+}
+
+TEST_F(PosixProcessesTest, RunsNothingAnyMoreOnceItsChildrenWereEnded)
+{
+    backend.real.endChildren(0ms);
+    EXPECT_FALSE(backend.real.run("/bin/true", {}));
 }
 
 } // namespace

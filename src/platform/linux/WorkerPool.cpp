@@ -21,6 +21,11 @@ WorkerPool::WorkerPool(std::string_view name, std::size_t threadLimit)
 
 WorkerPool::~WorkerPool()
 {
+    end();
+}
+
+void WorkerPool::end()
+{
     // What is dropped may run code of its owner when it is destroyed: not under the lock.
     std::deque<Task> dropped;
     {
@@ -30,8 +35,10 @@ WorkerPool::~WorkerPool()
     }
     dropped.clear();
     changed.notify_all();
-    for (auto& thread : threads)
-        thread.join();
+    for (auto& thread : threads) {
+        if (thread.joinable())
+            thread.join();
+    }
 }
 
 void WorkerPool::async(Task task)

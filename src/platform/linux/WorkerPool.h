@@ -15,9 +15,8 @@ namespace tallowbay::linux_desktop {
 
 // Runs tasks on a bounded number of threads, each started when there is work for it.
 //
-// Thread: async() from any thread, also from a task of the pool. Destroying the pool waits for the
-// tasks that are running and drops those that have not started; it may not happen inside a task of
-// the pool.
+// Thread: async() from any thread, also from a task of the pool. Destroying the pool ends it; that
+// may not happen inside a task of the pool.
 class WorkerPool {
 public:
     // The name is what debuggers show of the threads; they show fifteen bytes of it.
@@ -28,6 +27,10 @@ public:
 
     // Tasks start in the order they were given.
     void async(Task);
+
+    // Waits for the tasks that are running, and drops those that have not started and all that come
+    // later. Not inside a task of the pool.
+    void end();
 
     // One thread for each core, two at least: a task that waits for a child process must not hold
     // up the next one.

@@ -18,6 +18,9 @@ public:
     void globalAsync(QualityOfService, Task) override;
     std::unique_ptr<SerialQueue> makeSerialQueue(std::string_view label) override;
 
+    // Waits for the background tasks that are running; from now on none is run.
+    void finishBackgroundWork() { globalQueues.end(); }
+
 private:
     MainQueue mainQueue;
 
