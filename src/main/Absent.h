@@ -1,7 +1,6 @@
 #pragma once
 
 #include "platform/Application.h"
-#include "platform/Hotkeys.h"
 #include "platform/ImageCodec.h"
 #include "platform/Keys.h"
 #include "platform/Permissions.h"
@@ -17,14 +16,6 @@ struct NoKeyTap final : KeyTap {
 
 struct NoKeyPoster final : KeyPoster {
     void post(KeyCode, KeyDirection, EventFlags) override { }
-};
-
-struct NoHotkeys final : Hotkeys {
-    Subscription install(Handler) override { return {}; }
-    std::optional<Subscription> registerHotkey(KeyCode, HotkeyModifiers, HotkeyId) override
-    {
-        return std::nullopt;
-    }
 };
 
 struct NoPermissions final : Permissions {

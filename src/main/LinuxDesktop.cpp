@@ -28,6 +28,7 @@ LinuxDesktop::LinuxDesktop()
     , tools(linux_desktop::linuxToolPaths(resources))
     , defaults(linux_desktop::environmentConfigFolder())
     , pasteboard(*session, dispatch)
+    , hotkeys(*session, dispatch)
 {
 }
 

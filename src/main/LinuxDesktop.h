@@ -12,6 +12,7 @@
 #include "platform/linux/PosixProcesses.h"
 #include "platform/linux/StdoutConsole.h"
 #include "platform/linux/SystemClock.h"
+#include "platform/linux/X11Hotkeys.h"
 #include "platform/linux/X11Pasteboard.h"
 #include "platform/linux/X11Session.h"
 #include "platform/qt/QtAlerts.h"
@@ -67,7 +68,7 @@ private:
     linux_desktop::X11Pasteboard pasteboard;
     absent::NoKeyTap keyTap;
     absent::NoKeyPoster keyPoster;
-    absent::NoHotkeys hotkeys;
+    linux_desktop::X11Hotkeys hotkeys;
     absent::NoPermissions permissions;
     qt::QtStatusBar statusBar;
     qt::QtAlerts alerts;
