@@ -2,7 +2,7 @@
 
 #include <QFontDatabase>
 #include <QFontMetricsF>
-#include <QString>
+#include <QStringList>
 
 namespace tallowbay::qt {
 
@@ -32,6 +32,7 @@ Size QtTextMeasurer::measure(const std::string& text, const Font& font) const
 QFont interfaceFont(const Font& font)
 {
     QFont result = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
+    result.setFamilies({QStringLiteral("Inter"), result.family()});
     result.setPixelSize(qRound(font.sizePoints)); // a point is a device-independent pixel
     result.setWeight(qtWeight(font.weight));
     return result;

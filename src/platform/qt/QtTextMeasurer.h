@@ -12,7 +12,7 @@ public:
     Size measure(const std::string& text, const Font&) const override;
 };
 
-// The desktop's interface font in this size and weight.
+// The font of our windows: the one that they are drawn for, else the desktop's own.
 QFont interfaceFont(const Font&);
 
 } // namespace tallowbay::qt

@@ -1,0 +1,174 @@
+#include "desktop/support/Wait.h"
+#include "desktop/support/XServer.h"
+#include "platform/linux/TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+
+#include <csignal>
+#include <fstream>
+
+using namespace std::chrono_literals;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+namespace tallowbay::test {
+namespace {
+
+// The built program, in an empty home and a session of its own.
+class ProgramTest : public testing::Test {
+protected:
+    Environment environment() const
+    {
+        Environment result{
+            {"DISPLAY", std::nullopt},
+            {"WAYLAND_DISPLAY", std::nullopt},
+            {"XDG_SESSION_TYPE", std::nullopt},
+            {"DBUS_SESSION_BUS_ADDRESS", std::nullopt},
+            {"HOME", folder.path.native()},
+            {"XDG_CONFIG_HOME", (folder.path / "config").native()},
+            {"XDG_RUNTIME_DIR", (folder.path).native()},
+        };
+        return result;
+    }
+
+    Environment environmentOn(const XServer& server) const
+    {
+        Environment result = environment();
+        result["DISPLAY"] = server.display();
+        return result;
+    }
+
+    std::unique_ptr<ChildProcess> start(
+        const std::vector<std::string>& arguments, const Environment& environment) const
+    {
+        std::vector<std::string> command{TALLOWBAY_PROGRAM};
+        command.insert(command.end(), arguments.begin(), arguments.end());
+        return std::make_unique<ChildProcess>(command, environment);
+    }
+
+    // Catching the signals is among the last things that the program does before its main loop.
+    static bool runs(const ChildProcess& program)
+    {
+        return waitUntil([&] { return (caughtSignals(program.pid()) >> (SIGTERM - 1)) & 1; });
+    }
+
+    static std::uint64_t caughtSignals(pid_t process)
+    {
+        std::ifstream status("/proc/" + std::to_string(process) + "/status");
+        for (std::string word; status >> word;)
+            if (std::string mask; word == "SigCgt:" && status >> mask)
+                return std::stoull(mask, nullptr, 16);
+        return 0;
+    }
+
+    linux_desktop::TemporaryFolder folder;
+};
+
+TEST_F(ProgramTest, HelpsWithoutADisplay)
+{
+    const auto program = start({"--help"}, environment());
+    EXPECT_EQ(program->wait(), 0);
+    EXPECT_THAT(program->output(), HasSubstr("Usage: tallowbay"));
+    EXPECT_THAT(program->errors(), IsEmpty());
+}
+
+TEST_F(ProgramTest, TellsItsVersionWithoutADisplay)
+{
+    const auto program = start({"--version"}, environment());
+    EXPECT_EQ(program->wait(), 0);
+    EXPECT_THAT(program->output(), testing::StartsWith("Tallowbay "));
+    EXPECT_THAT(program->errors(), IsEmpty());
+}
+
+TEST_F(ProgramTest, RefusesAnUnknownOptionWithoutADisplay)
+{
+    const auto program = start({"--nonsense"}, environment());
+    EXPECT_EQ(program->wait(), 2);
+    EXPECT_THAT(program->output(), IsEmpty());
+    EXPECT_EQ(program->errors(), "tallowbay: unknown option '--nonsense' (try --help)\n");
+}
+
+TEST_F(ProgramTest, SaysThatTheDisplayIsMissing)
+{
+    const auto program = start({}, environment());
+    EXPECT_EQ(program->wait(), 1);
+    EXPECT_THAT(program->output(), IsEmpty());
+    EXPECT_THAT(program->errors(), HasSubstr("DISPLAY is not set"));
+}
+
+TEST_F(ProgramTest, SaysWhichDisplayDoesNotAnswer)
+{
+    auto nowhere = environment();
+    nowhere["DISPLAY"] = ":54321";
+    const auto program = start({}, nowhere);
+    EXPECT_EQ(program->wait(), 1);
+    EXPECT_THAT(program->output(), IsEmpty());
+    EXPECT_THAT(program->errors(), HasSubstr(":54321"));
+}
+
+TEST_F(ProgramTest, SaysThatAWaylandSessionNeedsAnXServer)
+{
+    auto wayland = environment();
+    wayland["WAYLAND_DISPLAY"] = "wayland-0";
+    const auto program = start({}, wayland);
+    EXPECT_EQ(program->wait(), 1);
+    EXPECT_THAT(program->errors(), HasSubstr("Xwayland"));
+}
+
+TEST_F(ProgramTest, EndsInGoodOrderOnSignals)
+{
+    for (int signal : {SIGTERM, SIGINT, SIGHUP}) {
+        const XServer server;
+        const auto program = start({}, environmentOn(server));
+        ASSERT_TRUE(runs(*program));
+        program->signal(signal);
+        EXPECT_EQ(program->wait(), 0) << signal;
+        EXPECT_THAT(program->output(), IsEmpty());
+    }
+}
+
+TEST_F(ProgramTest, EndsQuietlyWhenTheXServerDies)
+{
+    XServer server;
+    const auto program = start({}, environmentOn(server));
+    ASSERT_TRUE(runs(*program));
+    server.kill();
+    EXPECT_EQ(program->wait(), 1);
+}
+
+TEST_F(ProgramTest, RunsOncePerSessionWithoutAMessageBus)
+{
+    const XServer server;
+    const auto first = start({}, environmentOn(server));
+    ASSERT_TRUE(runs(*first));
+
+    const auto second = start({}, environmentOn(server));
+
+    EXPECT_EQ(second->wait(), 0);
+    EXPECT_THAT(second->errors(), HasSubstr("already running"));
+    EXPECT_THAT(second->output(), IsEmpty());
+    EXPECT_TRUE(first->running());
+}
+
+TEST_F(ProgramTest, RunsOncePerSessionWithAMessageBus)
+{
+    const XServer server;
+    const ChildProcess bus(
+        {"dbus-daemon", "--session", "--nofork", "--print-address=1"}, environment());
+    ASSERT_TRUE(waitUntil([&] { return bus.output().find('\n') != std::string::npos; }));
+    auto withBus = environmentOn(server);
+    withBus["DBUS_SESSION_BUS_ADDRESS"] = bus.output().substr(0, bus.output().find('\n'));
+    const auto first = start({}, withBus);
+    ASSERT_TRUE(runs(*first));
+
+    // Without a lock in common, only the bus can tell.
+    withBus["XDG_RUNTIME_DIR"] = (folder.path / "other").native();
+    const auto second = start({}, withBus);
+
+    EXPECT_EQ(second->wait(), 0);
+    EXPECT_THAT(second->errors(), HasSubstr("already running"));
+    EXPECT_TRUE(first->running());
+}
+
+} // namespace
+} // namespace tallowbay::test
