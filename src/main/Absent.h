@@ -1,7 +1,6 @@
 #pragma once
 
 #include "platform/Application.h"
-#include "platform/ImageCodec.h"
 #include "platform/Keys.h"
 #include "platform/Permissions.h"
 #include "platform/TextRecognizer.h"
@@ -21,22 +20,6 @@ struct NoKeyPoster final : KeyPoster {
 struct NoPermissions final : Permissions {
     Permission accessibility() const override { return {}; }
     Permission screenRecording() const override { return {}; }
-};
-
-struct NoImageCodec final : ImageCodec {
-    std::variant<Bitmap, ImageError> decode(std::string_view) const override
-    {
-        return ImageError::unknownFormat;
-    }
-    std::variant<PixelSize, ImageError> pixelSize(std::string_view) const override
-    {
-        return ImageError::unknownFormat;
-    }
-    std::optional<std::string> encodePng(const Bitmap&) const override { return std::nullopt; }
-    std::optional<std::string> encodeJpeg(const Bitmap&, double) const override
-    {
-        return std::nullopt;
-    }
 };
 
 struct NoTextRecognizer final : TextRecognizer {

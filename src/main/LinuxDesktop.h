@@ -18,6 +18,7 @@
 #include "platform/qt/QtAlerts.h"
 #include "platform/qt/QtApplication.h"
 #include "platform/qt/QtDispatch.h"
+#include "platform/qt/QtImageCodec.h"
 #include "platform/qt/QtScreens.h"
 #include "platform/qt/QtStatusBar.h"
 #include "platform/qt/QtTextMeasurer.h"
@@ -61,7 +62,7 @@ private:
     linux_desktop::PosixProcesses processes;
     linux_desktop::LinuxResources resources;
     const ToolPaths tools;
-    absent::NoImageCodec imageCodec;
+    qt::QtImageCodec imageCodec;
     absent::NoTextRecognizer textRecognizer;
     linux_desktop::JsonUserDefaultsStore defaults;
     DesktopSettings desktopSettings;
