@@ -116,8 +116,8 @@ std::optional<QRect> RegionSelection::region() const
 {
     if (!begun)
         return std::nullopt;
-    const auto [left, right] = std::minmax(begun->anchor.x(), at.x());
-    const auto [top, bottom] = std::minmax(begun->anchor.y(), at.y());
+    const auto [left, right] = std::minmax({begun->anchor.x(), at.x()});
+    const auto [top, bottom] = std::minmax({begun->anchor.y(), at.y()});
     return QRect(QPoint(left, top), QPoint(right, bottom));
 }
 
