@@ -70,6 +70,7 @@ public:
     virtual void setCompositingOperation(CompositingOperation) = 0;
     virtual CompositingOperation compositingOperation() const = 0;
 
+    // A rectangle on whole pixels is filled exactly: what an opaque colour covers is gone.
     virtual void fill(const Shape&, Color) = 0;
 
     // The line's middle runs along the shape's edge.

@@ -7,6 +7,7 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <cmath>
 #include <new>
 
 namespace tallowbay::qt {
@@ -29,6 +30,21 @@ Rect grown(const Rect& rect, double by)
     const Size size{
         std::max(area.size.width + 2 * by, 0.0), std::max(area.size.height + 2 * by, 0.0)};
     return {{area.midX() - size.width / 2, area.midY() - size.height / 2}, size};
+}
+
+// The rasteriser loses count of what lies further out; no surface reaches there.
+QRectF withinRaster(const QRectF& pixels)
+{
+    constexpr double margin = 16;
+    return pixels & QRectF(QPointF(-margin, -margin), QPointF(largestSide, largestSide));
+}
+
+bool isWhole(const QRectF& pixels)
+{
+    constexpr double tolerance = 1e-6;
+    const auto near = [&](double edge) { return std::abs(edge - std::round(edge)) < tolerance; };
+    return near(pixels.left()) && near(pixels.right()) && near(pixels.top())
+        && near(pixels.bottom());
 }
 
 // The whole pixels nearest to a rectangle, one at least.
@@ -112,9 +128,24 @@ void QtGraphicsContext::setCompositingOperation(CompositingOperation wanted)
 void QtGraphicsContext::fill(const Shape& shape, Color color)
 {
     if (const auto* rect = std::get_if<Rect>(&shape))
-        painter.fillRect(flipped(*rect), qtColor(color));
+        fillRect(*rect, qtColor(color));
     else
         painter.fillPath(Outline(*this, shape).path, qtColor(color));
+}
+
+// In whole pixels without smoothing: where Qt smooths, a pixel that is covered entirely can keep a
+// 255th of its old colour, which a mask must not let through.
+void QtGraphicsContext::fillRect(const Rect& rect, const QColor& color)
+{
+    const QTransform before = painter.worldTransform();
+    const QRectF pixels = withinRaster(painter.deviceTransform().mapRect(flipped(rect)));
+    if (pixels.isEmpty())
+        return;
+    painter.setWorldTransform(pixelTransform(painter));
+    painter.setRenderHint(QPainter::Antialiasing, !isWhole(pixels));
+    painter.fillRect(pixels, color);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setWorldTransform(before);
 }
 
 void QtGraphicsContext::stroke(const Shape& shape, Color color, const StrokeStyle& style)

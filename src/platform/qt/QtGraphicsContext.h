@@ -4,6 +4,7 @@
 #include "platform/qt/GraphicsFonts.h"
 #include "platform/qt/ScaledImageCache.h"
 
+class QColor;
 class QPainter;
 class QPointF;
 class QRectF;
@@ -26,6 +27,7 @@ public:
 private:
     class Outline;
 
+    void fillRect(const Rect&, const QColor&);
     void fillBetween(const Shape& outer, const Shape& inner, Color);
     QPointF flipped(const Point&) const;
     QRectF flipped(const Rect&) const;
