@@ -92,6 +92,46 @@ void AppDelegate::openAnnotationWindow(bool showSettings)
         windows.openAnnotationWindow(showSettings);
 }
 
+CommandResult AppDelegate::perform(Command command)
+{
+    if (!has(command))
+        return CommandResult::unavailable;
+    const bool inMenu = command == Command::settings || command == Command::about
+        || command == Command::quit; // and the menu is there from the start
+    if (!inMenu && !mainFeaturesStarted)
+        return CommandResult::setupFirst;
+    carryOut(command);
+    return CommandResult::done;
+}
+
+bool AppDelegate::has(Command command) const
+{
+    if (command == Command::about)
+        return static_cast<bool>(windows.openAbout);
+    const bool inEditor = command == Command::open || command == Command::settings;
+    return !inEditor || windows.openAnnotationWindow;
+}
+
+void AppDelegate::carryOut(Command command)
+{
+    switch (command) {
+    case Command::open:
+        return openAnnotationWindow(false);
+    case Command::ocr:
+        return triggerOCR();
+    case Command::undo:
+        return screenshotBatch.undoLastScreenshot();
+    case Command::clear:
+        return screenshotBatch.clearAllScreenshots();
+    case Command::settings:
+        return openAnnotationWindow(true);
+    case Command::about:
+        return windows.openAbout();
+    case Command::quit:
+        return platform.application.terminate();
+    }
+}
+
 HotkeyCenter::Actions AppDelegate::hotkeyActions()
 {
     return {

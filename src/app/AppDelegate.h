@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/Command.h"
 #include "app/LocationPoll.h"
 #include "app/OCRTrigger.h"
 #include "app/OutputFolderWatcher.h"
@@ -59,11 +60,16 @@ public:
     // Extracts the text of a region that the user selects.
     void triggerOCR() { ocrTrigger.triggerOCR(); }
 
+    // Does what others ask for.
+    CommandResult perform(Command);
+
     ScreenshotBatch& batch() { return screenshotBatch; }
 
     HotkeyCenter& hotkeys() { return hotkeyCenter; }
 
 private:
+    bool has(Command) const;
+    void carryOut(Command);
     HotkeyCenter::Actions hotkeyActions();
     void forgetExpired(const AutomaticCleanup::Paths&);
     Menu makeMenu();

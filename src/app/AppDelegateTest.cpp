@@ -263,6 +263,50 @@ TEST_F(AppDelegateTest, DoesNothingByHotkeyWhereTheEditorIsMissing)
     EXPECT_THAT(opened, IsEmpty());
 }
 
+// Commands.
+
+TEST_F(AppDelegateTest, DoesWhatOthersAskFor)
+{
+    launch();
+    for (const char* name : {"Screenshot 1.png", "Screenshot 2.png", "Screenshot 3.png"})
+        screenshot(name);
+    EXPECT_EQ(app->perform(Command::undo), CommandResult::done);
+    EXPECT_EQ(desktop.pasteboard.files.size(), 2u);
+    EXPECT_EQ(app->perform(Command::clear), CommandResult::done);
+    EXPECT_THAT(desktop.pasteboard.files, IsEmpty());
+    EXPECT_EQ(app->perform(Command::open), CommandResult::done);
+    EXPECT_EQ(app->perform(Command::settings), CommandResult::done);
+    EXPECT_THAT(opened, ElementsAre(false, true));
+    EXPECT_EQ(app->perform(Command::about), CommandResult::done);
+    EXPECT_EQ(abouts, 1);
+    EXPECT_EQ(app->perform(Command::ocr), CommandResult::done);
+    EXPECT_TRUE(app->batch().ocrInProgress);
+    EXPECT_EQ(app->perform(Command::quit), CommandResult::done);
+    EXPECT_EQ(desktop.application.terminations, 1);
+}
+
+TEST_F(AppDelegateTest, SaysWhichCommandsItLacks)
+{
+    app = std::make_unique<AppDelegate>(desktop.platform(), AppDelegate::Windows{});
+    launch();
+    for (const Command command : {Command::open, Command::settings, Command::about})
+        EXPECT_EQ(app->perform(command), CommandResult::unavailable);
+    EXPECT_EQ(app->perform(Command::undo), CommandResult::done);
+}
+
+TEST_F(AppDelegateTest, DoesDuringTheSetupWhatItsMenuDoes)
+{
+    launch(false);
+    for (const Command command : {Command::open, Command::ocr, Command::undo, Command::clear})
+        EXPECT_EQ(app->perform(command), CommandResult::setupFirst);
+    EXPECT_FALSE(app->batch().ocrInProgress);
+    for (const Command command : {Command::settings, Command::about, Command::quit})
+        EXPECT_EQ(app->perform(command), CommandResult::done);
+    completeSetup();
+    EXPECT_EQ(app->perform(Command::open), CommandResult::done);
+    EXPECT_THAT(opened, ElementsAre(true, false));
+}
+
 // Cleanup.
 
 class AppDelegateCleanupTest : public AppDelegateTest {

@@ -1,0 +1,46 @@
+#include "app/Command.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace tallowbay {
+namespace {
+
+using testing::ElementsAre;
+
+TEST(CommandTest, IsKnownByItsName)
+{
+    std::vector<std::string_view> names;
+    for (const Command command : allCommands)
+        names.push_back(nameOf(command));
+    EXPECT_THAT(names, ElementsAre("open", "ocr", "undo", "clear", "settings", "about", "quit"));
+    for (const Command command : allCommands)
+        EXPECT_EQ(commandNamed(nameOf(command)), command);
+}
+
+TEST(CommandTest, HasNoOtherNames)
+{
+    for (const char* name : {"", "Open", "open ", "opens", "--open", "help"})
+        EXPECT_EQ(commandNamed(name), std::nullopt) << name;
+}
+
+TEST(CommandTest, StartsTheProgramOnlyWhereThatMakesSense)
+{
+    std::vector<Command> starting;
+    std::ranges::copy_if(allCommands, std::back_inserter(starting), startsProgram);
+    EXPECT_THAT(
+        starting, ElementsAre(Command::open, Command::ocr, Command::settings, Command::about));
+}
+
+TEST(CommandTest, SaysWhatWasWrong)
+{
+    EXPECT_EQ(problemOf(Command::undo, CommandResult::done), "");
+    EXPECT_EQ(
+        problemOf(Command::open, CommandResult::unavailable),
+        "'open' is not available in this version");
+    EXPECT_EQ(
+        problemOf(Command::ocr, CommandResult::setupFirst), "'ocr' works once the setup is done");
+}
+
+} // namespace
+} // namespace tallowbay
