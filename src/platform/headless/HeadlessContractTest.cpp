@@ -1,5 +1,7 @@
 #include "platform/contract/DispatchContract.h"
+#include "platform/contract/FileEventsContract.h"
 #include "platform/contract/FileSystemContract.h"
+#include "platform/contract/FolderEventsContract.h"
 #include "platform/contract/HotkeysContract.h"
 #include "platform/contract/ImageCodecContract.h"
 #include "platform/contract/PasteboardContract.h"
@@ -48,6 +50,32 @@ struct HandFedHotkeysBackend : VirtualDispatchBackend {
     {
         desktop.hotkeys.takeElsewhere(keyCode, modifiers);
     }
+};
+
+struct MemoryEventsBackend {
+    Desktop desktop;
+
+    MemoryEventsBackend() { makeFolder(root() / "watched"); }
+    FileEvents& events() { return desktop.fileEvents; }
+    FolderEvents& folderEvents() { return desktop.folderEvents; }
+    std::filesystem::path root() { return "/work"; }
+
+    void write(const std::filesystem::path& path) { desktop.files.create(path); }
+    void beginWriting(const std::filesystem::path& path) { desktop.files.beginWriting(path); }
+    void finishWriting(const std::filesystem::path& path) { desktop.files.finishWriting(path); }
+    void rename(const std::filesystem::path& from, const std::filesystem::path& to)
+    {
+        desktop.files.rename(from, to);
+    }
+    void remove(const std::filesystem::path& path) { desktop.files.remove(path); }
+    void makeFolder(const std::filesystem::path& path) { desktop.files.createFolders(path); }
+
+    bool runUntil(const std::function<bool()>& condition)
+    {
+        settle();
+        return condition();
+    }
+    void settle() { desktop.dispatch.advance(10s); }
 };
 
 struct ScriptedProcessesBackend {
@@ -104,6 +132,8 @@ INSTANTIATE_TYPED_TEST_SUITE_P(Headless, FileSystemContract, headless::MemoryFil
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, ImageCodecContract, headless::PlainImageCodec);
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, HotkeysContract, headless::HandFedHotkeysBackend);
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, PasteboardContract, headless::MemoryPasteboardBackend);
+INSTANTIATE_TYPED_TEST_SUITE_P(Headless, FileEventsContract, headless::MemoryEventsBackend);
+INSTANTIATE_TYPED_TEST_SUITE_P(Headless, FolderEventsContract, headless::MemoryEventsBackend);
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, ProcessesContract, headless::ScriptedProcessesBackend);
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, UserDefaultsContract, headless::MemoryDefaultsBackend);
 } // namespace tallowbay::contract

@@ -148,13 +148,21 @@ void MemoryFileSystem::finishWriting(const fs::path& path, std::string bytes)
 
 void MemoryFileSystem::rename(const fs::path& from, const fs::path& to)
 {
-    auto node = nodes.extract(from);
-    nodes.erase(to);
-    node.key() = to;
-    nodes.insert(std::move(node));
+    std::map<fs::path, Node> moved;
+    for (const auto& [path, node] : nodes) {
+        if (isWithin(path, from))
+            moved.emplace(path == from ? to : to / path.lexically_relative(from), node);
+    }
+    std::erase_if(nodes, [&](const auto& entry) {
+        return isWithin(entry.first, from) || isWithin(entry.first, to);
+    });
+    nodes.insert(moved.begin(), moved.end());
     tell(from, Change::entryWent);
     tell(to, Change::entryCame);
-    tell(to, Change::fileCompleted);
+    for (const auto& [path, node] : moved) {
+        if (!node.folder)
+            tell(path, Change::fileCompleted);
+    }
 }
 
 void MemoryFileSystem::setCreationDate(const fs::path& path, std::optional<WallTime> date)

@@ -8,9 +8,12 @@
 
 #include <fstream>
 #include <map>
+#include <mutex>
+#include <thread>
 
 #include <fcntl.h>
 #include <sys/mount.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 namespace tallowbay::linux_desktop {
@@ -59,6 +62,352 @@ private:
     InotifyFolderEvents entryEvents{loop};
     std::map<fs::path, std::ofstream> writers;
 };
+
+// Beyond what every backend does.
+class InotifyFileEventsTest : public testing::Test {
+protected:
+    InotifyFileEventsTest() { fs::create_directory(folder); }
+
+    void start() { start(folder); }
+    void start(const fs::path& watched, std::chrono::milliseconds latency = 500ms)
+    {
+        auto started = events.start(watched, latency, [this](const std::vector<fs::path>& paths) {
+            for (const auto& path : paths)
+                ++reported[path];
+        });
+        ASSERT_TRUE(started);
+        token = std::move(*started);
+    }
+    static void write(const fs::path& path) { std::ofstream(path) << "data"; }
+    bool isReported(const fs::path& path)
+    {
+        return loop.runUntil([&] { return reported.contains(path); }, 30s);
+    }
+    bool isReported(const char* name) { return isReported(folder / name); }
+    void settle(std::chrono::milliseconds time = 350ms)
+    {
+        loop.runUntil([] { return false; }, time);
+    }
+    FileDescriptor openForWriting(const fs::path& path, int flags = 0)
+    {
+        return FileDescriptor(::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | flags, 0644));
+    }
+
+    TemporaryFolder temporary;
+    const fs::path folder = temporary.path / "watched";
+    LoopDispatch loop;
+    InotifyFileEvents events{loop};
+    std::map<fs::path, int> reported;
+    Subscription token;
+};
+
+TEST_F(InotifyFileEventsTest, ReportsACompleteFileWithoutWaitingForTheLatency)
+{
+    start(folder, 10min);
+    write(folder / "new.png");
+    EXPECT_TRUE(isReported("new.png"));
+}
+
+TEST_F(InotifyFileEventsTest, ReportsAHardLink)
+{
+    write(temporary.path / "outside");
+    start();
+    fs::create_hard_link(temporary.path / "outside", folder / "link");
+    settle();
+    EXPECT_EQ(reported[folder / "link"], 1);
+}
+
+TEST_F(InotifyFileEventsTest, ReportsAHardLinkOnceTheWriterOfItsOtherNameIsDone)
+{
+    auto writer = openForWriting(temporary.path / "outside");
+    EXPECT_EQ(::write(writer.get(), "x", 1), 1);
+    start();
+    fs::create_hard_link(temporary.path / "outside", folder / "link");
+    settle();
+    EXPECT_TRUE(reported.empty());
+    writer = FileDescriptor();
+    EXPECT_TRUE(isReported("link"));
+}
+
+TEST_F(InotifyFileEventsTest, ReportsAFileThatGetsItsNameWhileItIsWritten)
+{
+    auto writer = FileDescriptor(::open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0644));
+    if (!writer)
+        GTEST_SKIP() << "the file system makes no files without a name";
+    start();
+    EXPECT_EQ(::write(writer.get(), "x", 1), 1);
+    const auto unnamed = "/proc/self/fd/" + std::to_string(writer.get());
+    const auto path = folder / "named";
+    ASSERT_EQ(::linkat(AT_FDCWD, unnamed.c_str(), AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW), 0);
+    settle();
+    EXPECT_TRUE(reported.empty());
+    writer = FileDescriptor();
+    EXPECT_TRUE(isReported("named"));
+    settle();
+    EXPECT_EQ(reported, (std::map<fs::path, int>{{path, 1}}));
+}
+
+TEST_F(InotifyFileEventsTest, ReportsASymbolicLinkToAFile)
+{
+    write(temporary.path / "outside");
+    fs::create_directory(temporary.path / "outside folder");
+    write(temporary.path / "outside folder" / "file");
+    start();
+    fs::create_symlink("nowhere", folder / "dangling");
+    fs::create_symlink(temporary.path / "outside folder", folder / "to a folder");
+    fs::create_symlink(temporary.path / "outside", folder / "link");
+    settle();
+    EXPECT_EQ(reported, (std::map<fs::path, int>{{folder / "link", 1}}));
+}
+
+TEST_F(InotifyFileEventsTest, ReportsAFileThatIsMovedInWhileItIsWritten)
+{
+    auto writer = openForWriting(temporary.path / "outside");
+    EXPECT_EQ(::write(writer.get(), "x", 1), 1);
+    start();
+    fs::rename(temporary.path / "outside", folder / "inside");
+    settle();
+    EXPECT_TRUE(reported.empty());
+    writer = FileDescriptor();
+    settle();
+    EXPECT_EQ(reported, (std::map<fs::path, int>{{folder / "inside", 1}}));
+}
+
+TEST_F(InotifyFileEventsTest, ReportsAFileOnceTheLastOfItsWritersIsDone)
+{
+    start();
+    auto first = openForWriting(folder / "file");
+    auto second = openForWriting(folder / "file");
+    EXPECT_EQ(::write(first.get(), "x", 1), 1);
+    first = FileDescriptor();
+    settle();
+    EXPECT_TRUE(reported.empty());
+    second = FileDescriptor();
+    settle();
+    EXPECT_EQ(reported, (std::map<fs::path, int>{{folder / "file", 1}}));
+}
+
+TEST_F(InotifyFileEventsTest, ReportsNoFileThatIsGoneBeforeItsWriterIsDone)
+{
+    start();
+    auto writer = openForWriting(folder / "file");
+    EXPECT_EQ(::write(writer.get(), "x", 1), 1);
+    fs::remove(folder / "file");
+    writer = FileDescriptor();
+    settle();
+    EXPECT_TRUE(reported.empty());
+}
+
+TEST_F(InotifyFileEventsTest, HoldsAnEmptyFileBackForTheLatency)
+{
+    start(folder, 200ms);
+    const auto begin = std::chrono::steady_clock::now();
+    openForWriting(folder / "empty");
+    EXPECT_TRUE(isReported("empty"));
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, 200ms);
+}
+
+TEST_F(InotifyFileEventsTest, ReportsADownloadThatReplacesItsPlaceholderOnce)
+{
+    start(folder, 10min);
+    openForWriting(folder / "Screenshot.png");
+    write(folder / "Screenshot.png.part");
+    settle(50ms);
+    EXPECT_FALSE(reported.contains(folder / "Screenshot.png"));
+    fs::rename(folder / "Screenshot.png.part", folder / "Screenshot.png");
+    EXPECT_TRUE(isReported("Screenshot.png"));
+    settle();
+    EXPECT_EQ(reported[folder / "Screenshot.png"], 1);
+}
+
+TEST_F(InotifyFileEventsTest, NamesFilesBelowTheFolderAsItWasGiven)
+{
+    fs::create_symlink(folder, temporary.path / "link");
+    start(temporary.path / "link");
+    write(folder / "one");
+    EXPECT_TRUE(isReported(temporary.path / "link" / "one"));
+    fs::create_directory(folder / "sub");
+    write(folder / "sub" / "two");
+    EXPECT_TRUE(isReported(temporary.path / "link" / "sub" / "two"));
+}
+
+TEST_F(InotifyFileEventsTest, FollowsALinkThatIsPointedElsewhere)
+{
+    const auto link = temporary.path / "link";
+    fs::create_symlink(folder, link);
+    start(link);
+    fs::create_directory(temporary.path / "elsewhere");
+    write(temporary.path / "elsewhere" / "there");
+    fs::create_symlink(temporary.path / "elsewhere", temporary.path / "new");
+    fs::rename(temporary.path / "new", link);
+    EXPECT_TRUE(isReported(link / "there"));
+    write(folder / "left behind");
+    write(temporary.path / "elsewhere" / "later");
+    EXPECT_TRUE(isReported(link / "later"));
+    EXPECT_EQ(reported.size(), 2u);
+}
+
+TEST_F(InotifyFileEventsTest, LeavesAFolderThatIsMovedAway)
+{
+    start();
+    fs::rename(folder, temporary.path / "away");
+    settle();
+    write(temporary.path / "away" / "file");
+    settle();
+    EXPECT_TRUE(reported.empty());
+    fs::create_directory(folder);
+    write(folder / "new");
+    EXPECT_TRUE(isReported("new"));
+}
+
+TEST_F(InotifyFileEventsTest, LeavesASubfolderThatIsMovedAway)
+{
+    fs::create_directories(folder / "sub" / "below");
+    start();
+    fs::rename(folder / "sub", temporary.path / "away");
+    write(temporary.path / "away" / "one");
+    write(temporary.path / "away" / "below" / "two");
+    settle();
+    EXPECT_TRUE(reported.empty());
+}
+
+TEST_F(InotifyFileEventsTest, NamesFilesOfARenamedSubfolderAnew)
+{
+    fs::create_directories(folder / "old" / "below");
+    start();
+    fs::rename(folder / "old", folder / "new");
+    write(folder / "new" / "below" / "file");
+    EXPECT_TRUE(isReported(folder / "new" / "below" / "file"));
+    EXPECT_FALSE(reported.contains(folder / "old" / "below" / "file"));
+}
+
+TEST_F(InotifyFileEventsTest, WatchesWhatIsMountedOverTheFolder)
+{
+    start();
+    if (::mount("none", folder.c_str(), "tmpfs", 0, "size=64k") != 0)
+        GTEST_SKIP() << "may not mount here";
+    write(folder / "on the mount");
+    EXPECT_TRUE(isReported("on the mount"));
+    write(folder / "later");
+    EXPECT_TRUE(isReported("later"));
+    EXPECT_EQ(::umount2(folder.c_str(), MNT_DETACH), 0);
+    settle();
+    write(folder / "below the mount");
+    EXPECT_TRUE(isReported("below the mount"));
+}
+
+TEST_F(InotifyFileEventsTest, SurvivesAFolderThatIsReplacedOverAndOver)
+{
+    start();
+    for (int i = 0; i < 50; ++i) {
+        fs::remove_all(folder);
+        fs::create_directory(folder);
+        write(folder / std::to_string(i));
+    }
+    EXPECT_TRUE(isReported("49"));
+    write(folder / "last");
+    EXPECT_TRUE(isReported("last"));
+}
+
+TEST_F(InotifyFileEventsTest, ReportsEachFileOfManyWritersOnceAndWhole)
+{
+    constexpr int writerCount = 4;
+    constexpr int filesOfEach = 50;
+    int incomplete = 0;
+    auto started = events.start(folder, 500ms, [&](const std::vector<fs::path>& paths) {
+        for (const auto& path : paths) {
+            ++reported[path];
+            incomplete += fs::file_size(path) != 3 * 4096;
+        }
+    });
+    ASSERT_TRUE(started);
+    std::vector<std::jthread> writers;
+    for (int writer = 0; writer < writerCount; ++writer)
+        writers.emplace_back([&, writer] {
+            for (int i = 0; i < filesOfEach; ++i) {
+                std::ofstream file(folder / (std::to_string(writer) + "." + std::to_string(i)));
+                for (int piece = 0; piece < 3; ++piece) {
+                    file << std::string(4096, 'x') << std::flush;
+                    std::this_thread::sleep_for(std::chrono::microseconds(i * 20));
+                }
+            }
+        });
+    const auto all = writerCount * filesOfEach;
+    EXPECT_TRUE(loop.runUntil([&] { return reported.size() == all; }, 30s));
+    settle();
+    EXPECT_EQ(incomplete, 0);
+    for (const auto& [path, times] : reported)
+        EXPECT_EQ(times, 1) << path;
+}
+
+TEST_F(InotifyFileEventsTest, GoesThroughManyFoldersWithoutHoldingUpTheStart)
+{
+    for (int i = 0; i < 200; ++i)
+        fs::create_directories(folder / std::to_string(i) / "below");
+    start();
+    write(folder / "199" / "below" / "file");
+    EXPECT_TRUE(isReported(folder / "199" / "below" / "file"));
+}
+
+// Holds back whoever hands something to the main queue while it is closed.
+class GatedDispatch : public LoopDispatch {
+public:
+    void mainAsync(Task task) override
+    {
+        const std::scoped_lock passing(gate);
+        LoopDispatch::mainAsync(std::move(task));
+    }
+
+    std::mutex gate;
+};
+
+TEST(InotifyOverflowTest, ReportsEveryFileAfterEventsWereLost)
+{
+    TemporaryFolder temporary;
+    GatedDispatch dispatch;
+    InotifyFileEvents events(dispatch);
+    std::map<fs::path, int> reported;
+    std::ofstream(temporary.path / "old") << "data";
+    const auto token = events.start(temporary.path, 500ms, [&](const std::vector<fs::path>& paths) {
+        for (const auto& path : paths)
+            ++reported[path];
+    });
+    int limit = 0;
+    std::ifstream("/proc/sys/fs/inotify/max_queued_events") >> limit;
+    ASSERT_GT(limit, 0);
+    {
+        const std::scoped_lock closed(dispatch.gate);
+        std::ofstream(temporary.path / "first") << "data";
+        for (int i = 0; i < limit; ++i) {
+            const auto path = temporary.path / std::to_string(i % 2);
+            ::close(::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0644));
+            ::unlink(path.c_str());
+        }
+        std::ofstream(temporary.path / "lost") << "data";
+    }
+    EXPECT_TRUE(dispatch.runUntil([&] { return reported.contains(temporary.path / "lost"); }, 30s));
+    EXPECT_TRUE(dispatch.runUntil([&] { return reported.contains(temporary.path / "old"); }, 30s));
+    std::ofstream(temporary.path / "later") << "data";
+    EXPECT_TRUE(
+        dispatch.runUntil([&] { return reported.contains(temporary.path / "later"); }, 30s));
+}
+
+TEST(InotifyLimitTest, FailsWhereTheSystemGivesNoMeansToWatch)
+{
+    TemporaryFolder temporary;
+    LoopDispatch loop;
+    InotifyFileEvents fileEvents(loop);
+    InotifyFolderEvents folderEvents(loop);
+    rlimit before{};
+    ::getrlimit(RLIMIT_NOFILE, &before);
+    const rlimit none{0, before.rlim_max};
+    ::setrlimit(RLIMIT_NOFILE, &none);
+    const auto files = fileEvents.start(temporary.path, 1s, [](const auto&) {});
+    const auto folder = folderEvents.start(temporary.path, [] {});
+    ::setrlimit(RLIMIT_NOFILE, &before);
+    EXPECT_FALSE(files);
+    EXPECT_FALSE(folder);
+}
 
 } // namespace
 

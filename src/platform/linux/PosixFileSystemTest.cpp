@@ -1,6 +1,7 @@
 #include "platform/linux/PosixFileSystem.h"
 
 #include "platform/contract/FileSystemContract.h"
+#include "platform/linux/AsOrdinaryUser.h"
 #include "platform/linux/StdoutConsole.h"
 #include "platform/linux/TemporaryFolder.h"
 
@@ -28,21 +29,6 @@ struct PosixFileBackend {
     FileSystem& files() { return system; }
     fs::path folder() { return temporary.path; }
     WallTime now() { return WallTime::clock::now(); }
-};
-
-// Permissions mean nothing to the superuser.
-class AsOrdinaryUser {
-public:
-    AsOrdinaryUser()
-    {
-        if (::geteuid() == 0 && ::seteuid(65534) != 0)
-            ADD_FAILURE() << "cannot become an ordinary user";
-    }
-    ~AsOrdinaryUser()
-    {
-        if (::geteuid() != ::getuid() && ::seteuid(::getuid()) != 0)
-            std::abort();
-    }
 };
 
 class PosixFileSystemTest : public testing::Test {
