@@ -1,14 +1,22 @@
 #pragma once
 
+#include "app/Command.h"
+
 #include <string>
 #include <variant>
 #include <vector>
 
 namespace tallowbay {
 
-// What the command line asks for: to start, or to print something and end.
+// What the command line asks for: to start, to hand a command to the running program, or to print
+// something and end.
 struct StartProgram {
     bool operator==(const StartProgram&) const = default;
+};
+
+struct RunCommand {
+    Command command = Command::open;
+    bool operator==(const RunCommand&) const = default;
 };
 
 struct PrintAndExit {
@@ -19,7 +27,7 @@ struct PrintAndExit {
     bool operator==(const PrintAndExit&) const = default;
 };
 
-using CommandLine = std::variant<StartProgram, PrintAndExit>;
+using CommandLine = std::variant<StartProgram, RunCommand, PrintAndExit>;
 
 // The arguments come without the program's name. An option that is not known wins over --help.
 CommandLine parseCommandLine(const std::vector<std::string>& arguments);

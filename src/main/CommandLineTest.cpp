@@ -37,6 +37,25 @@ TEST(CommandLineTest, ShowsTheVersionOnStandardOutput)
     EXPECT_THAT(version.text, testing::MatchesRegex("Tallowbay [0-9]+\\.[0-9]+\\.[0-9]+\n"));
 }
 
+TEST(CommandLineTest, HandsOverEachCommand)
+{
+    for (const Command command : allCommands) {
+        const std::string name(nameOf(command));
+        EXPECT_EQ(parseCommandLine({name}), CommandLine(RunCommand{command}));
+        EXPECT_THAT(printed({"--help"}).text, HasSubstr("\n  " + name + " "));
+    }
+}
+
+TEST(CommandLineTest, RefusesAnythingBesideACommand)
+{
+    const PrintAndExit refusal{
+        PrintAndExit::Stream::errors, "tallowbay: unexpected argument 'undo' (try --help)\n", 2};
+    EXPECT_EQ(printed({"undo", "undo"}), refusal);
+    EXPECT_EQ(printed({"undo", "--help"}), refusal);
+    EXPECT_EQ(printed({"--version", "undo"}), refusal);
+    EXPECT_EQ(printed({"undo", "--nonsense"}), refusal);
+}
+
 TEST(CommandLineTest, RefusesAnUnknownOptionInOneLineOfStandardError)
 {
     const PrintAndExit refusal{

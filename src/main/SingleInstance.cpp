@@ -1,5 +1,6 @@
 #include "main/SingleInstance.h"
 
+#include "main/BusNames.h"
 #include "platform/linux/Environment.h"
 
 #include <QDBusConnection>
@@ -28,7 +29,7 @@ std::optional<Result> acquireBusName()
         return std::nullopt;
     const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply =
         bus.interface()->registerService(
-            QStringLiteral("com.quarnel.tallowbay"), QDBusConnectionInterface::DontQueueService,
+            busName::service, QDBusConnectionInterface::DontQueueService,
             QDBusConnectionInterface::DontAllowReplacement);
     if (!reply.isValid())
         return std::nullopt;

@@ -1,6 +1,8 @@
 #include "app/AppDelegate.h"
 #include "main/CommandLine.h"
+#include "main/CommandSender.h"
 #include "main/LinuxDesktop.h"
+#include "main/RemoteControl.h"
 #include "main/Session.h"
 #include "main/SingleInstance.h"
 #include "platform/qt/Artwork.h"
@@ -9,6 +11,7 @@
 
 #include <cstdio>
 #include <iostream>
+#include <optional>
 
 using namespace tallowbay;
 
@@ -58,12 +61,24 @@ void introduce(QApplication&)
     QApplication::setWindowIcon(qt::Artwork().icon(QStringLiteral("com.quarnel.tallowbay")));
 }
 
-int runDesktop()
+// False if the program cannot do it at all; if it cannot do it yet, it goes on.
+bool performFirst(AppDelegate& delegate, Command command)
+{
+    const CommandResult result = delegate.perform(command);
+    if (result != CommandResult::done)
+        tell(problemOf(command, result));
+    return result != CommandResult::unavailable;
+}
+
+int runDesktop(RemoteControl& remoteControl, std::optional<Command> first)
 try {
     LinuxDesktop desktop;
     AppDelegate delegate(desktop.platform(), {});
+    remoteControl.serve([&delegate](Command command) { return delegate.perform(command); });
     delegate.applicationDidFinishLaunching();
-    const int status = desktop.run();
+    const bool goesOn = !first || performFirst(delegate, *first);
+    const int status = goesOn ? desktop.run() : 1;
+    remoteControl.stop();
     delegate.applicationWillTerminate();
     desktop.finishBackgroundWork();
     return status;
@@ -72,12 +87,31 @@ try {
     return 1;
 }
 
-int startProgram(char* programName)
+int printReply(const CommandReply& reply)
 {
-    if (const auto problem = displayProblem()) {
-        tell(*problem);
+    if (reply.outcome == CommandReply::Outcome::done)
+        return 0;
+    const bool running = reply.outcome != CommandReply::Outcome::notRunning;
+    tell(running ? reply.problem : "Tallowbay is not running");
+    return 1;
+}
+
+// To the program that runs already.
+int handOver(std::optional<Command> command, bool busExists)
+{
+    if (!command) {
+        tell("Tallowbay is already running");
+        return 0;
+    }
+    if (!busExists) {
+        tell("Tallowbay runs, but cannot be reached: there is no session bus");
         return 1;
     }
+    return printReply(sendCommand(*command));
+}
+
+int startProgram(char* programName, std::optional<Command> command)
+{
     const bool busExists = hasSessionBus();
     prepareQt(busExists);
     int argumentCount = 1;
@@ -85,14 +119,37 @@ int startProgram(char* programName)
     QApplication application(argumentCount, arguments);
     forgetQtEnvironment();
     introduce(application);
+    RemoteControl remoteControl;
     SingleInstance instance(instanceLockFile());
-    if (instance.acquire(busExists) == SingleInstance::Result::another) {
-        tell("Tallowbay is already running");
-        return 0;
-    }
+    if (instance.acquire(busExists) == SingleInstance::Result::another)
+        return handOver(command, busExists);
     if (const auto limits = sessionLimits())
         tell(*limits);
-    return runDesktop();
+    return runDesktop(remoteControl, command);
+}
+
+// Needs no display.
+int sendOnly(char* programName, Command command)
+{
+    if (!hasSessionBus()) {
+        tell("there is no session bus, by which Tallowbay is reached");
+        return 1;
+    }
+    int argumentCount = 1;
+    char* arguments[] = {programName, nullptr};
+    const QCoreApplication application(argumentCount, arguments);
+    return printReply(sendCommand(command));
+}
+
+int start(char* programName, std::optional<Command> command)
+{
+    if (command && !startsProgram(*command))
+        return sendOnly(programName, *command);
+    if (const auto problem = displayProblem()) {
+        tell(*problem);
+        return 1;
+    }
+    return startProgram(programName, command);
 }
 
 } // namespace
@@ -102,5 +159,6 @@ int main(int argumentCount, char** arguments)
     const auto asked = parseCommandLine({arguments + 1, arguments + argumentCount});
     if (const auto* answer = std::get_if<PrintAndExit>(&asked))
         return print(*answer);
-    return startProgram(arguments[0]);
+    const auto* run = std::get_if<RunCommand>(&asked);
+    return start(arguments[0], run ? std::optional(run->command) : std::nullopt);
 }

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "app/Command.h"
+
+#include <string>
+
+namespace tallowbay {
+
+// What came of a command that was handed to the running program.
+struct CommandReply {
+    enum class Outcome { done, failed, notRunning };
+    Outcome outcome = Outcome::done;
+    std::string problem; // of a failure, in one sentence for people
+};
+
+// Hands a command to the running program over the session's message bus, and waits for its answer,
+// ten seconds at most. Needs the QCoreApplication.
+CommandReply sendCommand(Command);
+
+} // namespace tallowbay

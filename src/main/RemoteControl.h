@@ -1,0 +1,41 @@
+#pragma once
+
+#include "app/Command.h"
+
+#include <QDBusVirtualObject>
+
+#include <functional>
+#include <optional>
+
+namespace tallowbay {
+
+// Lets others on the session's message bus ask for commands, by the desktop's standard interface of
+// programs: each command is an action, and to activate the program is to open the editor.
+//
+// Thread: main queue. Needs the QCoreApplication.
+class RemoteControl final : public QDBusVirtualObject {
+public:
+    using Perform = std::function<CommandResult(Command)>;
+
+    // Requests wait from now on until the main loop runs, so that none that comes early is lost.
+    // Does nothing without a bus.
+    RemoteControl();
+    ~RemoteControl() override;
+
+    // To be called before the main loop runs.
+    void serve(Perform);
+
+    // Nothing is asked of the program from now on.
+    void stop();
+
+    bool handleMessage(const QDBusMessage&, const QDBusConnection&) override;
+    QString introspect(const QString& path) const override;
+
+private:
+    QDBusMessage answer(const QDBusMessage& request);
+    QDBusMessage answer(const QDBusMessage& request, std::optional<Command>);
+
+    Perform perform;
+};
+
+} // namespace tallowbay
