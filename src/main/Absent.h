@@ -1,6 +1,5 @@
 #pragma once
 
-#include "platform/Application.h"
 #include "platform/Keys.h"
 #include "platform/Permissions.h"
 #include "platform/TextRecognizer.h"
@@ -24,10 +23,6 @@ struct NoPermissions final : Permissions {
 
 struct NoTextRecognizer final : TextRecognizer {
     void recognize(Image, const RecognitionRequest&, RecognitionReply) override { }
-};
-
-struct NoUpdater final : Updater {
-    void checkForUpdates() override { }
 };
 
 } // namespace tallowbay::absent

@@ -4,6 +4,7 @@
 #include "platform/qt/Artwork.h"
 
 #include <QCoreApplication>
+#include <QDesktopServices>
 
 namespace tallowbay {
 
@@ -18,6 +19,13 @@ std::unique_ptr<linux_desktop::X11Session> openSession(Dispatch& dispatch)
     return std::move(created.session);
 }
 
+qt::AppcastUpdater::Setup updaterSetup()
+{
+    return {TALLOWBAY_VERSION, TALLOWBAY_UPDATE_FEED, {}, [](const QUrl& link) {
+                QDesktopServices::openUrl(link);
+            }};
+}
+
 } // namespace
 
 LinuxDesktop::LinuxDesktop()
@@ -29,6 +37,7 @@ LinuxDesktop::LinuxDesktop()
     , defaults(linux_desktop::environmentConfigFolder())
     , pasteboard(*session, dispatch)
     , hotkeys(*session, dispatch)
+    , updater(defaults, updaterSetup())
 {
 }
 

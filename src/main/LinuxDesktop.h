@@ -15,6 +15,7 @@
 #include "platform/linux/X11Hotkeys.h"
 #include "platform/linux/X11Pasteboard.h"
 #include "platform/linux/X11Session.h"
+#include "platform/qt/AppcastUpdater.h"
 #include "platform/qt/QtAlerts.h"
 #include "platform/qt/QtApplication.h"
 #include "platform/qt/QtDispatch.h"
@@ -73,7 +74,7 @@ private:
     absent::NoPermissions permissions;
     qt::QtStatusBar statusBar;
     qt::QtAlerts alerts;
-    absent::NoUpdater updater;
+    qt::AppcastUpdater updater;
     qt::QtApplication application;
     qt::QtScreens screens;
     qt::QtTextMeasurer textMeasurer;
