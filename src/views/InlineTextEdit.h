@@ -1,0 +1,23 @@
+#pragma once
+
+#include "editor/AnnotationCanvas.h"
+#include "platform/qt/GraphicsFonts.h"
+
+#include <QLineEdit>
+
+namespace tallowbay::views {
+
+// The line of text that is typed right on the screenshot. Input methods and dead keys work as in
+// any other field.
+class InlineTextEdit final : public QLineEdit {
+public:
+    InlineTextEdit(const TextFieldLook&, const qt::GraphicsFonts&, QWidget* parent);
+
+    // Return was pressed. May take the field away.
+    std::function<void()> committed;
+
+protected:
+    void keyPressEvent(QKeyEvent*) override;
+};
+
+} // namespace tallowbay::views
