@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <utility>
 
 namespace tallowbay {
 
@@ -35,6 +36,13 @@ ImageCompressor::ImageCompressor(
 fs::path ImageCompressor::outputFor(const fs::path& input) const
 {
     return folder / input.filename();
+}
+
+ImageCompressor ImageCompressor::into(fs::path outputFolder) const
+{
+    ImageCompressor other = *this;
+    other.folder = std::move(outputFolder);
+    return other;
 }
 
 std::optional<fs::path> ImageCompressor::compress(const fs::path& input) const

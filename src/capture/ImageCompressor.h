@@ -29,6 +29,9 @@ public:
     std::optional<std::filesystem::path> compress(
         const std::filesystem::path& input, const std::filesystem::path& outputFolder) const;
 
+    // One whose copies go into another folder.
+    ImageCompressor into(std::filesystem::path outputFolder) const;
+
     // Where the copy of an input goes.
     std::filesystem::path outputFor(const std::filesystem::path& input) const;
 

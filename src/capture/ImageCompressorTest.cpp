@@ -99,6 +99,7 @@ TEST_F(ImageCompressorTest, CompressesIntoAnotherFolderWhenAskedTo)
         desktop.files, desktop.processes, desktop.resources, desktop.tools);
     EXPECT_EQ(compressor.compress("/home/u/Shot.png", "/tmp/own/out"), "/tmp/own/out/Shot.png");
     EXPECT_EQ(desktop.files.read("/tmp/own/out/Shot.png"), "small");
+    EXPECT_EQ(compressor.into("/tmp/other").compress("/home/u/Shot.png"), "/tmp/other/Shot.png");
     EXPECT_FALSE(desktop.files.exists(optimized / "Shot.png"));
 }
 

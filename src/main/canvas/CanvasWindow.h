@@ -1,0 +1,40 @@
+#pragma once
+
+#include "editor/AnnotationSaver.h"
+#include "views/AnnotationCanvasView.h"
+
+#include <QMainWindow>
+
+namespace tallowbay {
+
+// A plain window with one screenshot, for trying the canvas by hand: a tool bar, undo and redo, and
+// every edit is saved. Escape closes it.
+class CanvasWindow final : public QMainWindow, private AnnotationCanvasDelegate {
+public:
+    CanvasWindow(const qt::GraphicsFonts&, AnnotationSaver&, std::filesystem::path url, Image);
+    ~CanvasWindow() override;
+
+private:
+    // The delegate
+    AnnotationTool selectedTool() const override { return tool; }
+    Color highlightColor() const override { return color; }
+    void canvasDidAddAnnotation(const AnnotationItem&) override;
+    void annotationUpdated(std::size_t index, const AnnotationItem&) override;
+    void deleteAnnotation(std::size_t index) override;
+    void handleKeyDown(const KeyPress&) override;
+
+    void addToolBar();
+    void undoAnnotation();
+    void redoAnnotation();
+    void save();
+
+    AnnotationSaver& saver;
+    const std::vector<std::filesystem::path> imageURLs; // just the one
+    std::vector<std::vector<AnnotationItem>> annotations{{}};
+    std::vector<AnnotationItem> redoStack;
+    AnnotationTool tool = AnnotationTool::highlight;
+    Color color = systemYellow;
+    views::AnnotationCanvasView view;
+};
+
+} // namespace tallowbay
