@@ -40,7 +40,10 @@ AppDelegate::AppDelegate(const Platform& platform, Windows windows)
     , ocrTrigger(platform, toasts, screenshotBatch)
     , watcher(platform, location)
     , hotkeyCenter(platform.hotkeys, platform.defaults.standard(), hotkeyActions())
-    , cleanup(platform, location, [this](const auto& expired) { forgetExpired(expired); })
+    , cleanup(
+          {platform.dispatch, platform.clock, platform.fileSystem, platform.defaults.standard(),
+           location},
+          [this](const auto& expired) { forgetExpired(expired); })
     , locationPoll(
           platform, location, watcher, [this] { return this->windows.onboardingVisible(); })
     , outputFolderWatcher(

@@ -31,60 +31,60 @@ bool isAnything(const std::filesystem::path&)
 } // namespace
 
 AutomaticCleanup::AutomaticCleanup(
-    const Platform& platform, const ScreenshotLocation& location,
-    std::function<void(const Paths&)> forget)
-    : platform(platform)
-    , location(location)
+    const Surroundings& surroundings, std::function<void(const Paths&)> forget)
+    : surroundings(surroundings)
     , forget(std::move(forget))
 {
 }
 
 void AutomaticCleanup::startCleanupTimer()
 {
-    cleanupTimer = platform.dispatch.repeatEvery(interval, [this] { performCleanupIfNeeded(); });
+    cleanupTimer =
+        surroundings.dispatch.repeatEvery(interval, [this] { performCleanupIfNeeded(); });
 }
 
 void AutomaticCleanup::performCleanupIfNeeded()
 {
     if (!wanted("autoCleanupEnabled"))
         return;
-    const WallTime cutoff = platform.clock.wallNow() - ageLimit;
+    const WallTime cutoff = surroundings.clock.wallNow() - ageLimit;
     Paths removed;
     if (autoCleanupCompressedEnabled())
-        removeExpired(optimizedFolder(platform.fileSystem), cutoff, isAnything, removed);
+        removeExpired(optimizedFolder(surroundings.fileSystem), cutoff, isAnything, removed);
     if (wanted("autoCleanupOriginalsEnabled"))
-        removeExpired(location.systemScreenshotDirectory(), cutoff, isOriginal, removed);
+        removeExpired(
+            surroundings.location.systemScreenshotDirectory(), cutoff, isOriginal, removed);
     if (!removed.empty())
-        platform.dispatch.mainAsync(lifetime.guard([this, removed] { forget(removed); }));
+        surroundings.dispatch.mainAsync(lifetime.guard([this, removed] { forget(removed); }));
 }
 
 bool AutomaticCleanup::wanted(const char* key) const
 {
-    return boolValue(platform.defaults.standard(), key, false);
+    return boolValue(surroundings.preferences, key, false);
 }
 
 // On unless something else is stored.
 bool AutomaticCleanup::autoCleanupCompressedEnabled() const
 {
     const char* key = "autoCleanupCompressedEnabled";
-    return !platform.defaults.standard().value(key) || wanted(key);
+    return !surroundings.preferences.value(key) || wanted(key);
 }
 
 void AutomaticCleanup::removeExpired(
     const std::filesystem::path& folder, WallTime cutoff, Predicate isCandidate,
     Paths& removed) const
 {
-    const auto entries = platform.fileSystem.list(folder);
+    const auto entries = surroundings.fileSystem.list(folder);
     if (!entries)
         return;
     for (const auto& entry : *entries) {
         if (!isCandidate(entry))
             continue;
-        const auto created = platform.fileSystem.creationDate(entry);
+        const auto created = surroundings.fileSystem.creationDate(entry);
         if (!created || *created >= cutoff)
             continue;
         // What cannot be deleted is tried again next time; it is forgotten all the same.
-        platform.fileSystem.remove(entry);
+        surroundings.fileSystem.remove(entry);
         removed.insert(entry);
     }
 }

@@ -2,7 +2,6 @@
 
 #include "platform/Clock.h"
 #include "platform/Lifetime.h"
-#include "platform/Platform.h"
 #include "platform/Subscription.h"
 
 #include <filesystem>
@@ -11,7 +10,10 @@
 
 namespace tallowbay {
 
+class Dispatch;
+class FileSystem;
 class ScreenshotLocation;
+class UserDefaults;
 
 // Deletes screenshots that are more than 30 days old, for good, if the user wished so: the
 // compressed copies, the originals, or both.
@@ -21,10 +23,18 @@ class AutomaticCleanup {
 public:
     using Paths = std::set<std::filesystem::path>;
 
+    // Whom the check goes by, and what it acts on.
+    struct Surroundings {
+        Dispatch& dispatch;
+        const Clock& clock;
+        FileSystem& fileSystem;
+        const UserDefaults& preferences;
+        const ScreenshotLocation& location;
+    };
+
     // The handler hears, on the main queue after a check, of what was past its age, also of what
     // could not be deleted.
-    AutomaticCleanup(
-        const Platform&, const ScreenshotLocation&, std::function<void(const Paths&)> forget);
+    AutomaticCleanup(const Surroundings&, std::function<void(const Paths&)> forget);
 
     // Checks every 30 seconds from now on, first after 30 seconds.
     void startCleanupTimer();
@@ -42,8 +52,7 @@ private:
     void removeExpired(
         const std::filesystem::path& folder, WallTime cutoff, Predicate, Paths& removed) const;
 
-    const Platform platform;
-    const ScreenshotLocation& location;
+    const Surroundings surroundings;
     const std::function<void(const Paths&)> forget;
     Subscription cleanupTimer;
     Lifetime lifetime;

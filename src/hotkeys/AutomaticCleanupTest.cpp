@@ -45,9 +45,10 @@ protected:
     headless::Desktop desktop;
     ScreenshotLocation location{desktop.defaults, desktop.files, desktop.settings};
     std::vector<AutomaticCleanup::Paths> forgotten;
+    AutomaticCleanup::Surroundings surroundings{
+        desktop.dispatch, desktop.clock, desktop.files, desktop.defaults.standard(), location};
     AutomaticCleanup cleanup{
-        desktop.platform(), location,
-        [this](const AutomaticCleanup::Paths& paths) { forgotten.push_back(paths); }};
+        surroundings, [this](const AutomaticCleanup::Paths& paths) { forgotten.push_back(paths); }};
     const Path old = makeFile(optimized / "Screenshot 1.png");
 };
 
@@ -271,7 +272,7 @@ TEST_F(AutomaticCleanupTest, TellsNothingIfNothingWasDeleted)
 TEST_F(AutomaticCleanupTest, TellsNothingOnceItIsGone)
 {
     auto passing = std::make_unique<AutomaticCleanup>(
-        desktop.platform(), location, [](const auto&) { FAIL() << "told by one who is gone"; });
+        surroundings, [](const auto&) { FAIL() << "told by one who is gone"; });
     passing->performCleanupIfNeeded();
     EXPECT_FALSE(exists(old));
     passing.reset();
