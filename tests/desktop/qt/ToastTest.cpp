@@ -1,7 +1,9 @@
 #include "desktop/qt/QtDesktop.h"
+#include "platform/qt/X11Queries.h"
 #include "views/QtToastViews.h"
 
 #include <QImage>
+#include <QWidget>
 
 #include <gmock/gmock.h>
 
@@ -133,6 +135,52 @@ TEST_F(ToastTest, CallsNoCompletionOnceItIsDestroyed)
 
     desktop.runFor(50ms);
     EXPECT_FALSE(done);
+}
+
+// With a window manager that composes the windows, over a red window of this program.
+class CompositedToastTest : public ToastTest {
+protected:
+    CompositedToastTest()
+    {
+        EXPECT_TRUE(desktop.runUntil([] { return qt::hasCompositingManager(); }));
+        wall.setPalette(red);
+        wall.setGeometry(300, 200, 700, 450);
+        wall.show();
+        EXPECT_TRUE(desktop.runUntil([this] { return desktop.pixel(640, 400) == red; }));
+    }
+
+    bool becomes(int x, int y, const std::function<bool(const QColor&)>& condition)
+    {
+        return desktop.runUntil([&] { return condition(desktop.pixel(x, y)); });
+    }
+
+    const QColor red{220, 40, 40};
+    std::unique_ptr<ChildProcess> manager =
+        desktop.server().start({"xfwm4", "--compositor=on", "--replace"});
+    QWidget wall;
+};
+
+TEST_F(CompositedToastTest, LetsTheScreenShineThrough)
+{
+    const auto toast = show();
+
+    EXPECT_TRUE(becomes(520, 380, [](const QColor& color) {
+        return color.red() < 100 && color.red() > color.green() + 5;
+    }));
+    EXPECT_EQ(desktop.pixel(500, 376), red);
+    EXPECT_EQ(desktop.pixel(779, 423), red);
+}
+
+TEST_F(CompositedToastTest, FadesWithItsAlpha)
+{
+    const auto toast = show();
+    ASSERT_TRUE(becomes(520, 380, [](const QColor& color) { return color.red() < 100; }));
+
+    toast->setAlpha(0.5);
+    EXPECT_TRUE(becomes(
+        520, 380, [](const QColor& color) { return color.red() > 110 && color.red() < 200; }));
+    toast->setAlpha(0);
+    EXPECT_TRUE(becomes(520, 380, [this](const QColor& color) { return color == red; }));
 }
 
 } // namespace
