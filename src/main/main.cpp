@@ -4,6 +4,7 @@
 #include "main/LinuxDesktop.h"
 #include "main/RemoteControl.h"
 #include "main/Session.h"
+#include "main/SetupFlow.h"
 #include "main/SingleInstance.h"
 #include "platform/qt/Artwork.h"
 
@@ -70,10 +71,21 @@ bool performFirst(AppDelegate& delegate, Command command)
     return result != CommandResult::unavailable;
 }
 
+AppDelegate::Windows windowsOf(SetupFlow& setup)
+{
+    AppDelegate::Windows windows;
+    windows.showSetupFlow = [&setup](std::function<void()> completion) {
+        setup.show(std::move(completion));
+    };
+    windows.onboardingVisible = [&setup] { return setup.visible(); };
+    return windows;
+}
+
 int runDesktop(RemoteControl& remoteControl, std::optional<Command> first)
 try {
     LinuxDesktop desktop;
-    AppDelegate delegate(desktop.platform(), {});
+    SetupFlow setup(desktop.platform());
+    AppDelegate delegate(desktop.platform(), windowsOf(setup));
     remoteControl.serve([&delegate](Command command) { return delegate.perform(command); });
     delegate.applicationDidFinishLaunching();
     const bool goesOn = !first || performFirst(delegate, *first);

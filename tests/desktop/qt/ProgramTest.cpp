@@ -136,6 +136,32 @@ TEST_F(ProgramTest, EndsQuietlyWhenTheXServerDies)
     EXPECT_EQ(program->wait(), 1);
 }
 
+TEST_F(ProgramTest, ShowsWhatItNeedsAtTheFirstStartOnly)
+{
+    XServer server;
+    server.startWindowManager();
+    const auto windowIsShown = [&] {
+        return server.run({"xdotool", "search", "--onlyvisible", "--name", "^Tallowbay$"}).status
+            == 0;
+    };
+    auto program = start({}, environmentOn(server));
+    ASSERT_TRUE(waitUntil(windowIsShown));
+    const auto preferences = folder.path / "config/tallowbay/com.quarnel.tallowbay.json";
+
+    EXPECT_TRUE(waitUntil([&] {
+        server.run({"xdotool", "key", "Return"});
+        return std::filesystem::exists(preferences);
+    }));
+    EXPECT_TRUE(waitUntil([&] { return !windowIsShown(); }));
+    program->end();
+
+    program = start({}, environmentOn(server));
+    ASSERT_TRUE(runs(*program));
+    program->signal(SIGTERM);
+    EXPECT_EQ(program->wait(), 0);
+    EXPECT_FALSE(windowIsShown());
+}
+
 TEST_F(ProgramTest, RunsOncePerSessionWithoutAMessageBus)
 {
     const XServer server;
