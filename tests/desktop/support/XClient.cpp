@@ -63,15 +63,58 @@ std::string XClient::atomName(xcb_atom_t atom)
 
 void XClient::takeFocus()
 {
-    const auto focused = [this] {
-        xcb_map_window(connection(), window());
-        xcb_set_input_focus(connection(), XCB_INPUT_FOCUS_POINTER_ROOT, window(), XCB_CURRENT_TIME);
+    xcb_map_window(connection(), window());
+    const auto isShown = [this] {
+        const auto reply = owned(xcb_get_window_attributes_reply(
+            connection(), xcb_get_window_attributes(connection(), window()), nullptr));
+        return reply && reply->map_state == XCB_MAP_STATE_VIEWABLE;
+    };
+    const auto isFocused = [this] {
         const auto reply = owned(
             xcb_get_input_focus_reply(connection(), xcb_get_input_focus(connection()), nullptr));
-        return reply && reply->focus == window();
+        return reply && reply->focus == window() && (!isFramed() || isActive());
     };
-    if (!waitUntil(focused))
+    if (!waitUntil(isShown))
+        throw std::runtime_error("The window is not shown");
+    if (isFramed())
+        askManagerForFocus();
+    else
+        xcb_set_input_focus(connection(), XCB_INPUT_FOCUS_POINTER_ROOT, window(), XCB_CURRENT_TIME);
+    if (!waitUntil(isFocused))
         throw std::runtime_error("The window did not get the keyboard");
+}
+
+bool XClient::isFramed()
+{
+    const auto tree =
+        owned(xcb_query_tree_reply(connection(), xcb_query_tree(connection(), window()), nullptr));
+    return tree && tree->parent != root();
+}
+
+bool XClient::isActive()
+{
+    const auto active = owned(xcb_get_property_reply(
+        connection(),
+        xcb_get_property(
+            connection(), 0, root(), atom("_NET_ACTIVE_WINDOW"), XCB_ATOM_WINDOW, 0, 1),
+        nullptr));
+    return active && active->value_len == 1
+        && *static_cast<xcb_window_t*>(xcb_get_property_value(active.get())) == window();
+}
+
+void XClient::askManagerForFocus()
+{
+    constexpr std::uint32_t fromAPager = 2;
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window();
+    message.type = atom("_NET_ACTIVE_WINDOW");
+    message.data.data32[0] = fromAPager;
+    xcb_send_event(
+        connection(), 0, root(),
+        XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+        reinterpret_cast<const char*>(&message));
 }
 
 XClient::Event XClient::next(std::chrono::milliseconds limit)

@@ -36,8 +36,11 @@ public:
     xcb_atom_t atom(std::string_view name);
     std::string atomName(xcb_atom_t);
 
-    // Shows the window, large and at the upper left corner, and gives it the keyboard.
+    // Shows the window and gets it the keyboard, by way of the window manager if there is one.
     void takeFocus();
+
+    // Whether a window manager has put a frame around the window.
+    bool isFramed();
 
     // The next event, null if none comes within the limit.
     Event next(std::chrono::milliseconds limit);
@@ -86,6 +89,8 @@ private:
         void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
     };
 
+    bool isActive();
+    void askManagerForFocus();
     Property read(std::string_view name, bool remove);
 
     std::unique_ptr<xcb_connection_t, Disconnect> server;

@@ -43,11 +43,7 @@ std::string displayNumber(int pipe)
 bool hasFrame(XClient& client)
 {
     xcb_map_window(client.connection(), client.window());
-    const std::unique_ptr<xcb_query_tree_reply_t, decltype(&std::free)> tree(
-        xcb_query_tree_reply(
-            client.connection(), xcb_query_tree(client.connection(), client.window()), nullptr),
-        &std::free);
-    return tree && tree->parent != client.root();
+    return client.isFramed();
 }
 
 } // namespace
@@ -99,6 +95,8 @@ void XServer::startWindowManager()
 {
     windowManager = start({"openbox"});
     XClient probe(name);
+    // That it wants no keyboard: it must not disturb the focus when it goes.
+    probe.setValues(probe.window(), "WM_HINTS", "WM_HINTS", {1, 0, 0, 0, 0, 0, 0, 0, 0});
     if (!waitUntil([&probe] { return hasFrame(probe); }))
         throw std::runtime_error("openbox did not start: " + windowManager->errors());
 }
