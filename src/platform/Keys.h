@@ -33,6 +33,9 @@ struct KeyPress {
 enum class KeyDirection { down, up };
 
 // Listens to every key press of the user's session without taking any away.
+//
+// Keys without a virtual key code are not reported. A paste that needs no V (Shift+Insert) is
+// reported as V with Command and Shift.
 class KeyTap {
 public:
     // Called on the tap's own thread, in the order of the presses. What our own KeyPoster posted is

@@ -4,10 +4,14 @@
 #include "platform/contract/FolderEventsContract.h"
 #include "platform/contract/HotkeysContract.h"
 #include "platform/contract/ImageCodecContract.h"
+#include "platform/contract/KeyPosterContract.h"
+#include "platform/contract/KeyTapContract.h"
 #include "platform/contract/PasteboardContract.h"
 #include "platform/contract/ProcessesContract.h"
 #include "platform/contract/UserDefaultsContract.h"
 #include "platform/headless/Desktop.h"
+
+#include <algorithm>
 
 namespace tallowbay::headless {
 
@@ -100,6 +104,43 @@ struct ScriptedProcessesBackend {
     std::vector<std::string> notedArguments() { return noted; }
 };
 
+struct HandFedKeyTapBackend {
+    HandFedKeyTap handFed;
+    JournalKeyPoster poster;
+
+    KeyTap& tap() { return handFed; }
+    void press(KeyCode code, EventFlags flags) { handFed.press(code, flags); }
+    void holdUntilItRepeats(KeyCode code, EventFlags flags) { handFed.press(code, flags); }
+    void postOurselves(KeyCode code, EventFlags flags)
+    {
+        poster.post(code, KeyDirection::down, flags);
+        poster.post(code, KeyDirection::up, flags);
+    }
+    void settle() { }
+};
+
+struct JournalKeyPosterBackend {
+    JournalKeyPoster journal;
+
+    KeyPoster& poster() { return journal; }
+    std::vector<KeyPress> seen()
+    {
+        std::vector<KeyPress> presses;
+        for (const auto& posted : journal.journal)
+            if (posted.direction == KeyDirection::down)
+                presses.push_back({posted.keyCode, posted.flags});
+        return presses;
+    }
+    bool anythingIsDown()
+    {
+        const auto isDown = [](const auto& posted) {
+            return posted.direction == KeyDirection::down;
+        };
+        const auto downs = std::ranges::count_if(journal.journal, isDown);
+        return 2 * downs > std::ssize(journal.journal);
+    }
+};
+
 struct MemoryPasteboardBackend {
     MemoryPasteboard memory;
 
@@ -131,6 +172,8 @@ INSTANTIATE_TYPED_TEST_SUITE_P(Headless, DispatchContract, headless::VirtualDisp
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, FileSystemContract, headless::MemoryFileBackend);
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, ImageCodecContract, headless::PlainImageCodec);
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, HotkeysContract, headless::HandFedHotkeysBackend);
+INSTANTIATE_TYPED_TEST_SUITE_P(Headless, KeyPosterContract, headless::JournalKeyPosterBackend);
+INSTANTIATE_TYPED_TEST_SUITE_P(Headless, KeyTapContract, headless::HandFedKeyTapBackend);
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, PasteboardContract, headless::MemoryPasteboardBackend);
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, FileEventsContract, headless::MemoryEventsBackend);
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, FolderEventsContract, headless::MemoryEventsBackend);
