@@ -1,6 +1,7 @@
 #include "platform/linux/KeyboardLayout.h"
 
 #include <algorithm>
+#include <memory>
 #include <set>
 
 namespace tallowbay::linux_desktop {
@@ -8,6 +9,7 @@ namespace {
 
 using Letters = std::array<char, 256>; // by hardware key; 0 if it types none
 using Codes = std::array<std::optional<KeyCode>, 256>;
+using Modifiers = std::array<std::uint8_t, 256>;
 
 constexpr int firstKey = 8;
 constexpr int lastKey = 255;
@@ -83,27 +85,65 @@ Codes codesOf(const Letters& letters)
     return codes;
 }
 
+// Asked of the keymap's own state machine: the modifier map of the core protocol does not know the
+// keys that shift levels only.
+Modifiers modifiersOf(xkb_keymap& keymap, xkb_layout_index_t group)
+{
+    constexpr xkb_mod_mask_t real = 0xff;
+    Modifiers modifiers{};
+    for (int key = firstKey; key <= lastKey; ++key) {
+        const std::unique_ptr<xkb_state, decltype(&xkb_state_unref)> state(
+            xkb_state_new(&keymap), &xkb_state_unref);
+        xkb_state_update_mask(state.get(), 0, 0, 0, 0, 0, group);
+        xkb_state_update_key(state.get(), xkb_keycode_t(key), XKB_KEY_DOWN);
+        modifiers[std::size_t(key)] =
+            std::uint8_t(xkb_state_serialize_mods(state.get(), XKB_STATE_MODS_DEPRESSED) & real);
+    }
+    return modifiers;
+}
+
 } // namespace
+
+KeyboardLayout::KeyboardLayout()
+    : groups{Group{codesOf(Letters{}), {}}}
+{
+}
 
 KeyboardLayout::KeyboardLayout(xkb_keymap& keymap)
 {
     const std::vector<Letters> letters = lettersOf(keymap);
     for (std::size_t group = 0; group < letters.size(); ++group)
-        groups.push_back(codesOf(completed(letters, group)));
+        groups.push_back(
+            {codesOf(completed(letters, group)), modifiersOf(keymap, xkb_layout_index_t(group))});
 }
 
 std::optional<KeyCode> KeyboardLayout::code(HardwareKey key, xkb_layout_index_t group) const
 {
-    return groups[group % groups.size()][key];
+    return at(group).codes[key];
 }
 
 std::optional<HardwareKey> KeyboardLayout::key(KeyCode code, xkb_layout_index_t group) const
 {
-    const Group& codes = groups[group % groups.size()];
+    const Codes& codes = at(group).codes;
     const auto place = std::ranges::find(codes, std::optional(code));
     if (place == codes.end())
         return std::nullopt;
     return HardwareKey(place - codes.begin());
+}
+
+std::uint8_t KeyboardLayout::modifiers(HardwareKey key, xkb_layout_index_t group) const
+{
+    return at(group).modifiers[key];
+}
+
+std::optional<HardwareKey> KeyboardLayout::modifierKey(
+    std::uint8_t modifier, xkb_layout_index_t group) const
+{
+    const Modifiers& modifiers = at(group).modifiers;
+    const auto place = std::ranges::find(modifiers, modifier);
+    if (modifier == 0 || place == modifiers.end())
+        return std::nullopt;
+    return HardwareKey(place - modifiers.begin());
 }
 
 } // namespace tallowbay::linux_desktop

@@ -21,6 +21,8 @@ namespace tallowbay::linux_desktop {
 // Immutable: may be shared between threads.
 class KeyboardLayout {
 public:
+    // A keyboard of which nothing is known: every key has the code of its place.
+    KeyboardLayout();
     explicit KeyboardLayout(xkb_keymap&);
 
     // Empty for a key that has no virtual key code. A group beyond the last wraps around.
@@ -29,8 +31,19 @@ public:
     // The key to press for a code. Empty if none has it.
     std::optional<HardwareKey> key(KeyCode, xkb_layout_index_t group) const;
 
+    // The modifiers (a mask of the core protocol's) that the key sets while it is held.
+    std::uint8_t modifiers(HardwareKey, xkb_layout_index_t group) const;
+
+    // The key that sets this modifier and no other. Empty if none does.
+    std::optional<HardwareKey> modifierKey(std::uint8_t modifier, xkb_layout_index_t group) const;
+
 private:
-    using Group = std::array<std::optional<KeyCode>, 256>; // by hardware key
+    struct Group {
+        std::array<std::optional<KeyCode>, 256> codes; // by hardware key
+        std::array<std::uint8_t, 256> modifiers{};
+    };
+
+    const Group& at(xkb_layout_index_t group) const { return groups[group % groups.size()]; }
 
     std::vector<Group> groups; // at least one
 };

@@ -5,16 +5,20 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <vector>
+
+#include <xcb/xproto.h>
 
 using namespace tallowbay::linux_desktop;
 
 namespace {
 
-KeyboardLayout layout(const std::string& names, const std::string& variant = {})
+KeyboardLayout layout(
+    const std::string& names, const std::string& variant = {}, const std::string& options = {})
 {
     const std::unique_ptr<xkb_context, decltype(&xkb_context_unref)> context(
         xkb_context_new(XKB_CONTEXT_NO_FLAGS), &xkb_context_unref);
-    const xkb_rule_names rules{"evdev", "pc105", names.c_str(), variant.c_str(), ""};
+    const xkb_rule_names rules{"evdev", "pc105", names.c_str(), variant.c_str(), options.c_str()};
     const std::unique_ptr<xkb_keymap, decltype(&xkb_keymap_unref)> keymap(
         xkb_keymap_new_from_names(context.get(), &rules, XKB_KEYMAP_COMPILE_NO_FLAGS),
         &xkb_keymap_unref);
@@ -110,6 +114,41 @@ TEST(KeyboardLayoutTest, OtherKeysStayAtTheirPlaces)
 {
     for (const char* name : {"us", "de", "fr", "ru"})
         EXPECT_EQ(layout(name).code(insertKey, 0), keyCode::insert) << name;
+}
+
+TEST(KeyboardLayoutTest, KnowsTheModifiersThatAKeySets)
+{
+    const KeyboardLayout us = layout("us");
+    EXPECT_EQ(us.modifiers(37, 0), XCB_MOD_MASK_CONTROL);
+    EXPECT_EQ(us.modifiers(105, 0), XCB_MOD_MASK_CONTROL);
+    EXPECT_EQ(us.modifiers(50, 0), XCB_MOD_MASK_SHIFT);
+    EXPECT_EQ(us.modifiers(62, 0), XCB_MOD_MASK_SHIFT);
+    EXPECT_EQ(us.modifiers(64, 0), XCB_MOD_MASK_1);
+    EXPECT_EQ(us.modifiers(108, 0), XCB_MOD_MASK_1);
+    EXPECT_EQ(us.modifiers(133, 0), XCB_MOD_MASK_4);
+    EXPECT_EQ(us.modifiers(66, 0), XCB_MOD_MASK_LOCK);
+    EXPECT_EQ(us.modifiers(77, 0), XCB_MOD_MASK_2);
+    EXPECT_EQ(us.modifiers(placeOfV, 0), 0);
+    EXPECT_EQ(layout("de").modifiers(108, 0), XCB_MOD_MASK_5);
+    EXPECT_EQ(layout("us,de").modifiers(108, 0), XCB_MOD_MASK_1);
+    EXPECT_EQ(layout("us,de").modifiers(108, 1), XCB_MOD_MASK_5);
+}
+
+TEST(KeyboardLayoutTest, FindsTheKeyThatSetsAModifier)
+{
+    EXPECT_EQ(layout("us").modifierKey(XCB_MOD_MASK_CONTROL, 0), 37);
+    EXPECT_EQ(layout("us").modifierKey(XCB_MOD_MASK_SHIFT, 0), 50);
+    EXPECT_EQ(layout("us", "", "ctrl:swapcaps").modifierKey(XCB_MOD_MASK_CONTROL, 0), 66);
+    EXPECT_EQ(layout("us").modifierKey(XCB_MOD_MASK_3, 0), std::nullopt);
+    EXPECT_EQ(layout("us").modifierKey(0, 0), std::nullopt);
+}
+
+TEST(KeyboardLayoutTest, PlacesCountOnAKeyboardOfWhichNothingIsKnown)
+{
+    const KeyboardLayout unknown;
+    for (const VirtualKey& key : virtualKeys())
+        EXPECT_EQ(unknown.code(key.hardware, 3), key.code);
+    EXPECT_EQ(unknown.modifierKey(XCB_MOD_MASK_CONTROL, 0), std::nullopt);
 }
 
 TEST(KeyboardLayoutTest, UnknownKeysHaveNoCode)

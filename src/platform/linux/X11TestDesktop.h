@@ -16,7 +16,17 @@ namespace tallowbay::linux_desktop {
 // A display of its own with our session on it; the test's thread is the main queue.
 class X11TestDesktop {
 public:
-    test::XServer server;
+    explicit X11TestDesktop(
+        std::unique_ptr<test::XServer> server = std::make_unique<test::XServer>())
+        : running(std::move(server))
+    {
+    }
+
+private:
+    std::unique_ptr<test::XServer> running;
+
+public:
+    test::XServer& server = *running;
     LoopDispatch dispatch;
     int lostCount = 0;
     std::unique_ptr<X11Session> session = connect();
