@@ -37,8 +37,8 @@ missing_packages() {
   local wanted installed
   wanted=$(sed 's/#.*//' scripts/packages.txt | xargs -n 1 | sort)
   # shellcheck disable=SC2086 # one argument a word is meant
-  installed=$(dpkg-query --show --showformat='${Package} ${db:Status-Status}\n' $wanted 2>/dev/null |
-    awk '$2 == "installed" { print $1 }' | sort -u)
+  installed=$( (dpkg-query --show --showformat='${Package} ${db:Status-Status}\n' $wanted || true) \
+    2>/dev/null | awk '$2 == "installed" { print $1 }' | sort -u)
   comm -23 <(echo "$wanted") <(echo "$installed")
 }
 
