@@ -1,10 +1,9 @@
 #include "platform/linux/X11Hotkeys.h"
 
+#include "platform/linux/X11Keymap.h"
 #include "platform/linux/XcbXkb.h"
 
 #include <algorithm>
-
-#include <xkbcommon/xkbcommon-x11.h>
 
 namespace tallowbay::linux_desktop {
 
@@ -16,24 +15,6 @@ using namespace std::chrono_literals;
 constexpr auto settleTime = 50ms;
 
 constexpr auto coreKeyboard = XCB_XKB_ID_USE_CORE_KBD;
-
-struct KeymapDeleter {
-    void operator()(xkb_context* context) const { xkb_context_unref(context); }
-    void operator()(xkb_keymap* keymap) const { xkb_keymap_unref(keymap); }
-};
-
-using Context = std::unique_ptr<xkb_context, KeymapDeleter>;
-using Keymap = std::unique_ptr<xkb_keymap, KeymapDeleter>;
-
-Keymap keymapOf(xcb_connection_t* server)
-{
-    const Context context(xkb_context_new(XKB_CONTEXT_NO_DEFAULT_INCLUDES));
-    const int device = xkb_x11_get_core_keyboard_device_id(server);
-    if (!context || device < 0)
-        return nullptr;
-    return Keymap(
-        xkb_x11_keymap_new_from_device(context.get(), server, device, XKB_KEYMAP_COMPILE_NO_FLAGS));
-}
 
 xkb_layout_index_t activeGroup(xcb_connection_t* server)
 {
@@ -149,7 +130,7 @@ void X11Hotkeys::showOnThread(const X11Event& event)
 void X11Hotkeys::readKeyboard()
 {
     auto* server = session.connection();
-    const Keymap keymap = keymapOf(server);
+    const Keymap keymap = readKeymap(server);
     if (!keymap)
         return;
     layout = std::make_unique<KeyboardLayout>(*keymap);

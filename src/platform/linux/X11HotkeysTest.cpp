@@ -1,6 +1,7 @@
 #include "platform/linux/X11Hotkeys.h"
 
 #include "platform/contract/HotkeysContract.h"
+#include "platform/linux/X11KeyTap.h"
 #include "platform/linux/X11TestDesktop.h"
 #include "platform/linux/XcbXkb.h"
 
@@ -357,6 +358,65 @@ TEST_F(X11HotkeysTest, FollowsNumLockToAnotherModifier)
         ASSERT_EQ(desktop.server.run({"xmodmap", "-e", change}).status, 0);
     hands.tap(place::numLock);
     EXPECT_TRUE(followsTo({place::super, place::ctrl}, place::z, undo));
+}
+
+// The key tap.
+
+class X11HotkeysBesideTheKeyTapTest : public X11HotkeysTest {
+protected:
+    static constexpr HardwareKey v = 55;
+
+    X11Keyboard keyboard{*desktop.session};
+    X11KeyTap tap{*desktop.session, keyboard};
+    // What the main queue hears of both, a hotkey as its id.
+    std::vector<std::string> heard;
+    std::optional<Subscription> tapping = tap.start([this](const KeyPress& press) {
+        desktop.dispatch.mainAsync([this, press] {
+            if (press.keyCode == keyCode::v)
+                heard.push_back("paste");
+            if (press == KeyPress{6, eventFlag::command | eventFlag::control})
+                heard.push_back("undo seen");
+        });
+    });
+
+    void listen()
+    {
+        handling = hotkeys->install(
+            [this](HotkeyId id) { heard.push_back("hotkey " + std::to_string(id.id)); });
+    }
+};
+
+TEST_F(X11HotkeysBesideTheKeyTapTest, BothHearOfAHotkeyOnce)
+{
+    listen();
+    hands.down(place::super);
+    hands.tap({place::ctrl}, place::z);
+    hands.up(place::super);
+    EXPECT_FALSE(passes({place::super, place::ctrl}, place::c));
+    desktop.settle();
+    EXPECT_THAT(heard, testing::UnorderedElementsAre("undo seen", "hotkey 4", "hotkey 5"));
+}
+
+TEST_F(X11HotkeysBesideTheKeyTapTest, PastesAndHotkeysAreHeardInTheOrderOfTheirPresses)
+{
+    listen();
+    for (int i = 0; i < 5; ++i) {
+        EXPECT_TRUE(passes({place::ctrl}, v));
+        hands.tap({place::super, place::ctrl}, place::c);
+    }
+    desktop.settle();
+    ASSERT_EQ(heard.size(), 10u);
+    for (std::size_t i = 0; i < heard.size(); ++i)
+        EXPECT_EQ(heard[i], i % 2 == 0 ? "paste" : "hotkey 5");
+}
+
+TEST_F(X11HotkeysBesideTheKeyTapTest, FollowTheLayoutAlsoAfterTheTapHasEnded)
+{
+    tapping.reset();
+    setKeyboard({"-layout", "us,de"});
+    ASSERT_TRUE(followsTo({place::super, place::ctrl}, place::z, undo));
+    activateLayout(1);
+    EXPECT_TRUE(followsTo({place::super, place::ctrl}, place::y, undo));
 }
 
 // Other programs.

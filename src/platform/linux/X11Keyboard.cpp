@@ -1,9 +1,9 @@
 #include "platform/linux/X11Keyboard.h"
 
+#include "platform/linux/X11Keymap.h"
 #include "platform/linux/XcbXkb.h"
 
 #include <xcb/xtest.h>
-#include <xkbcommon/xkbcommon-x11.h>
 
 namespace tallowbay::linux_desktop {
 
@@ -54,14 +54,7 @@ std::shared_ptr<const KeyboardLayout> X11Keyboard::layout()
 
 std::shared_ptr<const KeyboardLayout> X11Keyboard::readLayout() const
 {
-    const std::unique_ptr<xkb_context, decltype(&xkb_context_unref)> context(
-        xkb_context_new(XKB_CONTEXT_NO_FLAGS), &xkb_context_unref);
-    const std::int32_t device = xkb_x11_get_core_keyboard_device_id(session.connection());
-    const std::unique_ptr<xkb_keymap, decltype(&xkb_keymap_unref)> keymap(
-        device < 0 ? nullptr
-                   : xkb_x11_keymap_new_from_device(
-                       context.get(), session.connection(), device, XKB_KEYMAP_COMPILE_NO_FLAGS),
-        &xkb_keymap_unref);
+    const Keymap keymap = readKeymap(session.connection());
     return keymap ? std::make_shared<const KeyboardLayout>(*keymap)
                   : std::make_shared<const KeyboardLayout>();
 }
