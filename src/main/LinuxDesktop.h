@@ -7,6 +7,7 @@
 #include "platform/linux/InotifyFileEvents.h"
 #include "platform/linux/InotifyFolderEvents.h"
 #include "platform/linux/JsonUserDefaults.h"
+#include "platform/linux/LinuxDesktopSettings.h"
 #include "platform/linux/LinuxResources.h"
 #include "platform/linux/PosixFileSystem.h"
 #include "platform/linux/PosixProcesses.h"
@@ -66,7 +67,8 @@ private:
     qt::QtImageCodec imageCodec;
     absent::NoTextRecognizer textRecognizer;
     linux_desktop::JsonUserDefaultsStore defaults;
-    DesktopSettings desktopSettings;
+    linux_desktop::LinuxDesktopSettings screenshotSettings;
+    const DesktopSettings desktopSettings;
     linux_desktop::X11Pasteboard pasteboard;
     absent::NoKeyTap keyTap;
     absent::NoKeyPoster keyPoster;

@@ -17,20 +17,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-bool readAll(int file, std::string& bytes)
-{
-    char block[64 * 1024];
-    while (true) {
-        const auto count = ::read(file, block, sizeof block);
-        if (count == 0)
-            return true;
-        if (count > 0)
-            bytes.append(block, static_cast<std::size_t>(count));
-        else if (errno != EINTR)
-            return false;
-    }
-}
-
 bool writeAll(int file, std::string_view bytes)
 {
     while (!bytes.empty()) {
@@ -118,6 +104,20 @@ void syncFolder(const fs::path& folder)
 }
 
 } // namespace
+
+bool readAll(int file, std::string& bytes)
+{
+    char block[64 * 1024];
+    while (true) {
+        const auto count = ::read(file, block, sizeof block);
+        if (count == 0)
+            return true;
+        if (count > 0)
+            bytes.append(block, static_cast<std::size_t>(count));
+        else if (errno != EINTR)
+            return false;
+    }
+}
 
 std::optional<std::string> readFile(const fs::path& path)
 {

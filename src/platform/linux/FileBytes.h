@@ -12,6 +12,9 @@ namespace tallowbay::linux_desktop {
 // All bytes of a regular file; empty optional if there is none that can be read.
 std::optional<std::string> readFile(const std::filesystem::path&);
 
+// Appends all that comes until the end. False if an error came before.
+bool readAll(int descriptor, std::string& bytes);
+
 // The file has the new bytes (true), or on failure still the old ones: they are written beside it,
 // synced to the disk, then put in its place. An existing file keeps its permissions, a symbolic
 // link stays and its target is replaced. Nothing is left behind on failure.

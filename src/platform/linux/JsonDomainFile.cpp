@@ -9,17 +9,14 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 
 namespace tallowbay::linux_desktop {
 
 namespace fs = std::filesystem;
 using nlohmann::json;
-using namespace std::chrono_literals;
 
 namespace {
-
-// Much longer than a tick of the clock that dates files, which is ten milliseconds at most.
-constexpr auto youth = 100ms;
 
 // Held until destroyed. A file system that knows no locks goes without.
 class WriterLock {
@@ -68,16 +65,6 @@ fs::path freeNameAside(const fs::path& path)
 
 } // namespace
 
-JsonDomainFile::Version::Version(const struct stat& status)
-    : device(status.st_dev)
-    , number(status.st_ino)
-    , size(status.st_size)
-    , modified(
-          std::chrono::seconds(status.st_mtim.tv_sec)
-          + std::chrono::nanoseconds(status.st_mtim.tv_nsec))
-{
-}
-
 JsonDomainFile::JsonDomainFile(fs::path path)
     : path(std::move(path))
 {
@@ -92,26 +79,25 @@ const json& JsonDomainFile::read() const
 
 bool JsonDomainFile::upToDate() const
 {
-    struct stat status;
-    return version && ::stat(path.c_str(), &status) == 0 && Version(status) == *version;
+    return version && FileVersion::of(path) == version;
 }
 
 void JsonDomainFile::load() const
 {
-    const auto now = std::chrono::system_clock::now().time_since_epoch();
-    struct stat status;
+    // Before the reading, and so never newer than what is read.
+    const auto seen = FileVersion::of(path);
     version.reset();
     damaged = false;
     document = json::object();
-    if (::stat(path.c_str(), &status) != 0)
+    if (!seen)
         return;
+    if (seen->isReliable())
+        version = seen;
     const auto text = readFile(path);
     auto parsed = text ? parseObject(*text) : std::nullopt;
     damaged = !parsed;
     if (parsed)
         document = std::move(*parsed);
-    if (const Version seen(status); now - seen.modified > youth)
-        version = seen;
 }
 
 bool JsonDomainFile::update(const std::function<void(json&)>& change)

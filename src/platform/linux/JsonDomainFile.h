@@ -1,13 +1,12 @@
 #pragma once
 
-#include <chrono>
+#include "platform/linux/FileVersion.h"
+
 #include <filesystem>
 #include <functional>
 #include <optional>
 
 #include <nlohmann/json.hpp>
-
-#include <sys/stat.h>
 
 namespace tallowbay::linux_desktop {
 
@@ -28,25 +27,13 @@ public:
     bool update(const std::function<void(nlohmann::json&)>& change);
 
 private:
-    // Every writer makes a new file; the number of a deleted one may come again, within one tick of
-    // the clock that dates files. So what was read of a young file is not relied on.
-    struct Version {
-        explicit Version(const struct stat&);
-        bool operator==(const Version&) const = default;
-
-        dev_t device;
-        ino_t number;
-        off_t size;
-        std::chrono::nanoseconds modified;
-    };
-
     bool upToDate() const;
     void load() const;
     bool setAside() const;
 
     const std::filesystem::path path;
     mutable nlohmann::json document = nlohmann::json::object();
-    mutable std::optional<Version> version; // empty: nothing was read that can be relied on
+    mutable std::optional<FileVersion> version; // empty: nothing was read that can be relied on
     mutable bool damaged = false;
 };
 

@@ -26,21 +26,10 @@ bool isPlainName(const std::string& name)
     return !name.empty() && name.find('/') == name.npos;
 }
 
-// Relative entries of the search path depend on where the program was started: not taken.
-fs::path onSearchPath(const std::string& name)
-{
-    std::istringstream folders(environmentText("PATH").value_or("/usr/local/bin:/usr/bin:/bin"));
-    for (std::string folder; std::getline(folders, folder, ':');) {
-        const auto candidate = fs::path(folder) / name;
-        if (candidate.is_absolute() && isExecutableFile(candidate))
-            return candidate;
-    }
-    return {};
-}
-
 fs::path pngquantPath(const Resources& resources)
 {
-    for (const auto& candidate : {resources.executable("pngquant"), onSearchPath("pngquant")})
+    for (const auto& candidate :
+         {resources.executable("pngquant"), executableOnSearchPath("pngquant")})
         if (!candidate.empty())
             return candidate;
     return "/usr/bin/pngquant";
@@ -64,6 +53,17 @@ fs::path runningProgramFolder()
 {
     std::error_code error;
     return fs::read_symlink("/proc/self/exe", error).parent_path();
+}
+
+fs::path executableOnSearchPath(const std::string& name)
+{
+    std::istringstream folders(environmentText("PATH").value_or("/usr/local/bin:/usr/bin:/bin"));
+    for (std::string folder; std::getline(folders, folder, ':');) {
+        const auto candidate = fs::path(folder) / name;
+        if (candidate.is_absolute() && isExecutableFile(candidate))
+            return candidate;
+    }
+    return {};
 }
 
 ToolPaths linuxToolPaths(const LinuxResources& resources)

@@ -28,6 +28,10 @@ private:
 // The folder of the program that runs; empty path if the system does not tell.
 std::filesystem::path runningProgramFolder();
 
+// Where the search path has a program; empty path if nowhere. Its relative entries, which depend on
+// where we were started, are passed over.
+std::filesystem::path executableOnSearchPath(const std::string& name);
+
 // The tools: our own helpers, and pngquant from wherever the search path has it. A tool that is
 // nowhere keeps a path at which no file exists. cjpeg is always ours, since the distribution's
 // reads no JPEG files.
