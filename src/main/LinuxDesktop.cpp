@@ -6,6 +6,8 @@
 #include <QCoreApplication>
 #include <QDesktopServices>
 
+#include <cstdlib>
+
 namespace tallowbay {
 
 namespace {
@@ -38,7 +40,11 @@ LinuxDesktop::LinuxDesktop()
     , screenshotSettings(dispatch, linux_desktop::SessionSurroundings::ofEnvironment())
     , desktopSettings(screenshotSettings.settings())
     , pasteboard(*session, dispatch)
+    , keyboard(*session)
+    , keyTap(*session, keyboard)
+    , keyPoster(*session, keyboard)
     , hotkeys(*session, dispatch)
+    , permissions(*session, std::getenv("WAYLAND_DISPLAY"))
     , updater(defaults, updaterSetup())
 {
 }

@@ -14,7 +14,11 @@
 #include "platform/linux/StdoutConsole.h"
 #include "platform/linux/SystemClock.h"
 #include "platform/linux/X11Hotkeys.h"
+#include "platform/linux/X11KeyPoster.h"
+#include "platform/linux/X11KeyTap.h"
+#include "platform/linux/X11Keyboard.h"
 #include "platform/linux/X11Pasteboard.h"
+#include "platform/linux/X11Permissions.h"
 #include "platform/linux/X11Session.h"
 #include "platform/qt/AppcastUpdater.h"
 #include "platform/qt/QtAlerts.h"
@@ -70,10 +74,11 @@ private:
     linux_desktop::LinuxDesktopSettings screenshotSettings;
     const DesktopSettings desktopSettings;
     linux_desktop::X11Pasteboard pasteboard;
-    absent::NoKeyTap keyTap;
-    absent::NoKeyPoster keyPoster;
+    linux_desktop::X11Keyboard keyboard;
+    linux_desktop::X11KeyTap keyTap;
+    linux_desktop::X11KeyPoster keyPoster;
     linux_desktop::X11Hotkeys hotkeys;
-    absent::NoPermissions permissions;
+    linux_desktop::X11Permissions permissions;
     qt::QtStatusBar statusBar;
     qt::QtAlerts alerts;
     qt::AppcastUpdater updater;
