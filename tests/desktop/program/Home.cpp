@@ -71,7 +71,7 @@ Environment Home::environment() const
         {"HOME", root},
         {"XDG_CONFIG_HOME", root / ".config"},
         {"XDG_RUNTIME_DIR", root / "run"},
-        {"XDG_CURRENT_DESKTOP", "none"},
+        {"XDG_CURRENT_DESKTOP", desktop},
         {"PATH", searchPath}};
     for (const char* name :
          {"DBUS_SESSION_BUS_ADDRESS", "WAYLAND_DISPLAY", "XDG_SESSION_TYPE", "XDG_DATA_HOME",

@@ -38,6 +38,9 @@ public:
     // The tool of that name always fails.
     void breakTool(const std::string& tool);
 
+    // From now on programs are told that this desktop runs, such as "GNOME".
+    void runDesktop(const std::string& name) { desktop = name; }
+
     // From now on programs find no tool but those of toolFolder().
     void hideMachinesTools() { searchPath = toolFolder(); }
 
@@ -51,6 +54,7 @@ private:
 
     std::filesystem::path root;
     std::string searchPath;
+    std::string desktop = "none";
 };
 
 // A picture such as a screen shows, as PNG; no two numbers give the same.

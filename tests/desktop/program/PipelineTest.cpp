@@ -262,6 +262,18 @@ TEST_F(PipelineTest, AChangedFolderIsFollowed)
     EXPECT_LT(std::chrono::steady_clock::now() - changed, std::chrono::seconds(5));
 }
 
+TEST_F(PipelineTest, TheFolderAndTheNamesOfTheDesktopsOwnToolsAreKnown)
+{
+    home.runDesktop("GNOME");
+    const auto folder = home.folder() / "Pictures/Screenshots";
+    std::filesystem::create_directories(folder);
+    Tallowbay tallowbay(server, home);
+    writeFile(folder / "Screenshot from 2026-01-05 10-31-12.png", screenPicture(1));
+    EXPECT_TRUE(tallowbay.waitForLine(updated(1)));
+    writeFile(folder / "Screenshot_20260105_103113.png", screenPicture(2));
+    EXPECT_TRUE(tallowbay.waitForLine(updated(2)));
+}
+
 TEST_F(PipelineTest, AFolderThatIsRemovedAndComesBackIsWatchedAgain)
 {
     Tallowbay tallowbay(server, home);
