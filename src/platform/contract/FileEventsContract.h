@@ -50,6 +50,7 @@ TYPED_TEST_P(FileEventsContract, ReportsANewFileOnce)
 {
     this->start();
     this->backend.write(this->folder / "new.png");
+    EXPECT_TRUE(this->isReported(this->folder / "new.png"));
     this->backend.settle();
     EXPECT_EQ(this->reported, (std::vector{this->folder / "new.png"}));
 }
@@ -62,6 +63,7 @@ TYPED_TEST_P(FileEventsContract, ReportsEveryFileOfABurst)
         written.push_back(this->folder / (std::to_string(i) + ".png"));
         this->backend.write(written.back());
     }
+    EXPECT_TRUE(this->isReported(written.back()));
     this->backend.settle();
     std::ranges::sort(this->reported);
     EXPECT_EQ(this->reported, written);
@@ -92,6 +94,7 @@ TYPED_TEST_P(FileEventsContract, ReportsAFileOnceItsWriterIsDone)
     this->backend.settle();
     EXPECT_TRUE(this->reported.empty());
     this->backend.finishWriting(this->folder / "slow.png");
+    EXPECT_TRUE(this->isReported(this->folder / "slow.png"));
     this->backend.settle();
     EXPECT_EQ(this->reported, (std::vector{this->folder / "slow.png"}));
 }
@@ -101,6 +104,7 @@ TYPED_TEST_P(FileEventsContract, ReportsAFileThatIsMovedIn)
     this->backend.write(this->root / "outside.png");
     this->start();
     this->backend.rename(this->root / "outside.png", this->folder / "inside.png");
+    EXPECT_TRUE(this->isReported(this->folder / "inside.png"));
     this->backend.settle();
     EXPECT_EQ(this->reported, (std::vector{this->folder / "inside.png"}));
 }
@@ -110,6 +114,7 @@ TYPED_TEST_P(FileEventsContract, ReportsTheNewNameOfARenamedFile)
     this->backend.write(this->folder / "one.png");
     this->start();
     this->backend.rename(this->folder / "one.png", this->folder / "two.png");
+    EXPECT_TRUE(this->isReported(this->folder / "two.png"));
     this->backend.settle();
     EXPECT_EQ(this->reported, (std::vector{this->folder / "two.png"}));
 }
@@ -235,11 +240,12 @@ TYPED_TEST_P(FileEventsContract, ServesSeveralStreams)
     this->start();
     auto second = this->startOn(this->folder / "sub");
     this->backend.write(this->folder / "sub" / "new.png");
-    this->backend.settle();
+    EXPECT_TRUE(this->backend.runUntil([this] { return this->reported.size() == 2; }));
     const auto path = this->folder / "sub" / "new.png";
     EXPECT_EQ(this->reported, (std::vector{path, path}));
     second.reset();
     this->backend.write(this->folder / "sub" / "other.png");
+    EXPECT_TRUE(this->isReported(this->folder / "sub" / "other.png"));
     this->backend.settle();
     EXPECT_EQ(this->reported.size(), 3u);
 }
