@@ -1,0 +1,276 @@
+#include "views/AnnotationCanvasView.h"
+#include "desktop/qt/QtDesktop.h"
+
+#include <QInputMethodEvent>
+#include <QLineEdit>
+
+#include <gmock/gmock.h>
+
+#include <cmath>
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace tallowbay::test {
+namespace {
+
+// Keeps what it was told, and takes away what is to be deleted.
+class Window final : public AnnotationCanvasDelegate {
+public:
+    AnnotationTool selectedTool() const override { return tool; }
+    Color highlightColor() const override { return systemYellow; }
+    void canvasDidAddAnnotation(const AnnotationItem& item) override { added.push_back(item); }
+    void annotationUpdated(std::size_t, const AnnotationItem& item) override
+    {
+        updated.push_back(item);
+    }
+    void deleteAnnotation(std::size_t index) override
+    {
+        canvas->removeAnnotation(index);
+        canvas->clearSelection();
+    }
+    void handleKeyDown(const KeyPress& key) override { keys.push_back(key); }
+
+    AnnotationCanvas* canvas = nullptr;
+    AnnotationTool tool = AnnotationTool::highlight;
+    std::vector<AnnotationItem> added;
+    std::vector<AnnotationItem> updated;
+    std::vector<KeyPress> keys;
+};
+
+// A canvas of 496 x 396 points with a picture of 200 x 150 pixels, on a screen with a mouse and a
+// keyboard.
+class AnnotationCanvasViewTest : public testing::Test {
+protected:
+    AnnotationCanvasViewTest()
+    {
+        desktop.server().startWindowManager();
+        window.canvas = &view.canvas();
+        view.canvas().setDelegate(&window);
+        auto picture = std::make_shared<Bitmap>(PixelSize{200, 150});
+        for (int y = 0; y < 150; ++y)
+            std::fill_n(picture->row(y), 200, 0xFF306090u);
+        view.canvas().setBackgroundImage(picture);
+        view.setFixedSize(496, 396);
+        view.show();
+        EXPECT_TRUE(desktop.runUntil([&] { return view.isActiveWindow(); }));
+        view.setFocus();
+        EXPECT_TRUE(desktop.runUntil([&] { return view.frameGeometry() != view.geometry(); }));
+    }
+    ~AnnotationCanvasViewTest() override { view.canvas().setDelegate(nullptr); }
+
+    void press(const std::vector<std::string>& keys)
+    {
+        std::vector<std::string> command{"xdotool", "key", "--delay", "30"};
+        command.insert(command.end(), keys.begin(), keys.end());
+        desktop.server().run(command);
+    }
+    void type(const std::string& text) { desktop.server().run({"xdotool", "type", text}); }
+
+    std::vector<std::string> moveTo(Point point)
+    {
+        const QPoint corner = view.mapToGlobal(QPoint(0, 0));
+        return {
+            "mousemove", std::to_string(corner.x() + std::lround(point.x)),
+            std::to_string(corner.y() + std::lround(view.height() - point.y))};
+    }
+    void mouse(const std::vector<std::vector<std::string>>& actions)
+    {
+        std::vector<std::string> command{"xdotool"};
+        for (const auto& action : actions)
+            command.insert(command.end(), action.begin(), action.end());
+        desktop.server().run(command);
+    }
+    void click(Point at) { mouse({moveTo(at), {"click", "1"}}); }
+    void drag(Point from, Point to)
+    {
+        const Point middle{(from.x + to.x) / 2, (from.y + to.y) / 2};
+        mouse({moveTo(from), {"mousedown", "1"}, moveTo(middle), moveTo(to), {"mouseup", "1"}});
+    }
+    bool hover(Point at, Qt::CursorShape expected)
+    {
+        mouse({moveTo(at)});
+        return desktop.runUntil([&] { return view.cursor().shape() == expected; });
+    }
+    bool runUntil(const std::function<bool()>& condition) { return desktop.runUntil(condition); }
+
+    QLineEdit* field() { return view.findChild<QLineEdit*>(); }
+    bool openField(Point at)
+    {
+        window.tool = AnnotationTool::text;
+        click(at);
+        return runUntil([&] { return field() && field()->hasFocus(); });
+    }
+    const std::vector<AnnotationItem>& items() { return view.canvas().annotations(); }
+    QColor pixelAt(Point point)
+    {
+        const QPoint corner = view.mapToGlobal(QPoint(0, 0));
+        return desktop.pixel(
+            corner.x() + static_cast<int>(point.x),
+            corner.y() + static_cast<int>(view.height() - point.y));
+    }
+
+    struct Locale {
+        Locale() { ::setenv("LC_ALL", "C.UTF-8", 1); } // the one whose dead keys are known
+    } locale;
+    QtDesktop desktop;
+    Window window;
+    qt::GraphicsFonts fonts;
+    views::AnnotationCanvasView view{fonts};
+};
+
+TEST_F(AnnotationCanvasViewTest, CreatesMovesAndDeletesAHighlight)
+{
+    drag({100, 100}, {200, 180});
+    ASSERT_TRUE(runUntil([&] { return window.added.size() == 1; }));
+    EXPECT_EQ(items().at(0).rect, (Rect{{100, 100}, {100, 80}}));
+    // (48, 96, 144) under (255, 204, 0) at 0.35
+    EXPECT_TRUE(runUntil([&] { return pixelAt({150, 120}).red() > 115; }));
+    EXPECT_NEAR(pixelAt({150, 120}).red(), 120, 2);
+    EXPECT_NEAR(pixelAt({150, 120}).blue(), 94, 2);
+
+    drag({150, 140}, {250, 200});
+    ASSERT_TRUE(runUntil([&] { return window.updated.size() == 1; }));
+    EXPECT_EQ(items().at(0).rect, (Rect{{200, 160}, {100, 80}}));
+    EXPECT_EQ(view.cursor().shape(), Qt::OpenHandCursor);
+
+    press({"BackSpace"});
+    EXPECT_TRUE(runUntil([&] { return items().empty(); }));
+    EXPECT_TRUE(runUntil([&] { return pixelAt({250, 200}) == QColor(48, 96, 144); }));
+}
+
+TEST_F(AnnotationCanvasViewTest, DeletesWithTheDeleteKeyAsWell)
+{
+    drag({100, 100}, {200, 180});
+    click({150, 140});
+    ASSERT_TRUE(runUntil([&] { return window.updated.size() == 1; }));
+    press({"Delete"});
+    EXPECT_TRUE(runUntil([&] { return items().empty(); }));
+}
+
+TEST_F(AnnotationCanvasViewTest, ResizesPastTheOppositeCorner)
+{
+    drag({100, 100}, {200, 180});
+    drag({100, 100}, {260, 240});
+    ASSERT_TRUE(runUntil([&] { return window.updated.size() == 1; }));
+    EXPECT_EQ(items().at(0).rect, (Rect{{260, 240}, {-60, -60}}));
+    EXPECT_TRUE(runUntil([&] { return pixelAt({230, 210}).red() > 115; }));
+}
+
+TEST_F(AnnotationCanvasViewTest, CreatesArrowsAndBlurs)
+{
+    window.tool = AnnotationTool::arrow;
+    drag({300, 300}, {200, 250});
+    ASSERT_TRUE(runUntil([&] { return window.added.size() == 1; }));
+    EXPECT_EQ(items().at(0).rect, (Rect{{300, 300}, {-100, -50}}));
+    window.tool = AnnotationTool::blur;
+    drag({100, 200}, {160, 100});
+    ASSERT_TRUE(runUntil([&] { return window.added.size() == 2; }));
+    EXPECT_EQ(items().at(1).rect, (Rect{{100, 100}, {60, 100}}));
+    EXPECT_TRUE(runUntil([&] { return pixelAt({103, 103}) == QColor(46, 46, 46); }));
+    EXPECT_EQ(pixelAt({110, 103}), QColor(31, 31, 31));
+}
+
+TEST_F(AnnotationCanvasViewTest, ShowsTheseCursors)
+{
+    EXPECT_EQ(view.cursor().shape(), Qt::CrossCursor);
+    drag({100, 100}, {200, 180});
+    ASSERT_TRUE(runUntil([&] { return window.added.size() == 1; }));
+    EXPECT_TRUE(hover({150, 140}, Qt::OpenHandCursor));
+    EXPECT_TRUE(hover({198, 178}, Qt::SizeVerCursor));
+    EXPECT_TRUE(hover({300, 250}, Qt::CrossCursor));
+    EXPECT_TRUE(hover({94, 94}, Qt::SizeVerCursor)) << "outside of the item, near its corner";
+    mouse({moveTo({150, 140}), {"mousedown", "1"}});
+    EXPECT_TRUE(runUntil([&] { return view.cursor().shape() == Qt::ClosedHandCursor; }));
+    mouse({{"mouseup", "1"}});
+    EXPECT_TRUE(runUntil([&] { return view.cursor().shape() == Qt::OpenHandCursor; }));
+}
+
+TEST_F(AnnotationCanvasViewTest, ListensToTheLeftButtonAlone)
+{
+    mouse({moveTo({100, 100}), {"mousedown", "3"}, moveTo({200, 200}), {"mouseup", "3"}});
+    mouse({moveTo({100, 100}), {"mousedown", "2"}, moveTo({200, 200}), {"mouseup", "2"}});
+    drag({100, 100}, {200, 180});
+    ASSERT_TRUE(runUntil([&] { return window.added.size() == 1; }));
+    EXPECT_EQ(items().size(), 1u);
+}
+
+TEST_F(AnnotationCanvasViewTest, TypesATextInPlace)
+{
+    ASSERT_TRUE(openField({200, 150}));
+    EXPECT_EQ(field()->geometry(), QRect(200, 396 - 140 - 24, 200, 24));
+    EXPECT_EQ(field()->placeholderText(), "Type here...");
+    EXPECT_FALSE(field()->hasFrame());
+    type(" Hello, World ");
+    EXPECT_TRUE(runUntil([&] { return field()->text() == " Hello, World "; }));
+    press({"Return"});
+    ASSERT_TRUE(runUntil([&] { return window.added.size() == 1; }));
+    EXPECT_EQ(items().at(0).text, "Hello, World");
+    EXPECT_EQ(items().at(0).rect, (Rect{{200, 150}, {0, 0}}));
+    EXPECT_TRUE(runUntil([&] { return !field() && view.hasFocus(); }));
+    EXPECT_THAT(window.keys, IsEmpty()) << "Return belongs to the field";
+}
+
+TEST_F(AnnotationCanvasViewTest, KeepsTheFieldsKeysFromTheEditor)
+{
+    ASSERT_TRUE(openField({200, 150}));
+    type("ab");
+    press({"Up", "Down", "Left", "BackSpace", "BackSpace", "Delete", "Delete", "ctrl+z"});
+    press({"Escape"});
+    ASSERT_TRUE(runUntil([&] { return !window.keys.empty(); }));
+    EXPECT_THAT(window.keys, ElementsAre(KeyPress{53, 0}));
+}
+
+TEST_F(AnnotationCanvasViewTest, TakesDeadKeys)
+{
+    desktop.server().setKeyboard({"-layout", "us", "-variant", "intl"});
+    ASSERT_TRUE(openField({200, 150}));
+    press({"dead_acute", "e", "dead_diaeresis", "U"});
+    EXPECT_TRUE(runUntil([&] { return field()->text() == QStringLiteral("\u00e9\u00dc"); }))
+        << field()->text().toStdString();
+    press({"Return"});
+    ASSERT_TRUE(runUntil([&] { return window.added.size() == 1; }));
+    EXPECT_EQ(items().at(0).text, "\xC3\xA9\xC3\x9C");
+}
+
+TEST_F(AnnotationCanvasViewTest, TakesInputMethods)
+{
+    ASSERT_TRUE(openField({200, 150}));
+    QInputMethodEvent composing(QStringLiteral("\u306b\u307b"), {});
+    QCoreApplication::sendEvent(field(), &composing);
+    EXPECT_EQ(field()->text(), QString()) << "not yet decided";
+    QInputMethodEvent committed;
+    committed.setCommitString(QStringLiteral("\u65e5\u672c"));
+    QCoreApplication::sendEvent(field(), &committed);
+    press({"Return"});
+    ASSERT_TRUE(runUntil([&] { return window.added.size() == 1; }));
+    EXPECT_EQ(items().at(0).text, "\xE6\x97\xA5\xE6\x9C\xAC");
+}
+
+TEST_F(AnnotationCanvasViewTest, CommitsTheTextAtAClickBeside)
+{
+    ASSERT_TRUE(openField({100, 150}));
+    type("one");
+    click({300, 300});
+    ASSERT_TRUE(runUntil([&] { return window.added.size() == 1; }));
+    EXPECT_TRUE(runUntil([&] { return !field(); }));
+    EXPECT_EQ(items().size(), 1u);
+}
+
+TEST_F(AnnotationCanvasViewTest, PassesKeysOnWithTheirModifiers)
+{
+    press({"ctrl+z", "ctrl+shift+z", "Return", "Left", "Right", "Up"});
+    ASSERT_TRUE(runUntil([&] { return window.keys.size() >= 6; }));
+    std::vector<KeyPress> known;
+    for (const KeyPress& key : window.keys)
+        if (key.keyCode < 256)
+            known.push_back(key);
+    EXPECT_THAT(
+        known,
+        ElementsAre(
+            KeyPress{6, eventFlag::command}, KeyPress{6, eventFlag::command | eventFlag::shift},
+            KeyPress{36, 0}, KeyPress{123, 0}, KeyPress{124, 0}, KeyPress{126, 0}));
+}
+
+} // namespace
+} // namespace tallowbay::test
