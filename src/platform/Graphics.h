@@ -76,9 +76,9 @@ public:
     // The line's middle runs along the shape's edge.
     virtual void stroke(const Shape&, Color, const StrokeStyle&) = 0;
 
-    // Scales the picture into the rectangle, with smoothing, whatever its own proportions. The
-    // rectangle may be moved to whole pixels of the surface, by half a pixel at most. A null image
-    // draws nothing.
+    // Scales the picture into the rectangle, with smoothing, whatever its own proportions. Pixels
+    // of the surface that the rectangle touches may be covered as a whole, so that what lies below
+    // shows at no edge. A null image draws nothing.
     virtual void drawImage(const Image&, const Rect&) = 0;
 
     // The text stands in a box of exactly the size that TextMeasurer states, whose lower left

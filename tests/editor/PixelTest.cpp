@@ -69,6 +69,21 @@ TEST_P(CanvasPixelTest, ShowsTheImageInsideOfItsInset)
     EXPECT_LE(reference().largestDifference(rendered(CanvasState{})), 1);
 }
 
+TEST_P(CanvasPixelTest, ShowsNoBackdropBesideTheImage)
+{
+    // 104 x 64.3 points: the upper and the lower edge lie between the pixels.
+    CanvasState state;
+    state.size = points;
+    state.backgroundImage = plainImage({1040, 643}, 0xFFFFFFFFu);
+    const Bitmap actual = *graphics.draw(pixels(), GetParam(), [&](GraphicsContext& context) {
+        context.fill(Rect{{0, 0}, points}, Color::white(1));
+        drawCanvas(context, state, {});
+    });
+    for (int y = 0; y < pixels().height; ++y)
+        for (int x = 0; x < pixels().width; ++x)
+            ASSERT_EQ(actual.pixel(x, y), 0xFFFFFFFFu) << x << ", " << y;
+}
+
 TEST_P(CanvasPixelTest, BlendsAHighlightAt035)
 {
     ReferencePicture expected = reference();

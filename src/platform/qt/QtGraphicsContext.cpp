@@ -47,12 +47,15 @@ bool isWhole(const QRectF& pixels)
         && near(pixels.bottom());
 }
 
-// The whole pixels nearest to a rectangle, one at least.
-QRect nearestPixels(const QRectF& rect)
+// The whole pixels that a rectangle touches. Less of one than the tolerance is rounding.
+QRect touchedPixels(const QRectF& rect)
 {
-    const QPoint topLeft(qRound(rect.left()), qRound(rect.top()));
-    const QSize size(qRound(rect.right()) - topLeft.x(), qRound(rect.bottom()) - topLeft.y());
-    return {topLeft, size.expandedTo({1, 1})};
+    constexpr double tolerance = 1e-3;
+    const int left = static_cast<int>(std::floor(rect.left() + tolerance));
+    const int top = static_cast<int>(std::floor(rect.top() + tolerance));
+    const int right = static_cast<int>(std::ceil(rect.right() - tolerance));
+    const int bottom = static_cast<int>(std::ceil(rect.bottom() - tolerance));
+    return {QPoint(left, top), QSize(right - left, bottom - top).expandedTo({1, 1})};
 }
 
 // The painter's own transform under which its pixels are units.
@@ -179,7 +182,7 @@ void QtGraphicsContext::drawImage(const Image& image, const Rect& rect)
 {
     if (!image)
         return;
-    const QRect pixels = nearestPixels(painter.deviceTransform().mapRect(flipped(rect)));
+    const QRect pixels = touchedPixels(painter.deviceTransform().mapRect(flipped(rect)));
     painter.save();
     painter.setWorldTransform(pixelTransform(painter));
     painter.drawImage(pixels.topLeft(), cache.scaled(image, pixels.size()));
