@@ -1,6 +1,7 @@
 #include "platform/qt/PanelColor.h"
 
 #include "platform/qt/X11Queries.h"
+#include "platform/qt/XSettings.h"
 
 #include <QGuiApplication>
 #include <QPalette>
@@ -37,14 +38,27 @@ bool panelIsAlwaysDark()
     });
 }
 
+// GTK's name for the theme of the windows; Qt's palette knows nothing of it.
+bool gtkThemeIsDark()
+{
+    const auto owner = selectionOwner(withScreenNumber("_XSETTINGS_S"));
+    const auto theme = textOfXSettings(windowBytes(owner, "_XSETTINGS_SETTINGS"), "Net/ThemeName");
+    return QString::fromStdString(theme.value_or(""))
+        .contains(QLatin1String("dark"), Qt::CaseInsensitive);
+}
+
+bool windowsAreDark()
+{
+    return QGuiApplication::palette().color(QPalette::Window).lightness() < 128 || gtkThemeIsDark();
+}
+
 } // namespace
 
 QColor panelForeground(const TrayHost& host)
 {
     if (const auto color = colorOfTray(host.selectionOwner); color && host.notifierOwner.isEmpty())
         return *color;
-    const bool darkWindows = QGuiApplication::palette().color(QPalette::Window).lightness() < 128;
-    return darkWindows || panelIsAlwaysDark() ? onDarkPanel : onLightPanel;
+    return panelIsAlwaysDark() || windowsAreDark() ? onDarkPanel : onLightPanel;
 }
 
 } // namespace tallowbay::qt

@@ -42,6 +42,19 @@ xcb_atom_t atom(xcb_connection_t* server, const std::string& name, bool onlyIfEx
     return reply ? reply->atom : noAtom;
 }
 
+// Null if there is no such window.
+Owned<xcb_get_property_reply_t> readProperty(std::uint32_t window, const std::string& name)
+{
+    constexpr std::uint32_t mostWords = 16'384;
+    auto* server = connection();
+    const auto property = atom(server, name);
+    if (window == 0 || property == noAtom)
+        return owned<xcb_get_property_reply_t>(nullptr);
+    const auto cookie =
+        xcb_get_property(server, false, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, mostWords);
+    return owned(xcb_get_property_reply(server, cookie, nullptr));
+}
+
 } // namespace
 
 std::uint32_t selectionOwner(const std::string& selection)
@@ -69,29 +82,25 @@ std::string withScreenNumber(const std::string& prefix)
 
 std::vector<std::uint32_t> windowProperty(std::uint32_t window, const std::string& name)
 {
-    auto* server = connection();
-    const auto property = atom(server, name);
-    if (window == 0 || property == noAtom)
-        return {};
-    constexpr std::uint32_t mostValues = 1024;
-    const auto cookie =
-        xcb_get_property(server, false, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, mostValues);
-    const auto reply = owned(xcb_get_property_reply(server, cookie, nullptr));
+    const auto reply = readProperty(window, name);
     if (!reply || reply->format != 32)
         return {};
     const auto* values = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
     return {values, values + reply->value_len};
 }
 
+std::string windowBytes(std::uint32_t window, const std::string& name)
+{
+    const auto reply = readProperty(window, name);
+    if (!reply || reply->format != 8)
+        return {};
+    const auto* bytes = static_cast<const char*>(xcb_get_property_value(reply.get()));
+    return {bytes, bytes + reply->value_len};
+}
+
 bool hasProperty(std::uint32_t window, const std::string& name)
 {
-    auto* server = connection();
-    const auto property = atom(server, name);
-    if (window == 0 || property == noAtom)
-        return false;
-    const auto cookie =
-        xcb_get_property(server, false, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, 0);
-    const auto reply = owned(xcb_get_property_reply(server, cookie, nullptr));
+    const auto reply = readProperty(window, name);
     return reply && reply->type != noAtom;
 }
 

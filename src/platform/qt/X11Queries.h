@@ -20,6 +20,9 @@ std::string withScreenNumber(const std::string& prefix);
 // The 32-bit values of a window's property; empty if it has none.
 std::vector<std::uint32_t> windowProperty(std::uint32_t window, const std::string& name);
 
+// The bytes of a window's property, at most 64 kB; empty if it has none.
+std::string windowBytes(std::uint32_t window, const std::string& name);
+
 // Whether a window has a property, of whatever type.
 bool hasProperty(std::uint32_t window, const std::string& name);
 
