@@ -17,34 +17,43 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Real files and the real pngquant.
 class SaveTest : public QtTest {
 protected:
+    AnnotationExporter exporterWith(const ToolPaths& tools)
+    {
+        return {
+            files, codec, graphics,
+            ImageCompressor(files, processes, resources, tools).into(folder.path)};
+    }
+
     // The whole picture below one mask or one highlight, so that two saves can be told apart.
-    void save(const Image& image, AnnotationTool tool) const
+    static void save(
+        const AnnotationExporter& exporter, AnnotationTool tool, const Image& image,
+        const fs::path& shot)
     {
         const AnnotationItem item{tool, {{0, 0}, {500, 500}}, std::nullopt, systemRed};
         exporter.writeFlattenedImage(
             *exporter.flattenAnnotation(image, {item}, {500, 500}, imageInset), shot);
     }
-    std::variant<Bitmap, ImageError> load() const { return loadImage(files, codec, shot); }
+    std::variant<Bitmap, ImageError> load(const fs::path& shot) const
+    {
+        return loadImage(files, codec, shot);
+    }
 
     linux_desktop::TemporaryFolder folder;
-    mutable linux_desktop::PosixFileSystem files;
-    mutable linux_desktop::PosixProcesses processes;
+    linux_desktop::PosixFileSystem files;
+    linux_desktop::PosixProcesses processes;
     linux_desktop::LinuxResources resources{
         linux_desktop::runningProgramFolder(), [](const std::string&) { return false; }};
-    const fs::path shot = folder.path / "Screenshot 2026-01-05 at 10.31.12.png";
-    AnnotationExporter exporter{
-        files, codec, graphics,
-        ImageCompressor(files, processes, resources, linux_desktop::linuxToolPaths(resources))
-            .into(folder.path)};
 };
 
-TEST_F(SaveTest, WritesWhatIsMeantThroughTheRealCompressor)
+TEST_F(SaveTest, WritesWhatIsMeantThroughTheRealPngquant)
 {
-    save(plainImage({640, 480}, 0xFFFFFFFFu), AnnotationTool::blur);
-    const auto written = std::get<Bitmap>(load());
+    const fs::path shot = folder.path / "Screenshot 2026-01-05 at 10.31.12.png";
+    save(
+        exporterWith(linux_desktop::linuxToolPaths(resources)), AnnotationTool::blur,
+        plainImage({640, 480}, 0xFFFFFFFFu), shot);
+    const auto written = std::get<Bitmap>(load(shot));
     EXPECT_EQ(written.size(), (PixelSize{640, 480}));
     for (const auto& [x, y] : {std::pair{5, 5}, {320, 240}, {639, 479}}) {
         EXPECT_GE(written.pixel(x, y) & 0xFF, 31u - 3);
@@ -56,28 +65,32 @@ TEST_F(SaveTest, WritesWhatIsMeantThroughTheRealCompressor)
 // Two edits of one file in quick succession, again and again, while someone reads it
 TEST_F(SaveTest, NeverShowsHalfAFile)
 {
-    const Image image = plainImage({900, 700}, 0xFFFFFFFFu);
-    save(image, AnnotationTool::blur);
+    const fs::path tool = folder.path / "half-and-half";
+    std::ofstream(tool)
+        << "#!/bin/sh\n"
+           "head -c 500 \"$5\" > \"$4\"; sleep 0.05; tail -c +501 \"$5\" >> \"$4\"\n";
+    fs::permissions(tool, fs::perms::owner_all);
+    ToolPaths tools;
+    tools.cjpeg = tool;
+    const AnnotationExporter exporter = exporterWith(tools);
+    const Image image = plainImage({90, 70}, 0xFFFFFFFFu);
+    const fs::path shot = folder.path / "Shot.jpg";
+    save(exporter, AnnotationTool::blur, image, shot);
+
     std::atomic<bool> saving = true;
-    int reads = 0;
     std::thread reader([&] {
-        for (; saving || reads < 10; ++reads) {
-            const auto loaded = load();
-            if (!std::holds_alternative<Bitmap>(loaded)) {
-                ADD_FAILURE() << "a file that cannot be read, at read " << reads;
-                return;
-            }
-        }
+        for (int reads = 0; saving || reads < 10; ++reads)
+            ASSERT_TRUE(std::holds_alternative<Bitmap>(load(shot))) << "at read " << reads;
     });
-    for (int round = 0; round < 3; ++round) {
-        std::thread other([&] { save(image, AnnotationTool::highlight); });
-        save(image, AnnotationTool::blur);
+    for (int round = 0; round < 5; ++round) {
+        std::thread other([&] { save(exporter, AnnotationTool::highlight, image, shot); });
+        save(exporter, AnnotationTool::blur, image, shot);
         other.join();
     }
     saving = false;
     reader.join();
-    save(image, AnnotationTool::highlight);
-    EXPECT_GT(std::get<Bitmap>(load()).pixel(450, 350) >> 16 & 0xFF, 200u) << "the last one wins";
+    save(exporter, AnnotationTool::highlight, image, shot);
+    EXPECT_GT(std::get<Bitmap>(load(shot)).pixel(45, 35) >> 16 & 0xFF, 200u);
 }
 
 } // namespace
