@@ -585,6 +585,37 @@ TEST_F(X11PasteboardTest, IsReadAfterTheFocusHasMoved)
     EXPECT_EQ(desktop.beside([&] { return other.paste("text/uri-list"); }), "file:///a\r\n");
 }
 
+// A toolkit of our own process asks, and waits on this thread: nothing of the main queue runs.
+TEST_F(X11PasteboardTest, AnswersItsOwnToolkitWhileTheMainQueueStands)
+{
+    const auto* ids = xcb_get_setup(client.connection());
+    pasteboard.answerOwnToolkit(ids->resource_id_base, ids->resource_id_mask);
+    const std::vector<path> files = manyFiles(20000);
+    pasteboard.writeFiles(files);
+    EXPECT_EQ(client.targets().size(), 6u);
+    EXPECT_EQ(filesOf(client.paste("text/uri-list").value_or(""), "\r\n"), files);
+    EXPECT_EQ(client.paste("UTF8_STRING"), std::nullopt);
+    pasteboard.clear();
+    EXPECT_THAT(client.targets(), ElementsAre("TARGETS", "TIMESTAMP"));
+
+    desktop.settle();
+    client.sync();
+    EXPECT_EQ(client.nextOf(XCB_SELECTION_NOTIFY, 0ms), nullptr) << "answered twice";
+    XClient other(desktop.server.display());
+    pasteboard.writeText("text");
+    EXPECT_EQ(desktop.beside([&] { return other.paste("UTF8_STRING"); }), "text");
+}
+
+TEST_F(X11PasteboardTest, DoesNotWaitForItsOwnToolkitToGiveFiles)
+{
+    const auto* ids = xcb_get_setup(client.connection());
+    pasteboard.answerOwnToolkit(ids->resource_id_base, ids->resource_id_mask);
+    client.own("CLIPBOARD");
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_TRUE(pasteboard.readFiles().empty());
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, 400ms);
+}
+
 TEST_F(X11PasteboardTest, SurvivesTheEndOfTheServer)
 {
     pasteboard.writeFiles({"/a"});
