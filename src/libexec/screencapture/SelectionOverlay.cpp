@@ -79,15 +79,16 @@ QCursor crosshair(double scale)
 {
     const int line = pixels(1, scale);
     const int length = pixels(9, scale);
-    const int middle = length + pixels(4, scale);
-    QPixmap pixmap(2 * middle + line, 2 * middle + line);
+    const int middle = line + length + pixels(4, scale);
+    const int side = 2 * middle + line;
+    QPixmap pixmap(side, side);
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
-    const int far = 2 * middle + line - length;
+    const int far = side - line - length;
     const QRect arms[] = {
-        {0, middle, length, line},
+        {line, middle, length, line},
         {far, middle, length, line},
-        {middle, 0, line, length},
+        {middle, line, line, length},
         {middle, far, line, length}};
     for (const QRect& arm : arms)
         painter.fillRect(arm.adjusted(-line, -line, line, line), QColor(255, 255, 255));
