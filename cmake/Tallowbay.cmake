@@ -15,6 +15,10 @@ endif()
 
 add_library(tallowbay_options INTERFACE)
 target_compile_options(tallowbay_options INTERFACE -Wall -Wextra -Werror)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+  # GCC 12 takes std::string's own copying for an overlap once it has inlined it (GCC bug 105651).
+  target_compile_options(tallowbay_options INTERFACE -Wno-restrict)
+endif()
 target_include_directories(tallowbay_options INTERFACE "${PROJECT_SOURCE_DIR}/src")
 if(TALLOWBAY_SANITIZE)
   add_compile_options(-fsanitize=${TALLOWBAY_SANITIZE} -fno-omit-frame-pointer
