@@ -14,16 +14,6 @@ using Outcome = CommandReply::Outcome;
 
 constexpr int patienceMilliseconds = 10'000;
 
-// Ended before the process ends: the bus library's thread would work on while the library's own
-// data goes.
-struct PrivateBus {
-    static inline const QString name = QStringLiteral("tallowbay-command");
-
-    QDBusConnection connection = QDBusConnection::connectToBus(QDBusConnection::SessionBus, name);
-
-    ~PrivateBus() { QDBusConnection::disconnectFromBus(name); }
-};
-
 QDBusMessage requestFor(Command command)
 {
     auto request = QDBusMessage::createMethodCall(
@@ -57,11 +47,10 @@ CommandReply replyFor(Command command, const QDBusMessage& error)
 
 CommandReply sendCommand(Command command)
 {
-    const PrivateBus bus;
-    if (!bus.connection.isConnected())
+    const auto bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected())
         return {Outcome::failed, "the session bus, by which Tallowbay is reached, does not answer"};
-    const auto answer =
-        bus.connection.call(requestFor(command), QDBus::Block, patienceMilliseconds);
+    const auto answer = bus.call(requestFor(command), QDBus::Block, patienceMilliseconds);
     if (answer.type() == QDBusMessage::ErrorMessage)
         return replyFor(command, answer);
     return {};

@@ -11,6 +11,7 @@
 #include <QApplication>
 
 #include <cstdio>
+#include <cstdlib>
 #include <iostream>
 #include <optional>
 
@@ -99,6 +100,13 @@ try {
     return 1;
 }
 
+// Without unwinding: the bus library's thread works on while the library's own data would go, and
+// complains of it on standard error.
+[[noreturn]] void endAtOnce(int status)
+{
+    std::quick_exit(status);
+}
+
 int printReply(const CommandReply& reply)
 {
     if (reply.outcome == CommandReply::Outcome::done)
@@ -134,7 +142,7 @@ int startProgram(char* programName, std::optional<Command> command)
     RemoteControl remoteControl;
     SingleInstance instance(instanceLockFile());
     if (instance.acquire(busExists) == SingleInstance::Result::another)
-        return handOver(command, busExists);
+        endAtOnce(handOver(command, busExists));
     if (const auto limits = sessionLimits())
         tell(*limits);
     return runDesktop(remoteControl, command);
@@ -150,7 +158,7 @@ int sendOnly(char* programName, Command command)
     int argumentCount = 1;
     char* arguments[] = {programName, nullptr};
     const QCoreApplication application(argumentCount, arguments);
-    return printReply(sendCommand(command));
+    endAtOnce(printReply(sendCommand(command)));
 }
 
 int start(char* programName, std::optional<Command> command)
