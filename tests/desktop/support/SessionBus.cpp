@@ -1,0 +1,20 @@
+#include "desktop/support/SessionBus.h"
+
+#include "desktop/support/Wait.h"
+
+#include <stdexcept>
+
+namespace tallowbay::test {
+
+SessionBus::SessionBus()
+    : daemon(
+        {"dbus-daemon", "--session", "--nofork", "--print-address=1"},
+        {{"DBUS_SESSION_BUS_ADDRESS", std::nullopt}})
+{
+    const auto told = [this] { return daemon.output().find('\n') != std::string::npos; };
+    if (!waitUntil(told))
+        throw std::runtime_error("dbus-daemon did not start: " + daemon.errors());
+    busAddress = daemon.output().substr(0, daemon.output().find('\n'));
+}
+
+} // namespace tallowbay::test
