@@ -46,8 +46,8 @@ std::strong_ordering compareNumbers(std::string_view one, std::string_view other
 {
     one = withoutLeadingZeros(one);
     other = withoutLeadingZeros(other);
-    if (const auto order = one.size() <=> other.size(); order != 0)
-        return order;
+    if (one.size() != other.size())
+        return one.size() <=> other.size();
     return one <=> other;
 }
 
@@ -137,7 +137,7 @@ std::strong_ordering compareVersions(std::string_view one, std::string_view othe
 {
     while (!one.empty() || !other.empty()) {
         const auto order = compareParts(takePart(one), takePart(other));
-        if (order != 0)
+        if (std::is_neq(order))
             return order;
     }
     return std::strong_ordering::equal;
@@ -165,9 +165,9 @@ std::optional<AppcastItem> newestUpdate(
 {
     const auto newest =
         std::max_element(items.begin(), items.end(), [](const auto& one, const auto& other) {
-            return compareVersions(one.version, other.version) < 0;
+            return std::is_lt(compareVersions(one.version, other.version));
         });
-    if (newest == items.end() || compareVersions(newest->version, ourVersion) <= 0)
+    if (newest == items.end() || std::is_lteq(compareVersions(newest->version, ourVersion)))
         return std::nullopt;
     return *newest;
 }

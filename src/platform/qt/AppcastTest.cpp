@@ -11,12 +11,12 @@ using testing::SizeIs;
 
 bool older(std::string_view one, std::string_view other)
 {
-    return compareVersions(one, other) < 0 && compareVersions(other, one) > 0;
+    return std::is_lt(compareVersions(one, other)) && std::is_gt(compareVersions(other, one));
 }
 
 bool equal(std::string_view one, std::string_view other)
 {
-    return compareVersions(one, other) == 0 && compareVersions(other, one) == 0;
+    return std::is_eq(compareVersions(one, other)) && std::is_eq(compareVersions(other, one));
 }
 
 TEST(VersionTest, ComparesNumbersAsNumbers)

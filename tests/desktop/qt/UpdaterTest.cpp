@@ -207,9 +207,10 @@ TEST_F(UpdaterTest, RefusesAddressesThatAreNone)
 {
     const auto pipe = folder.path / "pipe";
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
-    for (const std::string address :
-         {"not an address", "ftp://example.org/a.xml", "http://", "file:///no/such/file",
-          "data:text/xml,<rss/>", ("file://" + pipe.native()).c_str()}) {
+    const std::vector<std::string> addresses{
+        "not an address",       "ftp://example.org/a.xml", "http://",
+        "file:///no/such/file", "data:text/xml,<rss/>",    "file://" + pipe.native()};
+    for (const std::string& address : addresses) {
         setFeed(address);
         EXPECT_EQ(message(), "Tallowbay could not look for updates") << address;
         dialog()->close();
