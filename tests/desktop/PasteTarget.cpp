@@ -87,8 +87,9 @@ private:
         for (const QUrl& url : urls)
             insertFile(url.toLocalFile());
         headline->setText(QString("%1 file(s) pasted").arg(urls.size()));
-        if (urls.isEmpty() && content && content->hasText())
-            insertText(content->text());
+        if (const QString text = content ? content->text() : QString();
+            urls.isEmpty() && !text.isEmpty())
+            insertText(text);
     }
 
     void insertFile(const QString& path)
