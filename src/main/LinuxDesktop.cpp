@@ -2,6 +2,7 @@
 
 #include "platform/linux/Environment.h"
 #include "platform/qt/Artwork.h"
+#include "platform/qt/X11Queries.h"
 
 #include <QCoreApplication>
 #include <QDesktopServices>
@@ -47,6 +48,8 @@ LinuxDesktop::LinuxDesktop()
     , permissions(*session, std::getenv("WAYLAND_DISPLAY"))
     , updater(defaults, updaterSetup())
 {
+    const qt::ResourceNumbers own = qt::ownResourceNumbers();
+    pasteboard.answerOwnToolkit(own.base, own.mask);
 }
 
 void LinuxDesktop::finishBackgroundWork()

@@ -122,6 +122,13 @@ std::uint32_t rootWindow()
     return server ? xcb_setup_roots_iterator(xcb_get_setup(server)).data->root : 0;
 }
 
+ResourceNumbers ownResourceNumbers()
+{
+    const auto* setup = connection() ? xcb_get_setup(connection()) : nullptr;
+    return setup ? ResourceNumbers{setup->resource_id_base, setup->resource_id_mask}
+                 : ResourceNumbers{};
+}
+
 bool hasCompositingManager()
 {
     return selectionOwner(withScreenNumber("_NET_WM_CM_S")) != 0;

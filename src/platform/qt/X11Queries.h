@@ -33,6 +33,14 @@ void setWindowProperty(
 // The root window, which holds what the window manager says of itself; 0 without a server.
 std::uint32_t rootWindow();
 
+// What tells the windows of Qt's connection from those of all others: of their numbers, the bits
+// outside the mask are the base. Zeros without a server.
+struct ResourceNumbers {
+    std::uint32_t base = 0;
+    std::uint32_t mask = 0;
+};
+ResourceNumbers ownResourceNumbers();
+
 // Whether windows can let shine through what lies below them.
 bool hasCompositingManager();
 
