@@ -73,7 +73,7 @@ public:
     // A rectangle on whole pixels is filled exactly: what an opaque colour covers is gone.
     virtual void fill(const Shape&, Color) = 0;
 
-    // The line's middle runs along the shape's edge.
+    // The line's middle runs along the shape's edge. A rectangle without any size has none.
     virtual void stroke(const Shape&, Color, const StrokeStyle&) = 0;
 
     // Scales the picture into the rectangle, with smoothing, whatever its own proportions. Pixels

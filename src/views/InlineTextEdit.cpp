@@ -1,21 +1,14 @@
 #include "views/InlineTextEdit.h"
 
-#include <QKeyEvent>
+#include "platform/qt/QtColor.h"
 
-#include <cmath>
+#include <QKeyEvent>
 
 namespace tallowbay::views {
 
 namespace {
 
 constexpr float placeholderAlpha = 0.5F;
-
-QColor qtColor(const Color& color)
-{
-    const auto part = [](double value) { return static_cast<float>(value); };
-    return QColor::fromRgbF(
-        part(color.red), part(color.green), part(color.blue), part(color.alpha));
-}
 
 } // namespace
 
@@ -29,10 +22,10 @@ InlineTextEdit::InlineTextEdit(
     setFont(fonts.scaled(look.font).font);
     setPlaceholderText(QString::fromStdString(look.placeholder));
     QPalette colors = palette();
-    const QColor text = qtColor(look.textColor);
+    const QColor text = qt::qtColor(look.textColor);
     QColor faint = text;
     faint.setAlphaF(placeholderAlpha);
-    colors.setColor(QPalette::Base, qtColor(look.background));
+    colors.setColor(QPalette::Base, qt::qtColor(look.background));
     colors.setColor(QPalette::Text, text);
     colors.setColor(QPalette::PlaceholderText, faint);
     setPalette(colors);

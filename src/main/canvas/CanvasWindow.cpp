@@ -1,6 +1,7 @@
 #include "main/canvas/CanvasWindow.h"
 
 #include "editor/AnnotationConstants.h"
+#include "platform/qt/QtColor.h"
 
 #include <QActionGroup>
 #include <QPixmap>
@@ -16,9 +17,7 @@ QIcon swatch(const Color& color)
 {
     constexpr int side = 20;
     QPixmap pixmap(side, side);
-    pixmap.fill(QColor::fromRgbF(
-        static_cast<float>(color.red), static_cast<float>(color.green),
-        static_cast<float>(color.blue)));
+    pixmap.fill(qt::qtColor(color));
     return pixmap;
 }
 

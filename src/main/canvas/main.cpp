@@ -38,7 +38,7 @@ Size parseSize(std::string_view text)
 
 int run(const std::vector<std::string>& arguments)
 {
-    const std::string mode = arguments.at(0);
+    const std::string& mode = arguments.at(0);
     const bool isRender = mode == "--render";
     if (arguments.size() == 1 && !mode.starts_with("--"))
         return CanvasTool().edit(mode);

@@ -1,6 +1,7 @@
 #include "platform/qt/QtGraphicsContext.h"
 
 #include "platform/qt/BitmapImage.h"
+#include "platform/qt/QtColor.h"
 
 #include <QPainter>
 #include <QPainterPath>
@@ -15,13 +16,6 @@ namespace tallowbay::qt {
 namespace {
 
 constexpr int largestSide = 32767; // beyond it Qt's rasteriser loses count
-
-QColor qtColor(const Color& color)
-{
-    const auto part = [](double value) { return static_cast<float>(std::clamp(value, 0.0, 1.0)); };
-    return QColor::fromRgbF(
-        part(color.red), part(color.green), part(color.blue), part(color.alpha));
-}
 
 // Never less than nothing: a wide line closes the inside of a small shape.
 Rect grown(const Rect& rect, double by)
@@ -154,6 +148,8 @@ void QtGraphicsContext::fillRect(const Rect& rect, const QColor& color)
 void QtGraphicsContext::stroke(const Shape& shape, Color color, const StrokeStyle& style)
 {
     if (const auto* rect = std::get_if<Rect>(&shape)) {
+        if (rect->size == Size{})
+            return;
         fillBetween(grown(*rect, style.width / 2), grown(*rect, -style.width / 2), color);
         return;
     }
