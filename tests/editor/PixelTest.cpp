@@ -3,6 +3,7 @@
 #include "editor/CanvasRenderer.h"
 #include "editor/QtFixture.h"
 #include "editor/ReferencePicture.h"
+#include "platform/contract/OffscreenGraphicsContract.h"
 
 #include <gmock/gmock.h>
 
@@ -216,17 +217,6 @@ TEST_F(QtTest, GrowsTheTextBoxExactlyWithTheFont)
     EXPECT_DOUBLE_EQ(fonts.measure("a\nText, 1 line", annotationFont).height, 2 * one.height);
 }
 
-TEST_F(QtTest, RefusesSurfacesThatCannotBe)
-{
-    int calls = 0;
-    const auto count = [&](GraphicsContext&) { ++calls; };
-    for (const PixelSize size : {PixelSize{0, 5}, PixelSize{5, -1}, PixelSize{40000, 1}})
-        EXPECT_FALSE(graphics.draw(size, 1, count));
-    EXPECT_EQ(calls, 0);
-    EXPECT_TRUE(graphics.draw({1, 1}, 1, count));
-    EXPECT_EQ(calls, 1);
-}
-
 TEST_F(QtTest, ReplacesWhatIsThereWhenItComposesByCopy)
 {
     const auto bitmap = graphics.draw({2, 1}, 1, [](GraphicsContext& context) {
@@ -348,5 +338,18 @@ TEST_F(ExportPixelTest, KeepsTransparencyWhereNothingIsDrawn)
     EXPECT_EQ(actual.pixel(5, 15) >> 24, 0xFFu);
 }
 
+struct QtGraphicsBackend {
+    QtApplicationForFonts application;
+    qt::QtOffscreenGraphics offscreen{qt::GraphicsFonts()};
+
+    const OffscreenGraphics& graphics() { return offscreen; }
+};
+
 } // namespace
 } // namespace tallowbay::test
+
+namespace tallowbay::contract {
+
+INSTANTIATE_TYPED_TEST_SUITE_P(Qt, OffscreenGraphicsContract, test::QtGraphicsBackend);
+
+} // namespace tallowbay::contract

@@ -12,19 +12,20 @@
 
 namespace tallowbay::test {
 
-// Fonts need an application object; a program has only one, and no screen is wanted.
-class QtTest : public testing::Test {
-protected:
-    static void SetUpTestSuite()
+// Fonts need an application object. A program has only one, so it stays; no screen is wanted.
+struct QtApplicationForFonts {
+    QtApplicationForFonts()
     {
         static int count = 1;
         static char name[] = "test";
         static char* arguments[] = {name, nullptr};
         ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
-        if (!qApp)
-            static QGuiApplication application(count, arguments);
+        static const QGuiApplication application(count, arguments);
     }
+};
 
+class QtTest : public testing::Test {
+protected:
     static Image plainImage(PixelSize size, std::uint32_t word)
     {
         auto bitmap = std::make_shared<Bitmap>(size);
@@ -33,6 +34,7 @@ protected:
         return bitmap;
     }
 
+    QtApplicationForFonts application;
     qt::GraphicsFonts fonts;
     qt::QtOffscreenGraphics graphics{fonts};
     qt::QtImageCodec codec;

@@ -6,10 +6,13 @@
 #include "platform/contract/ImageCodecContract.h"
 #include "platform/contract/KeyPosterContract.h"
 #include "platform/contract/KeyTapContract.h"
+#include "platform/contract/OffscreenGraphicsContract.h"
 #include "platform/contract/PasteboardContract.h"
 #include "platform/contract/ProcessesContract.h"
 #include "platform/contract/UserDefaultsContract.h"
 #include "platform/headless/Desktop.h"
+#include "platform/headless/PlainImageCodec.h"
+#include "platform/headless/RecordingGraphics.h"
 
 #include <algorithm>
 
@@ -157,6 +160,12 @@ struct MemoryPasteboardBackend {
     std::string keptText() { return memory.keptText; }
 };
 
+struct RecordingGraphicsBackend {
+    RecordingOffscreenGraphics recording;
+
+    const OffscreenGraphics& graphics() { return recording; }
+};
+
 struct MemoryDefaultsBackend {
     MemoryUserDefaultsStore memory;
 
@@ -174,6 +183,8 @@ INSTANTIATE_TYPED_TEST_SUITE_P(Headless, ImageCodecContract, headless::PlainImag
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, HotkeysContract, headless::HandFedHotkeysBackend);
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, KeyPosterContract, headless::JournalKeyPosterBackend);
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, KeyTapContract, headless::HandFedKeyTapBackend);
+INSTANTIATE_TYPED_TEST_SUITE_P(
+    Headless, OffscreenGraphicsContract, headless::RecordingGraphicsBackend);
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, PasteboardContract, headless::MemoryPasteboardBackend);
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, FileEventsContract, headless::MemoryEventsBackend);
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, FolderEventsContract, headless::MemoryEventsBackend);

@@ -1,5 +1,6 @@
 #include "platform/headless/RecordingGraphics.h"
 
+#include <algorithm>
 #include <sstream>
 #include <utility>
 
@@ -119,7 +120,8 @@ std::optional<Bitmap> RecordingOffscreenGraphics::draw(
     PixelSize size, double pixelsPerUnit, const Drawing& drawing) const
 {
     const std::lock_guard lock(mutex);
-    if (std::exchange(failNext, false) || size.width < 1 || size.height < 1)
+    if (std::exchange(failNext, false) || std::min(size.width, size.height) < 1
+        || std::max(size.width, size.height) > offscreenLimit)
         return std::nullopt;
     RecordingGraphics context;
     drawing(context);

@@ -15,8 +15,6 @@ namespace tallowbay::qt {
 
 namespace {
 
-constexpr int largestSide = 32767; // beyond it Qt's rasteriser loses count
-
 // Never less than nothing: a wide line closes the inside of a small shape.
 Rect grown(const Rect& rect, double by)
 {
@@ -30,7 +28,7 @@ Rect grown(const Rect& rect, double by)
 QRectF withinRaster(const QRectF& pixels)
 {
     constexpr double margin = 16;
-    return pixels & QRectF(QPointF(-margin, -margin), QPointF(largestSide, largestSide));
+    return pixels & QRectF(QPointF(-margin, -margin), QPointF(offscreenLimit, offscreenLimit));
 }
 
 bool isWhole(const QRectF& pixels)
@@ -212,7 +210,7 @@ void QtGraphicsContext::drawText(
 std::optional<Bitmap> QtOffscreenGraphics::draw(
     PixelSize size, double pixelsPerUnit, const Drawing& drawing) const
 try {
-    if (size.width < 1 || size.height < 1 || size.width > largestSide || size.height > largestSide)
+    if (std::min(size.width, size.height) < 1 || std::max(size.width, size.height) > offscreenLimit)
         return std::nullopt;
     Bitmap bitmap(size);
     QImage surface = imageOver(bitmap);
