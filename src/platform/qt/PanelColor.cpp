@@ -5,6 +5,8 @@
 
 #include <QGuiApplication>
 #include <QPalette>
+#include <QPixmap>
+#include <QScreen>
 
 #include <algorithm>
 #include <optional>
@@ -47,6 +49,25 @@ bool gtkThemeIsDark()
         .contains(QLatin1String("dark"), Qt::CaseInsensitive);
 }
 
+int lightnessAt(QScreen& screen, const QPoint& place)
+{
+    const QPoint onScreen = place - screen.geometry().topLeft();
+    const QPixmap pixel = screen.grabWindow(0, onScreen.x(), onScreen.y(), 1, 1);
+    return pixel.toImage().pixelColor(0, 0).lightness();
+}
+
+// The picture leaves its corners free.
+bool panelIsDarkAt(const QRect& icon)
+{
+    QScreen* found = QGuiApplication::screenAt(icon.center());
+    QScreen& screen = found ? *found : *QGuiApplication::primaryScreen();
+    int lightness = 0;
+    for (const QPoint& corner :
+         {icon.topLeft(), icon.topRight(), icon.bottomLeft(), icon.bottomRight()})
+        lightness += lightnessAt(screen, corner);
+    return lightness < 4 * 128;
+}
+
 bool windowsAreDark()
 {
     return QGuiApplication::palette().color(QPalette::Window).lightness() < 128 || gtkThemeIsDark();
@@ -54,10 +75,13 @@ bool windowsAreDark()
 
 } // namespace
 
-QColor panelForeground(const TrayHost& host)
+QColor panelForeground(const TrayHost& host, const QRect& embeddedIcon)
 {
-    if (const auto color = colorOfTray(host.selectionOwner); color && host.notifierOwner.isEmpty())
+    const bool embeds = host.notifierOwner.isEmpty();
+    if (const auto color = embeds ? colorOfTray(host.selectionOwner) : std::nullopt)
         return *color;
+    if (embeds && !embeddedIcon.isEmpty())
+        return panelIsDarkAt(embeddedIcon) ? onDarkPanel : onLightPanel;
     return panelIsAlwaysDark() || windowsAreDark() ? onDarkPanel : onLightPanel;
 }
 

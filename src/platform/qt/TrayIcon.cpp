@@ -7,6 +7,7 @@
 #include <QCursor>
 #include <QGuiApplication>
 #include <QPainter>
+#include <QScreen>
 
 namespace tallowbay::qt {
 
@@ -14,7 +15,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// Panels change colour when the desktop's theme does, and tell nobody.
+// Panels change colour when the desktop's theme does, and tell nobody. The first look comes soon,
+// when an embedded icon has got its place.
+constexpr auto recolorFirst = 300ms;
 constexpr auto recolorEvery = 5s;
 
 // The sizes in pixels that panels give their icons.
@@ -75,19 +78,32 @@ void TrayIcon::moveTo(const TrayHost& found)
         icon.get(), &QSystemTrayIcon::activated, &menu,
         [this](QSystemTrayIcon::ActivationReason reason) {
             if (reason == QSystemTrayIcon::Trigger)
-                menu.popup(QCursor::pos());
+                menu.popup(menuPlace());
         });
     icon->show();
-    recolorTimer.start(recolorEvery);
+    recolorTimer.start(recolorFirst);
 }
 
 void TrayIcon::recolor()
 {
-    const QColor wanted = panelForeground(host);
+    recolorTimer.setInterval(recolorEvery);
+    const QColor wanted = panelForeground(host, icon->geometry());
     if (wanted == color)
         return;
     color = wanted;
     icon->setIcon(picture(color));
+}
+
+// Beside the icon, away from the screen's edge; hosts on the message bus do not tell where it is.
+QPoint TrayIcon::menuPlace() const
+{
+    const QRect place = icon->geometry();
+    const QScreen* screen = QGuiApplication::screenAt(place.center());
+    if (place.isEmpty() || !screen)
+        return QCursor::pos();
+    const bool atTop = place.center().y() < screen->geometry().center().y();
+    return atTop ? QPoint(place.left(), place.bottom() + 1)
+                 : QPoint(place.left(), place.top() - menu.sizeHint().height());
 }
 
 QIcon TrayIcon::picture(const QColor& tint) const

@@ -20,6 +20,7 @@ private:
     void moveTo(const TrayHost&);
     void recolor();
     QIcon picture(const QColor&) const;
+    QPoint menuPlace() const;
 
     StatusButton button;
     QMenu& menu;

@@ -106,6 +106,15 @@ TEST_F(TrayTest, TakesTheColorThatTheTrayAsksFor)
     EXPECT_EQ(color.rgba(), qRgba(255, 0, 128, 255));
 }
 
+TEST_F(TrayTest, StandsOutFromAPanelThatSaysNothing)
+{
+    const QRect place(100, 100, 22, 22);
+    desktop.server().run({"xsetroot", "-solid", "#202226"});
+    EXPECT_GT(qt::panelForeground({7, {}}, place).lightness(), 200);
+    desktop.server().run({"xsetroot", "-solid", "#e8e8e8"});
+    EXPECT_LT(qt::panelForeground({7, {}}, place).lightness(), 80);
+}
+
 TEST_F(TrayTest, StandsOutFromDarkWindowsAndLightOnes)
 {
     QApplication::setPalette(QColor(40, 40, 40));
