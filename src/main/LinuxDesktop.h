@@ -1,6 +1,5 @@
 #pragma once
 
-#include "main/Absent.h"
 #include "platform/DesktopSettings.h"
 #include "platform/Platform.h"
 #include "platform/Processes.h"
@@ -20,6 +19,7 @@
 #include "platform/linux/X11Pasteboard.h"
 #include "platform/linux/X11Permissions.h"
 #include "platform/linux/X11Session.h"
+#include "platform/linux/ocr/TesseractRecognizer.h"
 #include "platform/qt/AppcastUpdater.h"
 #include "platform/qt/QtAlerts.h"
 #include "platform/qt/QtApplication.h"
@@ -69,7 +69,7 @@ private:
     linux_desktop::LinuxResources resources;
     const ToolPaths tools;
     qt::QtImageCodec imageCodec;
-    absent::NoTextRecognizer textRecognizer;
+    linux_desktop::TesseractRecognizer textRecognizer{dispatch};
     linux_desktop::JsonUserDefaultsStore defaults;
     linux_desktop::LinuxDesktopSettings screenshotSettings;
     const DesktopSettings desktopSettings;
