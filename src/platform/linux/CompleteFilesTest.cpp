@@ -286,11 +286,14 @@ TEST_F(FileLookTest, HarmsNobodyWhoOpensTheFileMeanwhile)
             EXPECT_TRUE(opened);
         }
     });
-    const auto end = std::chrono::steady_clock::now() + 200ms;
     int seenWith = 0;
     int seenWithout = 0;
-    while (std::chrono::steady_clock::now() < end || seenWith == 0 || seenWithout == 0)
+    const auto start = std::chrono::steady_clock::now();
+    for (auto passed = 0ns; passed < 200ms || (passed < 10s && (!seenWith || !seenWithout));
+         passed = std::chrono::steady_clock::now() - start)
         ++(lookAtFile(file).writers == Writers::some ? seenWith : seenWithout);
+    EXPECT_GT(seenWith, 0);
+    EXPECT_GT(seenWithout, 0);
     stop = true;
 }
 

@@ -271,6 +271,19 @@ TEST_F(InotifyFileEventsTest, LeavesASubfolderThatIsMovedAway)
     EXPECT_TRUE(reported.empty());
 }
 
+TEST_F(InotifyFileEventsTest, MistakesNoFolderThatWasMovedAwayForItsSuccessor)
+{
+    fs::create_directory(folder / "sub");
+    start();
+    fs::rename(folder / "sub", temporary.path / "away");
+    fs::create_directory(folder / "sub");
+    write(folder / "sub" / "file");
+    EXPECT_TRUE(isReported(folder / "sub" / "file"));
+    write(temporary.path / "away" / "file");
+    settle();
+    EXPECT_EQ(reported[folder / "sub" / "file"], 1);
+}
+
 TEST_F(InotifyFileEventsTest, NamesFilesOfARenamedSubfolderAnew)
 {
     fs::create_directories(folder / "old" / "below");
@@ -347,6 +360,33 @@ TEST_F(InotifyFileEventsTest, GoesThroughManyFoldersWithoutHoldingUpTheStart)
     start();
     write(folder / "199" / "below" / "file");
     EXPECT_TRUE(isReported(folder / "199" / "below" / "file"));
+}
+
+// What the process table says of a thread under that word.
+std::string threadStatus(const fs::path& thread, const std::string& word)
+{
+    std::ifstream status(thread / "status");
+    for (std::string line; std::getline(status, line);)
+        if (line.starts_with(word))
+            return line.substr(line.find('\t') + 1);
+    return {};
+}
+
+TEST_F(InotifyFileEventsTest, LooksAtFilesOnAThreadThatNoSignalReaches)
+{
+    start();
+    write(folder / "file");
+    EXPECT_TRUE(isReported("file"));
+    int threads = 0;
+    for (const auto& thread : fs::directory_iterator("/proc/self/task")) {
+        if (threadStatus(thread, "Name:") != "file events")
+            continue;
+        ++threads;
+        // SIGIO, the signal of a broken lease, is number 29.
+        const auto blocked = std::stoull(threadStatus(thread, "SigBlk:"), nullptr, 16);
+        EXPECT_NE(blocked & (1ULL << (29 - 1)), 0u);
+    }
+    EXPECT_EQ(threads, 1);
 }
 
 // Holds back whoever hands something to the main queue while it is closed.

@@ -165,6 +165,16 @@ TEST_F(JsonUserDefaultsTest, ReadsAnOldFileOnlyOnce)
     EXPECT_EQ(own.value("a"), DefaultsValue{std::string("old")});
 }
 
+TEST_F(JsonUserDefaultsTest, TrustsNoDateOfAFileThatWasJustWritten)
+{
+    write(R"({"a": "old"})");
+    const auto date = fs::last_write_time(path);
+    EXPECT_EQ(own.value("a"), DefaultsValue{std::string("old")});
+    write(R"({"a": "new"})");
+    fs::last_write_time(path, date);
+    EXPECT_EQ(own.value("a"), DefaultsValue{std::string("new")});
+}
+
 TEST_F(JsonUserDefaultsTest, SeesEveryOfManyQuickWritesOfAnother)
 {
     const auto other = store.open("com.quarnel.tallowbay");

@@ -166,6 +166,8 @@ protected:
     // Whether a chord reaches the window in front.
     bool passes(const std::vector<HardwareKey>& held, HardwareKey key)
     {
+        // The server is to handle what we gave up before it handles the keys.
+        desktop.session->serverTime();
         window.sync();
         while (window.next(0ms)) { }
         hands.tap(held, key);

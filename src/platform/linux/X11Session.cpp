@@ -46,7 +46,6 @@ X11Session::X11Session(Dispatch& dispatch, std::function<void()> lost, const std
 
 X11Session::~X11Session()
 {
-    alive.reset();
     if (thread.joinable()) {
         {
             const std::scoped_lock lock(mutex);
@@ -58,6 +57,7 @@ X11Session::~X11Session()
         shutdown(xcb_get_file_descriptor(server), SHUT_RDWR);
         thread.join();
     }
+    alive.reset();
     xcb_disconnect(server);
 }
 
