@@ -4,10 +4,12 @@
 #include "platform/qt/QtTextMeasurer.h"
 
 #include <QFrame>
+#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPainter>
 #include <QPushButton>
+#include <QScreen>
 #include <QVBoxLayout>
 
 namespace tallowbay::views {
@@ -167,6 +169,9 @@ void SetupNotice::addButton(QVBoxLayout& rows, std::function<void()> started)
 
 void SetupNotice::present()
 {
+    adjustSize();
+    if (const QScreen* screen = QGuiApplication::primaryScreen())
+        move(screen->availableGeometry().center() - rect().center());
     show();
     raise();
     activateWindow();
