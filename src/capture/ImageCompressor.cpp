@@ -1,10 +1,9 @@
 #include "capture/ImageCompressor.h"
 
 #include "capture/ProductFolder.h"
+#include "platform/AsciiText.h"
 #include "platform/FileSystem.h"
 
-#include <algorithm>
-#include <cctype>
 #include <utility>
 
 namespace tallowbay {
@@ -54,13 +53,16 @@ std::optional<fs::path> ImageCompressor::compress(
     const fs::path& input, const fs::path& outputFolder) const
 {
     const std::string extension = lowercaseExtension(input);
+    const bool isPNG = extension == "png";
     const fs::path output = outputFolder / input.filename();
     fileSystem->createFolders(outputFolder);
-    if (extension == "png")
-        return compressPNG(input, output);
-    if (extension == "jpg" || extension == "jpeg")
-        return compressJPEG(input, output);
-    return std::nullopt;
+    if (!isPNG && extension != "jpg" && extension != "jpeg")
+        return std::nullopt;
+    const bool wasThere = fileSystem->exists(output);
+    const auto result = isPNG ? compressPNG(input, output) : compressJPEG(input, output);
+    if (!result && !wasThere)
+        fileSystem->remove(output); // half a copy would pass for a whole one from now on
+    return result;
 }
 
 std::optional<fs::path> ImageCompressor::compressPNG(
@@ -100,9 +102,7 @@ std::string lowercaseExtension(const fs::path& path)
 {
     std::string extension = path.extension().string();
     extension.erase(0, 1);
-    std::ranges::transform(
-        extension, extension.begin(), [](unsigned char c) { return std::tolower(c); });
-    return extension;
+    return asciiLowercase(std::move(extension));
 }
 
 } // namespace tallowbay

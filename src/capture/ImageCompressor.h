@@ -20,7 +20,7 @@ public:
     ImageCompressor(FileSystem&, Processes&, const Resources&, const ToolPaths&);
 
     // By the extension, whatever its case: PNG and JPEG; anything else runs no tool. A copy that is
-    // there already is overwritten.
+    // there already is overwritten. Where nothing was compressed, no new file is left behind.
     std::optional<std::filesystem::path> compress(const std::filesystem::path& input) const;
 
     // The same into another folder, which is made if it is missing. The tools write straight into

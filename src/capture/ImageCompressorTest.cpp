@@ -137,6 +137,26 @@ TEST_F(ImageCompressorTest, YieldsNothingWhenTheFallbackFailsToo)
     EXPECT_EQ(compress("/home/u/Shot.png"), std::nullopt);
 }
 
+TEST_F(ImageCompressorTest, LeavesNoHalfCopyBehindWhenEveryToolFails)
+{
+    desktop.processes.install(desktop.tools.cjpeg, [this](const Arguments& arguments) {
+        desktop.files.create(arguments.at(3), "half");
+        return 1;
+    });
+    install(desktop.tools.sips, 4, 1);
+    EXPECT_EQ(compress("/home/u/Shot.jpg"), std::nullopt);
+    EXPECT_FALSE(desktop.files.exists(optimized / "Shot.jpg"));
+}
+
+TEST_F(ImageCompressorTest, LeavesAnOlderCopyInPlaceWhenEveryToolFails)
+{
+    desktop.files.create(optimized / "Shot.png", "old");
+    install(desktop.tools.pngquant, 3, 99);
+    install(desktop.tools.sips, 4, 1);
+    EXPECT_EQ(compress("/home/u/Shot.png"), std::nullopt);
+    EXPECT_EQ(desktop.files.read(optimized / "Shot.png"), "old");
+}
+
 TEST_F(ImageCompressorTest, YieldsNothingWhenTheFallbackWritesNothing)
 {
     install(desktop.tools.pngquant, 3, 99);

@@ -1,12 +1,12 @@
 #include "capture/ScreenshotLocation.h"
 
 #include "capture/ImageCompressor.h"
+#include "platform/AsciiText.h"
 #include "platform/DesktopSettings.h"
 #include "platform/FileSystem.h"
 #include "platform/UserDefaults.h"
 
 #include <algorithm>
-#include <cctype>
 
 namespace tallowbay {
 
@@ -14,12 +14,12 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// "~" alone and "~/..." are the user's home; "~name" is no place that we know.
+// "~" alone and "~/..." are the user's home, from which a relative path is meant, too.
 fs::path expandTilde(const std::string& location, const fs::path& home)
 {
     if (location == "~")
         return home;
-    return location.starts_with("~/") ? home / location.substr(2) : fs::path(location);
+    return home / (location.starts_with("~/") ? location.substr(2) : location);
 }
 
 // "/home/u/Shots/" and "/home/u/Shots" are one folder.
@@ -52,9 +52,7 @@ fs::path ScreenshotLocation::systemScreenshotDirectory() const
 
 bool ScreenshotLocation::targetIsClipboard() const
 {
-    std::string target = stringValue(*preferences, "target").value_or("");
-    std::ranges::transform(target, target.begin(), [](unsigned char c) { return std::tolower(c); });
-    return target == "clipboard";
+    return asciiLowercase(stringValue(*preferences, "target").value_or("")) == "clipboard";
 }
 
 bool hasScreenshotName(const fs::path& path, const std::vector<std::string>& furtherPrefixes)

@@ -39,6 +39,12 @@ TEST_F(ScreenshotLocationTest, ExpandsALeadingTilde)
     EXPECT_EQ(location.systemScreenshotDirectory(), "/a/~/b");
 }
 
+TEST_F(ScreenshotLocationTest, TakesARelativeLocationFromTheHomeFolder)
+{
+    set("location", {"Pictures/Shots"});
+    EXPECT_EQ(location.systemScreenshotDirectory(), "/home/u/Pictures/Shots");
+}
+
 TEST_F(ScreenshotLocationTest, TakesAnEmptyOrMistypedLocationForNone)
 {
     set("location", {""});

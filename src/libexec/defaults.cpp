@@ -1,10 +1,10 @@
 // Reads and writes the preferences of a domain from the command line.
 
+#include "platform/AsciiText.h"
 #include "platform/linux/Environment.h"
 #include "platform/linux/JsonUserDefaults.h"
 
 #include <algorithm>
-#include <cctype>
 #include <charconv>
 #include <cmath>
 #include <iostream>
@@ -43,7 +43,7 @@ int explainUsage()
 
 std::optional<DefaultsValue> boolean(std::string text)
 {
-    std::ranges::transform(text, text.begin(), [](unsigned char c) { return std::tolower(c); });
+    text = asciiLowercase(std::move(text));
     if (text == "yes" || text == "true" || text == "1")
         return DefaultsValue{true};
     if (text == "no" || text == "false" || text == "0")

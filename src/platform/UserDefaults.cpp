@@ -1,7 +1,6 @@
 #include "platform/UserDefaults.h"
 
-#include <algorithm>
-#include <cctype>
+#include "platform/AsciiText.h"
 
 namespace tallowbay {
 
@@ -15,8 +14,7 @@ struct AsBool {
     bool operator()(double value) const { return value != 0; }
     bool operator()(std::string value) const
     {
-        std::ranges::transform(
-            value, value.begin(), [](unsigned char c) { return std::tolower(c); });
+        value = asciiLowercase(std::move(value));
         return value == "yes" || value == "true" || value == "1";
     }
     bool operator()(const DefaultsValue::Dictionary&) const { return fallback; }

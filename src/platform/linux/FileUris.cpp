@@ -1,10 +1,11 @@
 #include "platform/linux/FileUris.h"
 
+#include "platform/AsciiText.h"
+
 #include <algorithm>
 #include <array>
 #include <climits>
 
-#include <strings.h>
 #include <unistd.h>
 
 namespace tallowbay::linux_desktop {
@@ -48,7 +49,7 @@ std::optional<std::string> decoded(std::string_view text)
 
 bool equalIgnoringCase(std::string_view one, std::string_view other)
 {
-    return one.size() == other.size() && strncasecmp(one.data(), other.data(), one.size()) == 0;
+    return asciiLowercase(std::string(one)) == asciiLowercase(std::string(other));
 }
 
 std::string hostName()
