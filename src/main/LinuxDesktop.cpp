@@ -54,6 +54,7 @@ LinuxDesktop::LinuxDesktop()
 
 void LinuxDesktop::finishBackgroundWork()
 {
+    application.endAtNextSignal();
     processes.endChildren(std::chrono::seconds(1));
     dispatch.finishBackgroundWork();
 }

@@ -40,8 +40,8 @@ std::optional<std::string> sessionLimits()
 {
     if (!environmentText("WAYLAND_DISPLAY") && environmentText("XDG_SESSION_TYPE") != "wayland")
         return std::nullopt;
-    return "this is a Wayland session: pastes and clipboard of programs that do not use X11 may "
-           "not be seen";
+    return "this is a Wayland session: pastes are not seen in it, so a batch ends only when it is "
+           "cleared";
 }
 
 bool hasSessionBus()

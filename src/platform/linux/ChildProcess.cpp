@@ -1,11 +1,13 @@
 #include "platform/linux/ChildProcess.h"
 
-#include "platform/linux/FileBytes.h"
 #include "platform/linux/FileDescriptor.h"
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 
 #include <fcntl.h>
+#include <poll.h>
 #include <signal.h>
 #include <spawn.h>
 #include <sys/wait.h>
@@ -56,6 +58,28 @@ public:
     posix_spawnattr_t attributes;
 };
 
+// Empty if the other end is not closed within the limit.
+std::optional<std::string> readUntilClosed(int descriptor, std::chrono::milliseconds limit)
+{
+    using Steady = std::chrono::steady_clock;
+    const auto end = Steady::now() + limit;
+    std::string text;
+    std::array<char, 4096> piece;
+    while (true) {
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Steady::now());
+        pollfd waiting{descriptor, POLLIN, 0};
+        const int ready = ::poll(&waiting, 1, std::max(0, int(left.count())));
+        if (ready == 0)
+            return std::nullopt;
+        const ssize_t count = ready < 0 ? -1 : ::read(descriptor, piece.data(), piece.size());
+        if (count == 0)
+            return text;
+        if (count < 0 && errno != EINTR)
+            return std::nullopt;
+        text.append(piece.data(), std::size_t(std::max<ssize_t>(count, 0)));
+    }
+}
+
 bool endsWell(pid_t child)
 {
     int status = 0;
@@ -87,7 +111,8 @@ std::optional<pid_t> spawnChild(
 }
 
 std::optional<std::string> outputOf(
-    const std::filesystem::path& program, const std::vector<std::string>& arguments)
+    const std::filesystem::path& program, const std::vector<std::string>& arguments,
+    std::chrono::milliseconds limit)
 {
     int ends[2];
     if (::pipe2(ends, O_CLOEXEC) != 0)
@@ -98,9 +123,10 @@ std::optional<std::string> outputOf(
     writing = FileDescriptor();
     if (!child)
         return std::nullopt;
-    std::string text;
-    const bool whole = readAll(reading.get(), text);
-    return endsWell(*child) && whole ? std::optional(text) : std::nullopt;
+    auto text = readUntilClosed(reading.get(), limit);
+    if (!text)
+        ::kill(*child, SIGKILL);
+    return endsWell(*child) ? text : std::nullopt;
 }
 
 } // namespace tallowbay::linux_desktop

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -18,8 +19,10 @@ std::optional<pid_t> spawnChild(
     const std::filesystem::path& program, std::vector<std::string> arguments,
     std::optional<int> output = std::nullopt);
 
-// What the program wrote to its output. Empty unless it ended with status 0. Blocks until then.
+// What the program wrote to its output. Empty unless it ended with status 0 before the limit was
+// over; then it is ended. Blocks until its end.
 std::optional<std::string> outputOf(
-    const std::filesystem::path& program, const std::vector<std::string>& arguments);
+    const std::filesystem::path& program, const std::vector<std::string>& arguments,
+    std::chrono::milliseconds limit = std::chrono::seconds(2));
 
 } // namespace tallowbay::linux_desktop

@@ -53,9 +53,16 @@ void PosixProcesses::endChildren(std::chrono::milliseconds grace)
 {
     std::unique_lock lock(mutex);
     ending = true;
-    childGone.wait_for(lock, grace, [this] { return children.empty(); });
+    for (const int number : {SIGTERM, SIGKILL}) {
+        childGone.wait_for(lock, grace, [this] { return children.empty(); });
+        signalChildren(number);
+    }
+}
+
+void PosixProcesses::signalChildren(int number) const
+{
     for (const pid_t child : children)
-        ::kill(child, SIGTERM);
+        ::kill(child, number);
 }
 
 } // namespace tallowbay::linux_desktop

@@ -23,13 +23,15 @@ public:
         const std::filesystem::path& program, const std::vector<std::string>& arguments) override;
 
     // For the end of the program, any thread: gives the children that are running this long to come
-    // to their own end, then asks them to end (SIGTERM). Nothing is run any more.
+    // to their own end, then as long again to end because they are told to (SIGTERM); after that
+    // they are ended (SIGKILL). Nothing is run any more.
     void endChildren(std::chrono::milliseconds grace);
 
 private:
     std::optional<pid_t> startChild(
         const std::filesystem::path& program, const std::vector<std::string>& arguments);
     bool endsWell(pid_t);
+    void signalChildren(int number) const;
 
     std::mutex mutex;
     std::condition_variable childGone;

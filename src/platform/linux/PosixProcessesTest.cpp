@@ -198,6 +198,20 @@ TEST_F(PosixProcessesTest, EndsAChildThatWouldRunOnAfterTheProgram)
     EXPECT_EQ(result, false);
 }
 
+TEST_F(PosixProcessesTest, EndsAChildThatDoesNotWantTo)
+{
+    const auto script = backend.script(
+        "stubborn",
+        "trap '' TERM\ntouch '" + backend.notes().native() + "'\nwhile true; do sleep 0.1; done\n");
+    std::optional<bool> result;
+    std::jthread runner([&] { result = backend.real.run(script, {}); });
+    while (!fs::exists(backend.notes()))
+        std::this_thread::yield();
+    backend.real.endChildren(20ms);
+    runner.join();
+    EXPECT_EQ(result, false);
+}
+
 TEST_F(PosixProcessesTest, LetsAChildFinishThatIsQuickEnough)
 {
     const auto script =

@@ -6,7 +6,7 @@
 namespace tallowbay::qt {
 
 QtApplication::QtApplication()
-    : endingSignals([this] { terminate(); })
+    : endingSignals(std::in_place, [this] { terminate(); })
 {
     QApplication::setQuitOnLastWindowClosed(false);
     // The session asks everyone to save first, and may then go on after all; only its "die", which

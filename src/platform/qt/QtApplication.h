@@ -3,6 +3,8 @@
 #include "platform/Application.h"
 #include "platform/qt/TerminationSignals.h"
 
+#include <optional>
+
 namespace tallowbay::qt {
 
 // The running QApplication. It ends on terminate(), on a signal that asks it to, and with the
@@ -15,8 +17,11 @@ public:
     // The main loop. Returns the exit status.
     int run();
 
+    // After the main loop: a signal that asks the program to end now ends it at once.
+    void endAtNextSignal() { endingSignals.reset(); }
+
 private:
-    TerminationSignals endingSignals;
+    std::optional<TerminationSignals> endingSignals;
 };
 
 } // namespace tallowbay::qt
