@@ -81,6 +81,7 @@ void AppDelegate::applicationWillTerminate()
 {
     pasteWatcher.disableEventTap();
     watcher.stop();
+    screenshotBatch.abandonJobs();
     screenshotBatch.clearTallowbayClipboard();
     pasteWatcher.stopPolling();
     cleanup.stop();

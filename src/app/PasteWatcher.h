@@ -33,9 +33,9 @@ private:
 
     const Platform platform;
     std::function<void()> onPaste;
-    std::optional<Subscription> eventTap;
     Subscription accessibilityPollTimer;
     Lifetime lifetime;
+    std::optional<Subscription> eventTap; // goes first: its thread uses the rest
 };
 
 } // namespace tallowbay

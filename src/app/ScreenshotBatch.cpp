@@ -49,29 +49,29 @@ void ScreenshotBatch::acceptScreenshot(const fs::path& screenshot)
     auto finish = lifetime.guard([this](const Outcome& outcome) { finishJob(outcome); });
     platform.dispatch.globalAsync(
         QualityOfService::userInteractive,
-        [platform = platform, compressor = compressor, screenshot, finish] {
-            platform.dispatch.mainAsync(
-                [finish, outcome = process(platform, compressor, screenshot)]() mutable {
-                    finish(outcome);
-                });
+        [job = Job{platform, compressor, screenshot, abandoned}, finish] {
+            job.platform.dispatch.mainAsync(
+                [finish, outcome = job.process()]() mutable { finish(outcome); });
         });
 }
 
 // In the background: touches the disk and the console, and nothing of the batch.
-ScreenshotBatch::Outcome ScreenshotBatch::process(
-    const Platform& platform, const ImageCompressor& compressor, const fs::path& input)
+ScreenshotBatch::Outcome ScreenshotBatch::Job::process() const
 {
     const FileSystem& files = platform.fileSystem;
-    if (!isFresh(files, platform.clock, input) || files.exists(compressor.outputFor(input)))
+    if (*abandoned || !isFresh(files, platform.clock, screenshot)
+        || files.exists(compressor.outputFor(screenshot)))
         return Skipped{};
-    const auto output = compressor.compress(input);
-    const std::string name = input.filename();
+    const auto output = compressor.compress(screenshot);
+    const std::string name = screenshot.filename();
+    if (*abandoned)
+        return Skipped{};
     if (!output) {
         platform.console.line("Compression failed for " + name);
         return Failed{};
     }
     platform.console.line(
-        "✓ " + name + " → " + kibibytes(files, input) + " → " + kibibytes(files, *output));
+        "✓ " + name + " → " + kibibytes(files, screenshot) + " → " + kibibytes(files, *output));
     return *output;
 }
 

@@ -4,9 +4,11 @@
 #include "platform/Lifetime.h"
 #include "platform/Platform.h"
 
+#include <atomic>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <set>
 #include <string>
 #include <variant>
@@ -47,6 +49,9 @@ public:
     // At quit: nothing of ours stays on the pasteboard, and nothing of others' is lost.
     void clearTallowbayClipboard();
 
+    // At quit: compressions that are under way come to nothing, without a word.
+    void abandonJobs() { *abandoned = true; }
+
     // Drops the screenshots whose files are gone; the pasteboard is left alone.
     void forgetMissingFiles();
 
@@ -65,8 +70,16 @@ private:
     struct Failed { };
     using Outcome = std::variant<std::filesystem::path, Skipped, Failed>;
 
-    static Outcome process(
-        const Platform&, const ImageCompressor&, const std::filesystem::path& screenshot);
+    // What a job in the background needs: copies, and seams that outlive it.
+    struct Job {
+        Platform platform;
+        ImageCompressor compressor;
+        std::filesystem::path screenshot;
+        std::shared_ptr<const std::atomic<bool>> abandoned;
+
+        Outcome process() const;
+    };
+
     void finishJob(const Outcome&);
     void firePasteIfComplete();
     bool removeLastFromBatch();
@@ -77,6 +90,7 @@ private:
     ToastPresenter& toasts;
     Hooks hooks;
     ImageCompressor compressor;
+    std::shared_ptr<std::atomic<bool>> abandoned = std::make_shared<std::atomic<bool>>(false);
     Lifetime lifetime;
 };
 

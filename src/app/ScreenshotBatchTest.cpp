@@ -80,6 +80,17 @@ TEST_F(ScreenshotBatchTest, LogsTheSizesInWholeKibibytes)
         ElementsAre("✓ Screenshot 1.png → 812KB → 231KB", "Clipboard updated: 1 image(s)"));
 }
 
+TEST_F(ScreenshotBatchTest, LogsZeroForASizeThatCannotBeRead)
+{
+    desktop.processes.install(desktop.tools.pngquant, [this](const Arguments& arguments) {
+        desktop.files.create(arguments.at(3), std::string(2048, 's'));
+        desktop.files.remove(arguments.at(5)); // the original, meanwhile
+        return 0;
+    });
+    take("Screenshot 1.png");
+    EXPECT_EQ(desktop.console.lines.front(), "✓ Screenshot 1.png → 0KB → 2KB");
+}
+
 TEST_F(ScreenshotBatchTest, PutsThreeQuickScreenshotsOnThePasteboardTogether)
 {
     accept("Screenshot 1.png");
@@ -322,6 +333,18 @@ TEST_F(ScreenshotBatchTest, KeepsAHeldPasteForTheNextScreenshotIfTheLastOneFails
     EXPECT_THAT(pasted, ElementsAre(ElementsAre(copyOf("Screenshot 2.png"))));
 }
 
+TEST_F(ScreenshotBatchTest, FiresAHeldPasteDuringTextRecognitionAndKeepsTheBatch)
+{
+    accept("Screenshot 1.png");
+    batch.handlePaste();
+    batch.ocrInProgress = true;
+    desktop.dispatch.runUntilIdle();
+    EXPECT_EQ(pasted.size(), 1u);
+    EXPECT_EQ(batch.pendingURLs.size(), 1u);
+    EXPECT_FALSE(batch.pasteQueued);
+    EXPECT_EQ(desktop.console.lines.back(), ">>> resetBatch SKIPPED — OCR in progress");
+}
+
 TEST_F(ScreenshotBatchTest, KeepsAHeldPasteIfTheLastScreenshotIsSkipped)
 {
     accept("Screenshot 1.png");
@@ -494,6 +517,22 @@ TEST_F(ScreenshotBatchTest, LeavesWhatWasCopiedElsewhereAtQuit)
     desktop.pasteboard.copyTextElsewhere("text");
     batch.clearTallowbayClipboard();
     EXPECT_EQ(desktop.pasteboard.text, "text");
+}
+
+TEST_F(ScreenshotBatchTest, SaysNothingOfACompressionThatTheQuitEnded)
+{
+    accept("Screenshot 1.png");
+    accept("Screenshot 2.png");
+    desktop.processes.install(desktop.tools.pngquant, [this](const Arguments&) {
+        batch.abandonJobs();
+        return 143;
+    });
+    desktop.dispatch.runUntilIdle();
+    EXPECT_THAT(desktop.console.lines, IsEmpty());
+    EXPECT_THAT(desktop.toasts.made, IsEmpty());
+    EXPECT_EQ(batch.compressionInProgress, 0);
+    // One was under way, and its fallback was tried; the other was not begun.
+    EXPECT_EQ(desktop.processes.journal.size(), 2u);
 }
 
 TEST_F(ScreenshotBatchTest, MayBeDestroyedWithJobsUnderWay)

@@ -173,6 +173,15 @@ TEST_F(PipelineTest, APasteDuringCompressionInsertsNothingStaleAndIsFiredWhenThe
     ASSERT_TRUE(target.waitForPastes(2));
     EXPECT_THAT(target.pastes(), ElementsAre(IsEmpty(), ElementsAre(first, second)));
     EXPECT_TRUE(tallowbay.waitForLine(">>> resetBatch — clearing 2 URL(s), 0 OCR text(s)"));
+    auto lines = tallowbay.lines();
+    lines.erase(lines.begin(), lines.begin() + 3); // the start, and the first screenshot
+    EXPECT_THAT(
+        lines,
+        ElementsAre(
+            ">>> CMD+V QUEUED — clipboard cleared, waiting for compression",
+            testing::StartsWith("✓ Screenshot 2026-01-05 at 10.31.02.png → "), updated(2),
+            ">>> Firing queued paste with 2 image(s)",
+            ">>> resetBatch — clearing 2 URL(s), 0 OCR text(s)"));
 }
 
 TEST_F(PipelineTest, TwoPressesDuringOneCompressionFireOnePaste)
@@ -347,6 +356,18 @@ TEST_F(PipelineTest, InterruptingItIsQuittingToo)
     EXPECT_EQ(pastedUris(), "");
 }
 
+TEST_F(PipelineTest, QuittingDuringACompressionEndsItWithoutAWord)
+{
+    home.addGate("pngquant");
+    Tallowbay tallowbay(server, home);
+    home.closeGate();
+    const auto copy = copyOf(home.takeScreenshot(1));
+    ASSERT_TRUE(waitForCompression());
+    EXPECT_EQ(tallowbay.quit(), 0);
+    EXPECT_THAT(tallowbay.lines(), ElementsAre("Paste watcher running (Cmd+V resets batch)"));
+    EXPECT_FALSE(std::filesystem::exists(copy));
+}
+
 TEST_F(PipelineTest, TheEndOfTheXServerIsNoCrash)
 {
     Tallowbay tallowbay(server, home);
@@ -381,6 +402,8 @@ TEST_F(PipelineTest, ATextThatIsCalledAPictureIsSkipped)
     EXPECT_TRUE(tallowbay.waitForLine("Compression failed for Screenshot 1.png"));
     EXPECT_TRUE(tallowbay.waitForLine("Compression failed for Screenshot 1.jpg"));
     take(tallowbay, 2, 1);
+    EXPECT_FALSE(std::filesystem::exists(home.optimized() / "Screenshot 1.png"));
+    EXPECT_FALSE(std::filesystem::exists(home.optimized() / "Screenshot 1.jpg"));
 }
 
 TEST_F(PipelineTest, EveryByteOfANameArrives)
