@@ -196,5 +196,24 @@ TEST_F(ProgramTest, RunsOncePerSessionWithAMessageBus)
     EXPECT_TRUE(first->running());
 }
 
+TEST_F(ProgramTest, ShowsItsIconInATrayOnTheMessageBusThatStartsLaterAndAnew)
+{
+    const XServer server;
+    const ChildProcess bus(
+        {"dbus-daemon", "--session", "--nofork", "--print-address=1"}, environment());
+    ASSERT_TRUE(waitUntil([&] { return bus.output().find('\n') != std::string::npos; }));
+    auto withBus = environmentOn(server);
+    withBus["DBUS_SESSION_BUS_ADDRESS"] = bus.output().substr(0, bus.output().find('\n'));
+    const auto program = start({}, withBus);
+    ASSERT_TRUE(runs(*program));
+
+    for (int run = 0; run < 2; ++run) {
+        const ChildProcess host({TALLOWBAY_NOTIFIER_HOST}, withBus);
+        EXPECT_TRUE(waitUntil([&] { return host.output().starts_with("icon "); })) << run;
+    }
+    program->signal(SIGTERM);
+    EXPECT_EQ(program->wait(), 0);
+}
+
 } // namespace
 } // namespace tallowbay::test
