@@ -3,7 +3,6 @@
 #include <atomic>
 #include <cerrno>
 #include <csignal>
-#include <memory>
 #include <system_error>
 
 #include <fcntl.h>
