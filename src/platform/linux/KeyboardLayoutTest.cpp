@@ -1,8 +1,9 @@
 #include "platform/linux/KeyboardLayout.h"
 
+#include "platform/linux/TestKeymap.h"
+
 #include <gmock/gmock.h>
 
-#include <memory>
 #include <set>
 #include <string>
 #include <vector>
@@ -13,18 +14,6 @@ using namespace tallowbay::linux_desktop;
 
 namespace {
 
-KeyboardLayout layout(
-    const std::string& names, const std::string& variant = {}, const std::string& options = {})
-{
-    const std::unique_ptr<xkb_context, decltype(&xkb_context_unref)> context(
-        xkb_context_new(XKB_CONTEXT_NO_FLAGS), &xkb_context_unref);
-    const xkb_rule_names rules{"evdev", "pc105", names.c_str(), variant.c_str(), options.c_str()};
-    const std::unique_ptr<xkb_keymap, decltype(&xkb_keymap_unref)> keymap(
-        xkb_keymap_new_from_names(context.get(), &rules, XKB_KEYMAP_COMPILE_NO_FLAGS),
-        &xkb_keymap_unref);
-    return KeyboardLayout(*keymap);
-}
-
 constexpr HardwareKey placeOfV = 55;
 constexpr HardwareKey placeOfPeriod = 60;
 constexpr HardwareKey insertKey = 118;
@@ -33,7 +22,7 @@ constexpr HardwareKey insertKey = 118;
 
 TEST(KeyboardLayoutTest, UsKeysHaveTheCodesOfTheirPlaces)
 {
-    const KeyboardLayout us = layout("us");
+    const KeyboardLayout us = testLayout("us");
     for (const VirtualKey& key : virtualKeys()) {
         EXPECT_EQ(us.code(key.hardware, 0), key.code) << int(key.hardware);
         EXPECT_EQ(us.key(key.code, 0), key.hardware) << key.code;
@@ -42,40 +31,40 @@ TEST(KeyboardLayoutTest, UsKeysHaveTheCodesOfTheirPlaces)
 
 TEST(KeyboardLayoutTest, VIsTheKeyThatTypesIt)
 {
-    EXPECT_EQ(layout("de").key(keyCode::v, 0), placeOfV);
-    EXPECT_EQ(layout("fr").key(keyCode::v, 0), placeOfV);
-    EXPECT_EQ(layout("us", "dvorak").key(keyCode::v, 0), placeOfPeriod);
-    EXPECT_EQ(layout("us", "dvorak").code(placeOfPeriod, 0), keyCode::v);
-    EXPECT_NE(layout("us", "dvorak").code(placeOfV, 0), keyCode::v);
+    EXPECT_EQ(testLayout("de").key(keyCode::v, 0), placeOfV);
+    EXPECT_EQ(testLayout("fr").key(keyCode::v, 0), placeOfV);
+    EXPECT_EQ(testLayout("us", "dvorak").key(keyCode::v, 0), placeOfPeriod);
+    EXPECT_EQ(testLayout("us", "dvorak").code(placeOfPeriod, 0), keyCode::v);
+    EXPECT_NE(testLayout("us", "dvorak").code(placeOfV, 0), keyCode::v);
 }
 
 TEST(KeyboardLayoutTest, LettersMoveWithTheLayout)
 {
-    const KeyboardLayout fr = layout("fr");
+    const KeyboardLayout fr = testLayout("fr");
     EXPECT_EQ(fr.code(24, 0), 0u); // "a" stands where the US have their "q"
     EXPECT_EQ(fr.code(38, 0), 12u);
-    const KeyboardLayout de = layout("de");
+    const KeyboardLayout de = testLayout("de");
     EXPECT_EQ(de.code(29, 0), 6u); // "z" and "y" change places
     EXPECT_EQ(de.code(52, 0), 16u);
 }
 
 TEST(KeyboardLayoutTest, PlacesCountWhereNoKeyTypesLatinLetters)
 {
-    const KeyboardLayout ru = layout("ru");
+    const KeyboardLayout ru = testLayout("ru");
     EXPECT_EQ(ru.key(keyCode::v, 0), placeOfV);
     EXPECT_EQ(ru.code(placeOfV, 0), keyCode::v);
 }
 
 TEST(KeyboardLayoutTest, ACyrillicGroupTakesItsLettersFromTheOtherGroup)
 {
-    EXPECT_EQ(layout("us,ru").key(keyCode::v, 1), placeOfV);
-    EXPECT_EQ(layout("ru,us", ",dvorak").key(keyCode::v, 0), placeOfPeriod);
-    EXPECT_EQ(layout("ru,us", ",dvorak").key(keyCode::v, 1), placeOfPeriod);
+    EXPECT_EQ(testLayout("us,ru").key(keyCode::v, 1), placeOfV);
+    EXPECT_EQ(testLayout("ru,us", ",dvorak").key(keyCode::v, 0), placeOfPeriod);
+    EXPECT_EQ(testLayout("ru,us", ",dvorak").key(keyCode::v, 1), placeOfPeriod);
 }
 
 TEST(KeyboardLayoutTest, EachLatinGroupHasItsOwnV)
 {
-    const KeyboardLayout both = layout("us,us", ",dvorak");
+    const KeyboardLayout both = testLayout("us,us", ",dvorak");
     EXPECT_EQ(both.key(keyCode::v, 0), placeOfV);
     EXPECT_EQ(both.key(keyCode::v, 1), placeOfPeriod);
     EXPECT_NE(both.code(placeOfPeriod, 0), keyCode::v);
@@ -84,7 +73,7 @@ TEST(KeyboardLayoutTest, EachLatinGroupHasItsOwnV)
 
 TEST(KeyboardLayoutTest, AGroupBeyondTheLastWrapsAround)
 {
-    const KeyboardLayout both = layout("us,us", ",dvorak");
+    const KeyboardLayout both = testLayout("us,us", ",dvorak");
     EXPECT_EQ(both.key(keyCode::v, 2), placeOfV);
     EXPECT_EQ(both.key(keyCode::v, 3), placeOfPeriod);
 }
@@ -100,7 +89,7 @@ TEST(KeyboardLayoutTest, EveryKeyKeepsACodeOfItsOwn)
              {"fr", "bepo"},
              {"ru", ""},
              {"gr", ""}}) {
-        const KeyboardLayout keys = layout(name, variant);
+        const KeyboardLayout keys = testLayout(name, variant);
         std::set<tallowbay::KeyCode> codes;
         for (const VirtualKey& key : virtualKeys()) {
             const auto code = keys.code(key.hardware, 0);
@@ -113,12 +102,12 @@ TEST(KeyboardLayoutTest, EveryKeyKeepsACodeOfItsOwn)
 TEST(KeyboardLayoutTest, OtherKeysStayAtTheirPlaces)
 {
     for (const char* name : {"us", "de", "fr", "ru"})
-        EXPECT_EQ(layout(name).code(insertKey, 0), keyCode::insert) << name;
+        EXPECT_EQ(testLayout(name).code(insertKey, 0), keyCode::insert) << name;
 }
 
 TEST(KeyboardLayoutTest, KnowsTheModifiersThatAKeySets)
 {
-    const KeyboardLayout us = layout("us");
+    const KeyboardLayout us = testLayout("us");
     EXPECT_EQ(us.modifiers(37, 0), XCB_MOD_MASK_CONTROL);
     EXPECT_EQ(us.modifiers(105, 0), XCB_MOD_MASK_CONTROL);
     EXPECT_EQ(us.modifiers(50, 0), XCB_MOD_MASK_SHIFT);
@@ -129,18 +118,18 @@ TEST(KeyboardLayoutTest, KnowsTheModifiersThatAKeySets)
     EXPECT_EQ(us.modifiers(66, 0), XCB_MOD_MASK_LOCK);
     EXPECT_EQ(us.modifiers(77, 0), XCB_MOD_MASK_2);
     EXPECT_EQ(us.modifiers(placeOfV, 0), 0);
-    EXPECT_EQ(layout("de").modifiers(108, 0), XCB_MOD_MASK_5);
-    EXPECT_EQ(layout("us,de").modifiers(108, 0), XCB_MOD_MASK_1);
-    EXPECT_EQ(layout("us,de").modifiers(108, 1), XCB_MOD_MASK_5);
+    EXPECT_EQ(testLayout("de").modifiers(108, 0), XCB_MOD_MASK_5);
+    EXPECT_EQ(testLayout("us,de").modifiers(108, 0), XCB_MOD_MASK_1);
+    EXPECT_EQ(testLayout("us,de").modifiers(108, 1), XCB_MOD_MASK_5);
 }
 
 TEST(KeyboardLayoutTest, FindsTheKeyThatSetsAModifier)
 {
-    EXPECT_EQ(layout("us").modifierKey(XCB_MOD_MASK_CONTROL, 0), 37);
-    EXPECT_EQ(layout("us").modifierKey(XCB_MOD_MASK_SHIFT, 0), 50);
-    EXPECT_EQ(layout("us", "", "ctrl:swapcaps").modifierKey(XCB_MOD_MASK_CONTROL, 0), 66);
-    EXPECT_EQ(layout("us").modifierKey(XCB_MOD_MASK_3, 0), std::nullopt);
-    EXPECT_EQ(layout("us").modifierKey(0, 0), std::nullopt);
+    EXPECT_EQ(testLayout("us").modifierKey(XCB_MOD_MASK_CONTROL, 0), 37);
+    EXPECT_EQ(testLayout("us").modifierKey(XCB_MOD_MASK_SHIFT, 0), 50);
+    EXPECT_EQ(testLayout("us", "", "ctrl:swapcaps").modifierKey(XCB_MOD_MASK_CONTROL, 0), 66);
+    EXPECT_EQ(testLayout("us").modifierKey(XCB_MOD_MASK_3, 0), std::nullopt);
+    EXPECT_EQ(testLayout("us").modifierKey(0, 0), std::nullopt);
 }
 
 TEST(KeyboardLayoutTest, PlacesCountOnAKeyboardOfWhichNothingIsKnown)
@@ -153,7 +142,7 @@ TEST(KeyboardLayoutTest, PlacesCountOnAKeyboardOfWhichNothingIsKnown)
 
 TEST(KeyboardLayoutTest, UnknownKeysHaveNoCode)
 {
-    EXPECT_EQ(layout("us").code(0, 0), std::nullopt);
-    EXPECT_EQ(layout("us").code(254, 0), std::nullopt);
-    EXPECT_EQ(layout("us").key(1000, 0), std::nullopt);
+    EXPECT_EQ(testLayout("us").code(0, 0), std::nullopt);
+    EXPECT_EQ(testLayout("us").code(254, 0), std::nullopt);
+    EXPECT_EQ(testLayout("us").key(1000, 0), std::nullopt);
 }

@@ -1,16 +1,14 @@
 #include "platform/linux/X11KeyPoster.h"
 
+#include "platform/linux/KeyPressPlan.h"
 #include "platform/linux/KeyRoles.h"
 #include "platform/linux/XcbXkb.h"
 
-#include <algorithm>
 #include <ranges>
 
 namespace tallowbay::linux_desktop {
 
 namespace {
-
-constexpr HardwareKey numLockKey = 77;
 
 std::vector<HardwareKey> heldKeys(xcb_connection_t* connection)
 {
@@ -21,6 +19,17 @@ std::vector<HardwareKey> heldKeys(xcb_connection_t* connection)
         if (reply->keys[key / 8] & (1 << key % 8))
             keys.push_back(HardwareKey(key));
     return keys;
+}
+
+// Empty if the server does not answer.
+std::optional<KeyboardMoment> momentOf(xcb_connection_t* connection)
+{
+    const auto state = owned(xcb_xkb_get_state_reply(
+        connection, xcb_xkb_get_state(connection, XCB_XKB_ID_USE_CORE_KBD), nullptr));
+    if (!state)
+        return std::nullopt;
+    return KeyboardMoment{
+        state->group, std::uint8_t(state->latchedMods | state->lockedMods), heldKeys(connection)};
 }
 
 // Latches are undone altogether, where they are in the mask.
@@ -54,42 +63,22 @@ void X11KeyPoster::post(KeyCode code, KeyDirection direction, EventFlags flags)
         release(code);
 }
 
-void X11KeyPoster::press(KeyCode code, std::uint8_t wanted)
+void X11KeyPoster::press(KeyCode code, std::uint8_t wantedModifiers)
 {
     release(code);
-    xcb_connection_t* connection = session.connection();
-    const auto state = owned(xcb_xkb_get_state_reply(
-        connection, xcb_xkb_get_state(connection, XCB_XKB_ID_USE_CORE_KBD), nullptr));
-    const auto layout = keyboard.layout();
-    const auto key = state ? layout->key(code, state->group) : std::nullopt;
-    if (!key)
+    const auto now = momentOf(session.connection());
+    const auto plan =
+        now ? planKeyPress(*keyboard.layout(), *now, code, wantedModifiers) : std::nullopt;
+    if (!plan)
         return;
-    const auto harmless =
-        std::uint8_t(XCB_MOD_MASK_LOCK | layout->modifiers(numLockKey, state->group));
-    const auto unwanted = std::uint8_t(~(wanted | harmless));
-
-    auto present = std::uint8_t((state->latchedMods | state->lockedMods) & wanted);
-    for (const HardwareKey held : heldKeys(connection)) {
-        const std::uint8_t modifiers = layout->modifiers(held, state->group);
-        // A key that is down already would not be seen to go down.
-        if ((modifiers & unwanted) || held == *key)
-            keyboard.type(held, KeyDirection::up);
-        else
-            present |= modifiers;
-    }
-    if ((state->latchedMods | state->lockedMods) & unwanted)
-        undoLatchesAndLocks(connection, unwanted);
-
-    std::vector<HardwareKey> pressed;
-    for (const KeyRole& role : keyRoles)
-        if (wanted & ~present & role.modifier)
-            if (const auto modifier = layout->modifierKey(role.modifier, state->group))
-                pressed.push_back(*modifier);
-    pressed.push_back(*key);
-    for (const HardwareKey each : pressed)
-        keyboard.type(each, KeyDirection::down);
-    down[code] = std::move(pressed);
-    xcb_flush(connection);
+    for (const HardwareKey key : plan->release)
+        keyboard.type(key, KeyDirection::up);
+    if (plan->undo)
+        undoLatchesAndLocks(session.connection(), plan->undo);
+    for (const HardwareKey key : plan->press)
+        keyboard.type(key, KeyDirection::down);
+    down[code] = plan->press;
+    xcb_flush(session.connection());
 }
 
 void X11KeyPoster::release(KeyCode code)
