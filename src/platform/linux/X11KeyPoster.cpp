@@ -4,8 +4,6 @@
 #include "platform/linux/KeyRoles.h"
 #include "platform/linux/XcbXkb.h"
 
-#include <ranges>
-
 namespace tallowbay::linux_desktop {
 
 namespace {
@@ -86,8 +84,9 @@ void X11KeyPoster::release(KeyCode code)
     const auto pressed = down.extract(code);
     if (pressed.empty())
         return;
-    for (const HardwareKey key : std::views::reverse(pressed.mapped()))
-        keyboard.type(key, KeyDirection::up);
+    const std::vector<HardwareKey>& keys = pressed.mapped();
+    for (auto key = keys.rbegin(); key != keys.rend(); ++key)
+        keyboard.type(*key, KeyDirection::up);
     xcb_flush(session.connection());
 }
 

@@ -37,11 +37,7 @@ public:
     ~Run() { select(0); }
 
 private:
-    struct Key {
-        std::uint16_t device;
-        std::uint32_t number;
-        auto operator<=>(const Key&) const = default;
-    };
+    using DeviceKey = std::pair<std::uint16_t, std::uint32_t>;
 
     void select(std::uint32_t events) const
     {
@@ -87,7 +83,7 @@ private:
     X11Session& session;
     X11Keyboard& keyboard;
     Handler handler;
-    std::map<Key, xcb_timestamp_t> held; // with the time of the last press
+    std::map<DeviceKey, xcb_timestamp_t> held; // with the time of the last press
     Subscription events; // last: ends first
 };
 
