@@ -2,7 +2,6 @@
 
 #include <QFontDatabase>
 #include <QFontMetricsF>
-#include <QStringList>
 
 #include <algorithm>
 
@@ -48,13 +47,23 @@ QFont GraphicsFonts::reference(const Font& font) const
 
 Size GraphicsFonts::measure(const std::string& text, const Font& font) const
 {
+    return measures(text, font).box;
+}
+
+GraphicsFonts::Measures GraphicsFonts::measures(const std::string& text, const Font& font) const
+{
     const QFontMetricsF metrics(reference(font));
     const double factor = font.sizePoints / referencePixels;
+    Measures result{
+        QString::fromStdString(text).split('\n'),
+        {},
+        metrics.ascent() * factor,
+        metrics.height() * factor};
     double width = 0;
-    const QStringList lines = QString::fromStdString(text).split('\n');
-    for (const QString& line : lines)
+    for (const QString& line : result.lines)
         width = std::max(width, metrics.horizontalAdvance(line));
-    return {width * factor, metrics.height() * static_cast<double>(lines.size()) * factor};
+    result.box = {width * factor, result.lineHeight * static_cast<double>(result.lines.size())};
+    return result;
 }
 
 GraphicsFonts::Scaled GraphicsFonts::scaled(const Font& font) const
@@ -64,16 +73,6 @@ GraphicsFonts::Scaled GraphicsFonts::scaled(const Font& font) const
     result.font.setPixelSize(qRound(bounded));
     result.factor = font.sizePoints / result.font.pixelSize();
     return result;
-}
-
-double GraphicsFonts::ascent(const Font& font) const
-{
-    return QFontMetricsF(reference(font)).ascent() * font.sizePoints / referencePixels;
-}
-
-double GraphicsFonts::lineHeight(const Font& font) const
-{
-    return QFontMetricsF(reference(font)).height() * font.sizePoints / referencePixels;
 }
 
 } // namespace tallowbay::qt

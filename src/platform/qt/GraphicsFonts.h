@@ -3,6 +3,7 @@
 #include "platform/Windows.h"
 
 #include <QFont>
+#include <QStringList>
 
 namespace tallowbay::qt {
 
@@ -18,15 +19,20 @@ public:
     // The box of the text: the longest line's width, and one line height a line.
     Size measure(const std::string& text, const Font&) const override;
 
+    struct Measures {
+        QStringList lines;
+        Size box;
+        double ascent = 0; // of a line's top above its baseline
+        double lineHeight = 0;
+    };
+    Measures measures(const std::string& text, const Font&) const;
+
     // A font to draw with, and the factor by which the drawing is to be scaled for this size.
     struct Scaled {
         QFont font;
         double factor = 1;
     };
     Scaled scaled(const Font&) const;
-
-    double ascent(const Font&) const;
-    double lineHeight(const Font&) const;
 
 private:
     QFont reference(const Font&) const;

@@ -5,7 +5,6 @@
 
 #include <QPainter>
 #include <QPainterPath>
-#include <QStringList>
 
 #include <algorithm>
 #include <cmath>
@@ -132,15 +131,24 @@ void QtGraphicsContext::fill(const Shape& shape, Color color)
 // 255th of its old colour, which a mask must not let through.
 void QtGraphicsContext::fillRect(const Rect& rect, const QColor& color)
 {
-    const QTransform before = painter.worldTransform();
-    const QRectF pixels = withinRaster(painter.deviceTransform().mapRect(flipped(rect)));
-    if (pixels.isEmpty())
+    const QRectF area = flipped(rect);
+    const QRectF pixels = painter.deviceTransform().mapRect(area);
+    const QRectF visible = withinRaster(pixels);
+    if (visible.isEmpty())
         return;
-    painter.setWorldTransform(pixelTransform(painter));
-    painter.setRenderHint(QPainter::Antialiasing, !isWhole(pixels));
-    painter.fillRect(pixels, color);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setWorldTransform(before);
+    const bool whole = isWhole(visible);
+    if (whole)
+        painter.setRenderHint(QPainter::Antialiasing, false);
+    if (visible == pixels) {
+        painter.fillRect(area, color);
+    } else {
+        const QTransform before = painter.worldTransform();
+        painter.setWorldTransform(pixelTransform(painter));
+        painter.fillRect(visible, color);
+        painter.setWorldTransform(before);
+    }
+    if (whole)
+        painter.setRenderHint(QPainter::Antialiasing);
 }
 
 void QtGraphicsContext::stroke(const Shape& shape, Color color, const StrokeStyle& style)
@@ -186,23 +194,21 @@ void QtGraphicsContext::drawImage(const Image& image, const Rect& rect)
 void QtGraphicsContext::drawText(
     const std::string& text, const Point& origin, const TextStyle& style)
 {
-    const Size box = fonts.measure(text, style.font);
+    const GraphicsFonts::Measures measures = fonts.measures(text, style.font);
     if (style.background)
-        fill(Rect{origin, box}, *style.background);
+        fill(Rect{origin, measures.box}, *style.background);
     const auto [font, factor] = fonts.scaled(style.font);
-    const double lineHeight = fonts.lineHeight(style.font);
-    double baseline = origin.y + box.height - fonts.ascent(style.font);
+    double baseline = origin.y + measures.box.height - measures.ascent;
     painter.save();
     painter.setPen(qtColor(style.foreground));
     painter.setFont(font);
     const QTransform before = painter.worldTransform();
-    const QStringList lines = QString::fromStdString(text).split('\n');
-    for (const QString& line : lines) {
+    for (const QString& line : measures.lines) {
         const QPointF start = flipped(Point{origin.x, baseline});
         painter.setWorldTransform(
             QTransform::fromTranslate(start.x(), start.y()).scale(factor, factor) * before);
         painter.drawText(QPointF(0, 0), line);
-        baseline -= lineHeight;
+        baseline -= measures.lineHeight;
     }
     painter.restore();
 }
