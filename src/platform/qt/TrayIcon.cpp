@@ -3,6 +3,7 @@
 #include "platform/qt/Artwork.h"
 #include "platform/qt/PanelColor.h"
 #include "platform/qt/QtTextMeasurer.h"
+#include "platform/qt/X11Queries.h"
 
 #include <QCursor>
 #include <QGuiApplication>
@@ -87,7 +88,12 @@ void TrayIcon::moveTo(const TrayHost& found)
 void TrayIcon::recolor()
 {
     recolorTimer.setInterval(recolorEvery);
-    const QColor wanted = panelForeground(host, icon->geometry());
+    // What lies over the panel, such as a film or the dimmed picture of a screen in which the user
+    // selects something, says nothing of the panel's colour.
+    const QRect place = icon->geometry();
+    if (!place.isEmpty() && !isSeen(place))
+        return;
+    const QColor wanted = panelForeground(host, place);
     if (wanted == color)
         return;
     color = wanted;

@@ -1,6 +1,7 @@
 #include "platform/qt/X11Queries.h"
 
 #include <QGuiApplication>
+#include <QScreen>
 
 #include <xcb/xcb.h>
 
@@ -53,6 +54,34 @@ Owned<xcb_get_property_reply_t> readProperty(std::uint32_t window, const std::st
     const auto cookie =
         xcb_get_property(server, false, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, mostWords);
     return owned(xcb_get_property_reply(server, cookie, nullptr));
+}
+
+// The innermost window at a place of the desktop, in device pixels; the root if there is no other.
+std::uint32_t windowAt(const QPoint& place)
+{
+    std::uint32_t found = rootWindow();
+    for (std::uint32_t next = found; next != 0;) {
+        found = next;
+        const auto cookie = xcb_translate_coordinates(
+            connection(), rootWindow(), found, static_cast<std::int16_t>(place.x()),
+            static_cast<std::int16_t>(place.y()));
+        const auto reply = owned(xcb_translate_coordinates_reply(connection(), cookie, nullptr));
+        next = reply ? reply->child : 0;
+    }
+    return found;
+}
+
+bool isOwn(std::uint32_t window)
+{
+    const ResourceNumbers own = ownResourceNumbers();
+    return (window & ~own.mask) == own.base;
+}
+
+int widthOf(std::uint32_t window)
+{
+    const auto reply = owned(
+        xcb_get_geometry_reply(connection(), xcb_get_geometry(connection(), window), nullptr));
+    return reply ? reply->width : 0;
 }
 
 } // namespace
@@ -127,6 +156,17 @@ ResourceNumbers ownResourceNumbers()
     const auto* setup = connection() ? xcb_get_setup(connection()) : nullptr;
     return setup ? ResourceNumbers{setup->resource_id_base, setup->resource_id_mask}
                  : ResourceNumbers{};
+}
+
+bool isSeen(const QRect& icon)
+{
+    const QScreen* screen = QGuiApplication::screenAt(icon.center());
+    if (!connection() || !screen)
+        return false;
+    const QPoint origin = screen->geometry().topLeft();
+    const double scale = screen->devicePixelRatio();
+    const auto window = windowAt(((icon.center() - origin) * scale) + origin);
+    return isOwn(window) && widthOf(window) < 2 * scale * icon.width();
 }
 
 bool hasCompositingManager()

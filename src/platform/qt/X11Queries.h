@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QRect>
+
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -40,6 +42,10 @@ struct ResourceNumbers {
     std::uint32_t mask = 0;
 };
 ResourceNumbers ownResourceNumbers();
+
+// Whether what is seen in the middle of this place is a window of ours of about that size: the icon
+// in a panel, if that is where it is and nothing lies over it.
+bool isSeen(const QRect& icon);
 
 // Whether windows can let shine through what lies below them.
 bool hasCompositingManager();

@@ -3,8 +3,10 @@
 #include "platform/qt/PanelColor.h"
 #include "platform/qt/QtMenu.h"
 #include "platform/qt/QtStatusBar.h"
+#include "platform/qt/X11Queries.h"
 
 #include <QMenu>
+#include <QScreen>
 
 #include <gmock/gmock.h>
 
@@ -40,6 +42,22 @@ protected:
         const auto found =
             desktop.server().run({"xdotool", "search", "--onlyvisible", "--class", "tallowbay"});
         return found.status == 0;
+    }
+
+    QRect iconPlace()
+    {
+        const std::string shell =
+            desktop.server()
+                .run(
+                    {"sh", "-c",
+                     "xwininfo -id $(xdotool search --onlyvisible --class tallowbay | tail -n 1)"})
+                .output;
+        const auto value = [&](const std::string& name) {
+            return std::stoi(shell.substr(shell.find(name) + name.size()));
+        };
+        return {
+            value("Absolute upper-left X:"), value("Absolute upper-left Y:"), value("Width:"),
+            value("Height:")};
     }
 
     QtDesktop desktop;
@@ -113,6 +131,23 @@ TEST_F(TrayTest, StandsOutFromAPanelThatSaysNothing)
     EXPECT_GT(qt::panelForeground({7, {}}, place).lightness(), 200);
     desktop.server().run({"xsetroot", "-solid", "#e8e8e8"});
     EXPECT_LT(qt::panelForeground({7, {}}, place).lightness(), 80);
+}
+
+// The icon turned white on a light panel once a dimmed screen had lain over both.
+TEST_F(TrayTest, TakesNoColorFromWhatLiesOverThePanel)
+{
+    const auto tray = startTray();
+    const auto item = makeItem();
+    ASSERT_TRUE(desktop.runUntil([this] { return iconIsShown(); }));
+    const QRect place = iconPlace();
+    EXPECT_TRUE(desktop.runUntil([&] { return qt::isSeen(place); }));
+
+    QWidget cover(nullptr, Qt::X11BypassWindowManagerHint);
+    cover.setGeometry(QGuiApplication::primaryScreen()->geometry());
+    cover.show();
+    EXPECT_TRUE(desktop.runUntil([&] { return !qt::isSeen(place); }));
+    cover.hide();
+    EXPECT_TRUE(desktop.runUntil([&] { return qt::isSeen(place); }));
 }
 
 TEST_F(TrayTest, StandsOutFromDarkWindowsAndLightOnes)
