@@ -101,8 +101,8 @@ public:
 
     // Calls the drawing exactly once, before it returns, with a transparent surface of this many
     // pixels. One unit of the context is pixelsPerUnit pixels, whatever the screen's own scale.
-    // Empty, without a call, if no such surface can be made: a side below 1 or above offscreenLimit,
-    // or too little memory.
+    // Empty, without a call, if no such surface can be made: a side below 1 or above
+    // offscreenLimit, or too little memory.
     virtual std::optional<Bitmap> draw(PixelSize, double pixelsPerUnit, const Drawing&) const = 0;
 };
 
