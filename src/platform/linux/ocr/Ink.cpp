@@ -41,6 +41,10 @@ bool isGround(const Component& component, PixelSize picture)
     const int thickness = std::min(component.width(), component.height());
     if (component.area * 20 >= pixels && thickness > 3)
         return true;
+    // A margin may be narrow.
+    const bool across = component.width() == picture.width || component.height() == picture.height;
+    if (across && thickness > 1 && component.area * 10 >= box * 9)
+        return true;
     return component.area >= 400 && thickness >= 10 && component.area * 2 >= box;
 }
 
@@ -96,17 +100,42 @@ bool isInk(const Plane& ink, int x, int y)
         && ink.row(y)[x] >= faintest;
 }
 
-// Clears a run of one row unless a letter crosses it there.
-void clearRun(Plane& ink, int y, int begin, int end, int thickest)
+// A rule is of one colour but for the letters that it touches; letters in a row are not.
+bool isEven(const std::uint8_t* values, int count)
 {
-    for (int x = begin; x < end; ++x) {
-        int above = y;
-        int below = y;
-        while (isInk(ink, x, above - 1) && y - above <= thickest)
-            --above;
-        while (isInk(ink, x, below + 1) && below - y <= thickest)
-            ++below;
-        if (below - above < thickest)
+    std::vector<std::uint8_t> sorted(values, values + count);
+    const auto middle = sorted.begin() + count / 2;
+    std::nth_element(sorted.begin(), middle, sorted.end());
+    const auto alike = std::count_if(values, values + count, [usual = *middle](std::uint8_t value) {
+        return std::abs(value - usual) <= 10;
+    });
+    return alike * 10 >= count * 6;
+}
+
+// How many rows the ink goes on below, up to a limit.
+int inkBelow(const Plane& ink, int x, int y, int limit)
+{
+    int rows = 0;
+    while (rows < limit && isInk(ink, x, y + rows + 1))
+        ++rows;
+    return rows;
+}
+
+// Clears a run of one row if it belongs to a thin rule, but for the tails of letters, which go on
+// below it.
+void clearRun(Plane& ink, int y, Span columns)
+{
+    constexpr int thickest = 3;
+    std::vector<int> below;
+    for (int x = columns.begin; x < columns.end; ++x)
+        below.push_back(inkBelow(ink, x, y, thickest));
+    auto sorted = below;
+    const auto middle = sorted.begin() + static_cast<std::ptrdiff_t>(sorted.size() / 2);
+    std::nth_element(sorted.begin(), middle, sorted.end());
+    if (*middle >= thickest)
+        return;
+    for (int x = columns.begin; x < columns.end; ++x) {
+        if (below[static_cast<std::size_t>(x - columns.begin)] <= *middle)
             ink.row(y)[x] = 0;
     }
 }
@@ -119,8 +148,8 @@ void removeHorizontalRules(Plane& ink, int shortest)
         for (int x = 0; x <= ink.size.width; ++x) {
             if (isInk(before, x, y))
                 continue;
-            if (x - begin >= shortest)
-                clearRun(ink, y, begin, x, 3);
+            if (x - begin >= shortest && isEven(before.row(y) + begin, x - begin))
+                clearRun(ink, y, {begin, x});
             begin = x + 1;
         }
     }

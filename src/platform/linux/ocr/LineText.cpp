@@ -56,6 +56,27 @@ double sureBlank(const Symbol& one, const Symbol& other, const TextLine& line)
 
 } // namespace
 
+void correctPlaces(std::vector<Symbol>& symbols, const TextLine& line)
+{
+    for (std::size_t at = 1; at + 1 < symbols.size(); ++at) {
+        const double before = symbols[at - 1].centre;
+        const double after = symbols[at + 1].centre;
+        double& centre = symbols[at].centre;
+        if (before < after && (centre <= before || centre >= after))
+            centre = (before + after) / 2;
+    }
+    for (std::size_t at = 1; at < symbols.size();) {
+        const double distance = symbols[at].centre - symbols[at - 1].centre;
+        const bool twice = isLetter(symbols[at]) && isLetter(symbols[at - 1]);
+        if (line.pitch == 0 || !twice || distance >= 0.6 * line.pitch) {
+            ++at;
+            continue;
+        }
+        const bool firstIsSurer = symbols[at - 1].confidence >= symbols[at].confidence;
+        symbols.erase(symbols.begin() + static_cast<std::ptrdiff_t>(firstIsSurer ? at : at - 1));
+    }
+}
+
 void correctSpaces(std::vector<Symbol>& symbols, const TextLine& line)
 {
     enum class Gap { none, either, blank };

@@ -75,6 +75,27 @@ TEST_F(LineTextTest, PutsInAMarkThatTheEngineMissed)
     EXPECT_EQ(text(), "3.5");
 }
 
+TEST_F(LineTextTest, PutsASymbolThatIsOutOfOrderBetweenItsNeighbours)
+{
+    add("a", 0);
+    add(".", 2);
+    add("b", 2);
+    symbols[1].centre = 40;
+    correctPlaces(symbols, line);
+    EXPECT_EQ(symbols[1].centre, 8);
+}
+
+TEST_F(LineTextTest, DropsALetterThatWasReadTwiceWhereAllCharactersAreOfOneWidth)
+{
+    line.pitch = 6;
+    add("t", 0);
+    add("l", 2);
+    symbols.push_back({"L", symbols.back().centre + 2, false, 0.5});
+    add("a", 2);
+    correctPlaces(symbols, line);
+    EXPECT_EQ(text(), "tla");
+}
+
 TEST_F(LineTextTest, PutsInNoMarkThatTheEngineSaw)
 {
     add("3", 0);

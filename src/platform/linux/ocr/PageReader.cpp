@@ -24,6 +24,7 @@ ReadLine readLine(const Plane& ink, const TextLine& line, TesseractEngine& engin
     auto symbols = engine.read(makeLineImage(ink, line));
     if (symbols.empty())
         return {};
+    correctPlaces(symbols, line);
     addMissingMarks(symbols, line);
     correctSpaces(symbols, line);
     double confidence = 0;

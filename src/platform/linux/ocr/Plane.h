@@ -7,6 +7,14 @@
 
 namespace tallowbay::linux_desktop {
 
+// Rows or columns, the last one exclusive.
+struct Span {
+    int begin = 0;
+    int end = 0;
+
+    int length() const { return end - begin; }
+};
+
 // A picture of one byte a pixel, rows from the top, without padding.
 struct Plane {
     explicit Plane(PixelSize size, std::uint8_t value = 0)

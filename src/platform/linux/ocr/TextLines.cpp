@@ -109,8 +109,20 @@ private:
 
     void add(const Area& area)
     {
-        if (!inkColumns(ink, area).empty())
+        const auto runs = inkColumns(ink, area);
+        if (!runs.empty() && !isBar(area, runs))
             lines.push_back(area);
+    }
+
+    // A block of colour and no text.
+    bool isBar(const Area& area, const std::vector<Span>& runs) const
+    {
+        if (runs.size() > 2 || runs.front().length() < 8 * letterHeight)
+            return false;
+        std::int64_t inked = 0;
+        for (int y = area.rows.begin; y < area.rows.end; ++y)
+            inked += inkInRow(ink, y, runs.front());
+        return inked * 10 >= std::int64_t{runs.front().length()} * area.rows.length() * 9;
     }
 
     std::vector<Span> stripsOf(const Area& area) const
@@ -240,25 +252,33 @@ double fit(const std::vector<double>& centres, double pitch)
     return std::abs(sum) / static_cast<double>(centres.size());
 }
 
-// The width of every character if they all have the same, as in most of the lines of a page: the
-// pitch whose grid the centres of the letters fit best, each line with a grid of its own.
-double pitchOf(const std::vector<std::vector<double>>& lines, double smallLetter)
+// How well letters fit grids of that pitch, where every stretch of text has a grid of its own.
+double fit(const std::vector<std::vector<double>>& stretches, double pitch)
 {
+    double sum = 0;
     double letters = 0;
-    for (const auto& centres : lines)
-        letters += static_cast<double>(centres.size());
+    for (const auto& centres : stretches) {
+        const auto count = static_cast<double>(centres.size());
+        sum += std::pow(fit(centres, pitch), 2) * count;
+        letters += count;
+    }
+    return letters == 0 ? 0 : sum / letters;
+}
+
+// The width of every character if they all have the same, as in most of the lines of a page.
+double pitchOf(const std::vector<std::vector<double>>& stretches, double smallLetter)
+{
+    std::size_t letters = 0;
+    for (const auto& centres : stretches)
+        letters += centres.size();
     if (letters < 12)
         return 0;
     double best = 0.55;
     double pitch = 0;
     for (double candidate = smallLetter * 0.95; candidate < smallLetter * 1.4; candidate += 0.01) {
-        double sum = 0;
-        for (const auto& centres : lines)
-            sum += centres.empty()
-                ? 0
-                : std::pow(fit(centres, candidate), 2) * static_cast<double>(centres.size());
-        if (sum / letters > best) {
-            best = sum / letters;
+        const double here = fit(stretches, candidate);
+        if (here > best) {
+            best = here;
             pitch = candidate;
         }
     }
@@ -322,14 +342,26 @@ public:
         });
     }
 
-    std::vector<double> centres(const TextLine& line) const
+    // Of its letters, apart for each stretch without a wide gap.
+    std::vector<std::vector<double>> centres(const TextLine& line) const
     {
-        std::vector<double> result;
-        const Area area{line.columns(), line.rows};
+        std::vector<const Component*> inLine;
         for (const Component& letter : letters) {
-            if (inside(letter, area) && letter.width() < letterHeight * 1.4)
-                result.push_back((letter.left + letter.right) / 2.0);
+            if (inside(letter, {line.columns(), line.rows}) && letter.width() < letterHeight * 1.4)
+                inLine.push_back(&letter);
         }
+        std::sort(inLine.begin(), inLine.end(), [](const Component* one, const Component* other) {
+            return one->left < other->left;
+        });
+        std::vector<std::vector<double>> result;
+        int end = 0;
+        for (const Component* letter : inLine) {
+            if (result.empty() || letter->left - end > 2.5 * letterHeight)
+                result.emplace_back();
+            result.back().push_back((letter->left + letter->right) / 2.0);
+            end = std::max(end, letter->right);
+        }
+        std::erase_if(result, [](const auto& stretch) { return stretch.size() < 3; });
         return result;
     }
 
@@ -412,17 +444,19 @@ std::vector<TextLine> findTextLines(const Plane& ink, int letterHeight)
     }
     std::sort(sizes.begin(), sizes.end());
     const double usual = sizes.empty() ? letterHeight : sizes[sizes.size() / 4];
-    std::vector<std::vector<double>> centres;
+    std::vector<std::vector<std::vector<double>>> centres;
+    std::vector<std::vector<double>> all;
     for (TextLine& line : lines) {
         // A line without a small letter has capitals and figures only.
         const bool tall = line.smallLetter > usual * 1.2 && line.smallLetter < usual * 1.65;
         if (line.smallLetter == 0 || tall)
             line.smallLetter = usual;
         centres.push_back(measurer.centres(line));
+        all.insert(all.end(), centres.back().begin(), centres.back().end());
     }
-    const double pitch = pitchOf(centres, usual);
+    const double pitch = pitchOf(all, usual);
     for (std::size_t at = 0; at < lines.size(); ++at) {
-        if (pitch > 0 && (centres[at].size() < 3 || fit(centres[at], pitch) > 0.6))
+        if (pitch > 0 && (centres[at].empty() || fit(centres[at], pitch) > 0.4))
             lines[at].pitch = pitch;
         measurer.findMarks(lines[at]);
     }

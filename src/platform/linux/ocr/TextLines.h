@@ -6,14 +6,6 @@
 
 namespace tallowbay::linux_desktop {
 
-// Rows or columns, the last one exclusive.
-struct Span {
-    int begin = 0;
-    int end = 0;
-
-    int length() const { return end - begin; }
-};
-
 // A part of a line that is one character for sure, by its shape and its place: . - or _
 struct Mark {
     char character;
