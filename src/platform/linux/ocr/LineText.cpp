@@ -29,6 +29,14 @@ bool isLetter(const Symbol& symbol)
     return std::isalpha(code) || code >= 0xC0;
 }
 
+bool isSameLetter(const Symbol& one, const Symbol& other)
+{
+    const auto lower = [](const Symbol& symbol) {
+        return std::tolower(static_cast<unsigned char>(symbol.text[0]));
+    };
+    return isLetter(one) && one.text.size() == other.text.size() && lower(one) == lower(other);
+}
+
 bool isOneOf(const Symbol& symbol, std::string_view characters)
 {
     return symbol.text.size() == 1 && characters.find(symbol.text[0]) != std::string_view::npos;
@@ -67,7 +75,7 @@ void correctPlaces(std::vector<Symbol>& symbols, const TextLine& line)
     }
     for (std::size_t at = 1; at < symbols.size();) {
         const double distance = symbols[at].centre - symbols[at - 1].centre;
-        const bool twice = isLetter(symbols[at]) && isLetter(symbols[at - 1]);
+        const bool twice = isSameLetter(symbols[at], symbols[at - 1]);
         if (line.pitch == 0 || !twice || distance >= 0.6 * line.pitch) {
             ++at;
             continue;
