@@ -1,5 +1,6 @@
 // The screencapture helper on real X servers, used with real mouse and key events.
 
+#include "desktop/support/Rival.h"
 #include "desktop/support/Wait.h"
 #include "desktop/support/XServer.h"
 
@@ -9,90 +10,13 @@
 
 #include <gtest/gtest.h>
 
-#include <xcb/xcb.h>
-
 #include <algorithm>
 #include <csignal>
-#include <cstdlib>
 #include <memory>
 
 namespace tallowbay::test {
 
 namespace {
-
-// A client that asks for what the helper asks for.
-class Rival {
-public:
-    explicit Rival(const std::string& display)
-        : connection(xcb_connect(display.c_str(), nullptr), xcb_disconnect)
-    {
-    }
-
-    bool grabKeyboard()
-    {
-        const auto cookie = xcb_grab_keyboard(
-            connection.get(), false, root(), XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC,
-            XCB_GRAB_MODE_ASYNC);
-        const Reply<xcb_grab_keyboard_reply_t> reply(
-            xcb_grab_keyboard_reply(connection.get(), cookie, nullptr), std::free);
-        return reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
-    }
-
-    void releaseKeyboard()
-    {
-        xcb_ungrab_keyboard(connection.get(), XCB_CURRENT_TIME);
-        xcb_flush(connection.get());
-    }
-
-    bool keyboardIsHeldByAnother()
-    {
-        const bool held = !grabKeyboard();
-        releaseKeyboard();
-        return held;
-    }
-
-    // Whether a window lies over the whole desktop.
-    bool desktopIsCovered()
-    {
-        const Reply<xcb_query_tree_reply_t> tree(
-            xcb_query_tree_reply(
-                connection.get(), xcb_query_tree(connection.get(), root()), nullptr),
-            std::free);
-        const xcb_window_t* children = xcb_query_tree_children(tree.get());
-        return std::any_of(children, children + tree->children_len, [this](xcb_window_t window) {
-            return isShown(window) && isAsLargeAsDesktop(window);
-        });
-    }
-
-private:
-    template <typename T> using Reply = std::unique_ptr<T, decltype(&std::free)>;
-
-    const xcb_screen_t& screen() const
-    {
-        return *xcb_setup_roots_iterator(xcb_get_setup(connection.get())).data;
-    }
-
-    xcb_window_t root() const { return screen().root; }
-
-    bool isShown(xcb_window_t window)
-    {
-        const auto cookie = xcb_get_window_attributes(connection.get(), window);
-        const Reply<xcb_get_window_attributes_reply_t> reply(
-            xcb_get_window_attributes_reply(connection.get(), cookie, nullptr), std::free);
-        return reply && reply->map_state == XCB_MAP_STATE_VIEWABLE && reply->override_redirect;
-    }
-
-    bool isAsLargeAsDesktop(xcb_window_t window)
-    {
-        const auto cookie = xcb_get_geometry(connection.get(), window);
-        const Reply<xcb_get_geometry_reply_t> reply(
-            xcb_get_geometry_reply(connection.get(), cookie, nullptr), std::free);
-        return reply && reply->width == screen().width_in_pixels
-            && reply->height == screen().height_in_pixels;
-    }
-
-    std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection;
-};
 
 class ScreencaptureTest : public testing::Test {
 protected:
@@ -173,6 +97,14 @@ TEST_F(ScreencaptureTest, LeavesNothingButTheFile)
 {
     wholeScreen();
     EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden), QStringList("whole.png"));
+}
+
+TEST_F(ScreencaptureTest, LetsNoOtherUserReadTheFile)
+{
+    wholeScreen();
+    const auto permissions = QFile::permissions(QString::fromStdString(path("whole.png")));
+    EXPECT_TRUE(permissions & QFile::ReadOwner);
+    EXPECT_FALSE(permissions & (QFile::ReadGroup | QFile::ReadOther));
 }
 
 TEST_F(ScreencaptureTest, TakesTheRegionThatIsDragged)

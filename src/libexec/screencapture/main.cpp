@@ -62,6 +62,8 @@ int write(const QImage& image, const std::string& path)
     QSaveFile file(QString::fromStdString(path));
     if (!file.open(QIODevice::WriteOnly))
         return failed(path + ": " + file.errorString().toStdString());
+    // What a screen shows is for its user alone, also in a folder that all share.
+    file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
     QImageWriter writer(&file, "png");
     if (!writer.write(image) || !file.commit())
         return failed(path + ": " + file.errorString().toStdString());
