@@ -1,0 +1,141 @@
+#include "desktop/program/Home.h"
+#include "desktop/program/Tallowbay.h"
+#include "desktop/support/Rival.h"
+#include "desktop/support/Wait.h"
+#include "desktop/support/XServer.h"
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+
+namespace tallowbay::test {
+
+namespace {
+
+using Words = std::vector<std::string>;
+
+// The text in another program's window, from the hotkey to the clipboard.
+class TextExtractionTest : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        std::filesystem::create_directory(temporary());
+        server.run({"xsetroot", "-solid", "#306090"});
+        program = std::make_unique<Tallowbay>(
+            server, home, Words{"env", "TMPDIR=" + temporary().string()});
+    }
+
+    std::filesystem::path temporary() const { return home.folder() / "tmp"; }
+
+    // A terminal in the upper left corner, with this text in it.
+    void showText(const std::string& text)
+    {
+        const std::string ready = home.folder() / "shown";
+        window = server.start(
+            {"xterm", "-fa", "DejaVu Sans Mono", "-fs", "11", "-geometry", "60x8+40+40", "-e", "sh",
+             "-c", "printf '\\033[?25l%s' \"$0\"; : >'" + ready + "'; sleep 1000", text});
+        ASSERT_TRUE(waitUntil([&] { return std::filesystem::exists(ready); }));
+        std::filesystem::remove(ready);
+        ASSERT_TRUE(waitUntil([this] { return isDrawn(); }));
+    }
+
+    // The terminal draws when it finds the time: its text is there when the picture of the screen
+    // has more than a background, a window and its border.
+    bool isDrawn() const
+    {
+        const auto colours = server.run(
+            {"sh", "-c", "import -window root -crop 500x100+44+44 png:- | identify -format %k -"});
+        return colours.status == 0 && std::atoi(colours.output.c_str()) > 3;
+    }
+
+    void press(const std::string& keys) const
+    {
+        ASSERT_EQ(server.run({"xdotool", "key", keys}).status, 0);
+    }
+
+    void startSelecting()
+    {
+        press("ctrl+shift+x");
+        ASSERT_TRUE(waitUntil([this] { return rival.desktopIsCovered(); }));
+        ASSERT_TRUE(waitUntil([this] { return rival.keyboardIsHeldByAnother(); }));
+    }
+
+    void selectWindow() const
+    {
+        server.run({"xdotool", "mousemove", "30", "30", "mousedown", "1"});
+        server.run({"xdotool", "mousemove", "560", "190"});
+        server.run({"xdotool", "mousemove", "640", "200", "mouseup", "1"});
+    }
+
+    std::string clipboard() const
+    {
+        return server.run({"xclip", "-selection", "clipboard", "-o"}).output;
+    }
+    bool waitForClipboard(const std::string& text) const
+    {
+        return waitUntil([&] { return clipboard() == text; }, std::chrono::seconds(60));
+    }
+
+    XServer server;
+    Home home;
+    Rival rival{server.display()};
+    std::unique_ptr<ChildProcess> window;
+    std::unique_ptr<Tallowbay> program;
+};
+
+TEST_F(TextExtractionTest, CopiesTheLinesOfTheRegion)
+{
+    showText("Nobody had opened\r\nthe window of the\r\nhouse for years.");
+    startSelecting();
+    selectWindow();
+    EXPECT_TRUE(waitForClipboard("Nobody had opened\nthe window of the\nhouse for years."))
+        << clipboard();
+    EXPECT_TRUE(std::filesystem::is_empty(temporary()));
+}
+
+TEST_F(TextExtractionTest, LeavesTheClipboardAloneWhenTheUserCancels)
+{
+    const auto owner = server.start({"xclip", "-selection", "clipboard", "-quiet"}, "before");
+    ASSERT_TRUE(waitForClipboard("before"));
+    startSelecting();
+    press("Escape");
+    EXPECT_TRUE(waitUntil([this] { return !rival.desktopIsCovered(); }));
+    EXPECT_EQ(clipboard(), "before");
+    EXPECT_TRUE(std::filesystem::is_empty(temporary()));
+
+    showText("Another attempt");
+    startSelecting();
+    selectWindow();
+    EXPECT_TRUE(waitForClipboard("Another attempt")) << clipboard();
+}
+
+TEST_F(TextExtractionTest, GathersTheTextsOfABatch)
+{
+    showText("The first text");
+    startSelecting();
+    selectWindow();
+    ASSERT_TRUE(waitForClipboard("The first text")) << clipboard();
+    window.reset();
+    showText("And the second");
+    startSelecting();
+    selectWindow();
+    EXPECT_TRUE(waitForClipboard("The first text\n\nAnd the second")) << clipboard();
+}
+
+TEST_F(TextExtractionTest, KeepsTheBatchThroughAPasteDuringTheCapture)
+{
+    showText("Read while pasting");
+    home.takeScreenshot(1);
+    ASSERT_TRUE(program->waitForLine("Clipboard updated: 1 image(s)"));
+    startSelecting();
+    press("ctrl+v");
+    EXPECT_TRUE(program->waitForLine(">>> resetBatch SKIPPED — OCR in progress"));
+    selectWindow();
+    ASSERT_TRUE(waitForClipboard("Read while pasting")) << clipboard();
+    press("ctrl+v");
+    EXPECT_TRUE(program->waitForLine(">>> resetBatch — clearing 1 URL(s), 1 OCR text(s)"));
+}
+
+} // namespace
+
+} // namespace tallowbay::test
