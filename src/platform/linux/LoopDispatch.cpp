@@ -1,6 +1,6 @@
 #include "platform/linux/LoopDispatch.h"
 
-#include "platform/linux/ThreadSerialQueue.h"
+#include "platform/threads/ThreadSerialQueue.h"
 
 #include <algorithm>
 #include <utility>
@@ -69,7 +69,7 @@ void LoopDispatch::globalAsync(QualityOfService quality, Task task)
 
 std::unique_ptr<SerialQueue> LoopDispatch::makeSerialQueue(std::string_view label)
 {
-    return std::make_unique<ThreadSerialQueue>(label);
+    return std::make_unique<threads::ThreadSerialQueue>(label);
 }
 
 void LoopDispatch::addTimer(MonotonicTime due, Task task)

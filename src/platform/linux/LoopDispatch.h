@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/Clock.h"
-#include "platform/linux/GlobalQueues.h"
+#include "platform/threads/GlobalQueues.h"
 
 #include <map>
 
@@ -38,7 +38,7 @@ private:
     std::multimap<MonotonicTime, Task> timers; // equal times keep the order they were given in
 
     // Last, so that they end first: their tasks post to the main queue.
-    GlobalQueues globalQueues;
+    threads::GlobalQueues globalQueues;
 };
 
 } // namespace tallowbay::linux_desktop

@@ -1,6 +1,6 @@
 #include "platform/qt/QtDispatch.h"
 
-#include "platform/linux/ThreadSerialQueue.h"
+#include "platform/threads/ThreadSerialQueue.h"
 
 namespace tallowbay::qt {
 
@@ -26,7 +26,7 @@ void QtDispatch::globalAsync(QualityOfService quality, Task task)
 
 std::unique_ptr<SerialQueue> QtDispatch::makeSerialQueue(std::string_view label)
 {
-    return std::make_unique<linux_desktop::ThreadSerialQueue>(label);
+    return std::make_unique<threads::ThreadSerialQueue>(label);
 }
 
 } // namespace tallowbay::qt

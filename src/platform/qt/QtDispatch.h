@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/linux/GlobalQueues.h"
 #include "platform/qt/MainQueue.h"
+#include "platform/threads/GlobalQueues.h"
 
 namespace tallowbay::qt {
 
@@ -25,7 +25,7 @@ private:
     MainQueue mainQueue;
 
     // Last, so that they end first: their tasks post to the main queue.
-    linux_desktop::GlobalQueues globalQueues;
+    threads::GlobalQueues globalQueues;
 };
 
 } // namespace tallowbay::qt

@@ -1,8 +1,8 @@
-#include "platform/linux/ThreadSerialQueue.h"
+#include "platform/threads/ThreadSerialQueue.h"
 
 #include <utility>
 
-namespace tallowbay::linux_desktop {
+namespace tallowbay::threads {
 
 namespace {
 
@@ -25,4 +25,4 @@ void ThreadSerialQueue::async(Task task)
     pool.async(std::move(task));
 }
 
-} // namespace tallowbay::linux_desktop
+} // namespace tallowbay::threads

@@ -1,6 +1,6 @@
-#include "platform/linux/WorkerPool.h"
+#include "platform/threads/WorkerPool.h"
 
-#include "platform/linux/ThreadSerialQueue.h"
+#include "platform/threads/ThreadSerialQueue.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 #include <future>
 #include <memory>
 
-namespace tallowbay::linux_desktop {
+namespace tallowbay::threads {
 
 namespace {
 
@@ -136,4 +136,4 @@ TEST(ThreadSerialQueueTest, RunsOneTaskAtATime)
 
 } // namespace
 
-} // namespace tallowbay::linux_desktop
+} // namespace tallowbay::threads

@@ -1,8 +1,8 @@
-#include "platform/linux/GlobalQueues.h"
+#include "platform/threads/GlobalQueues.h"
 
 #include <utility>
 
-namespace tallowbay::linux_desktop {
+namespace tallowbay::threads {
 
 void GlobalQueues::async(QualityOfService quality, Task task)
 {
@@ -16,4 +16,4 @@ void GlobalQueues::end()
     userInitiated.end();
 }
 
-} // namespace tallowbay::linux_desktop
+} // namespace tallowbay::threads

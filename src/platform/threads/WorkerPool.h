@@ -11,7 +11,7 @@
 #include <thread>
 #include <vector>
 
-namespace tallowbay::linux_desktop {
+namespace tallowbay::threads {
 
 // Runs tasks on a bounded number of threads, each started when there is work for it.
 //
@@ -50,4 +50,4 @@ private:
     bool ending = false;
 };
 
-} // namespace tallowbay::linux_desktop
+} // namespace tallowbay::threads

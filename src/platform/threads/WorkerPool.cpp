@@ -1,11 +1,11 @@
-#include "platform/linux/WorkerPool.h"
+#include "platform/threads/WorkerPool.h"
 
 #include <algorithm>
 #include <utility>
 
 #include <pthread.h>
 
-namespace tallowbay::linux_desktop {
+namespace tallowbay::threads {
 
 namespace {
 
@@ -78,4 +78,4 @@ Task WorkerPool::nextTask()
     return task;
 }
 
-} // namespace tallowbay::linux_desktop
+} // namespace tallowbay::threads

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "platform/linux/WorkerPool.h"
+#include "platform/threads/WorkerPool.h"
 
 #include <string_view>
 
-namespace tallowbay::linux_desktop {
+namespace tallowbay::threads {
 
 // A serial queue with a thread of its own, started with the first task.
 class ThreadSerialQueue : public SerialQueue {
@@ -16,4 +16,4 @@ private:
     WorkerPool pool;
 };
 
-} // namespace tallowbay::linux_desktop
+} // namespace tallowbay::threads

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/linux/WorkerPool.h"
+#include "platform/threads/WorkerPool.h"
 
-namespace tallowbay::linux_desktop {
+namespace tallowbay::threads {
 
 // The background queues of the process: a pool of threads for each quality of service.
 //
@@ -19,4 +19,4 @@ private:
     WorkerPool userInitiated{"initiated", WorkerPool::defaultThreadLimit()};
 };
 
-} // namespace tallowbay::linux_desktop
+} // namespace tallowbay::threads
