@@ -25,6 +25,13 @@ void notify(X11Session& session, const xcb_selection_request_event_t& request, x
     xcb_flush(session.connection());
 }
 
+// The server's clock begins anew every 49 days, so "earlier" has to mean "not long ago".
+bool isShortlyBefore(xcb_timestamp_t one, xcb_timestamp_t other)
+{
+    constexpr xcb_timestamp_t hour = 3600 * 1000;
+    return other != XCB_CURRENT_TIME && one != other && other - one < hour;
+}
+
 } // namespace
 
 SelectionAnswers::SelectionAnswers(X11Session& session, Send send)
@@ -48,7 +55,7 @@ bool SelectionAnswers::mayAsk(
     const xcb_selection_request_event_t& request, const ClipboardOffer& offer) const
 {
     const bool tooOld =
-        request.time != XCB_CURRENT_TIME && isBefore(request.time, offer.ownedSince);
+        request.time != XCB_CURRENT_TIME && isShortlyBefore(request.time, offer.ownedSince);
     return request.selection == session.atom("CLIPBOARD") && request.owner == session.window()
         && request.requestor != session.window() && !tooOld;
 }

@@ -26,14 +26,19 @@ SelectionTransfers::SelectionTransfers(X11Session& session, Dispatch& dispatch)
 bool SelectionTransfers::send(
     xcb_window_t window, xcb_atom_t property, xcb_atom_t type, std::string bytes)
 {
-    if (const auto earlier = find(window, property); earlier != transfers.end())
-        end(earlier);
+    forget(window, property);
     if (bytes.size() > pieceLength())
         return begin({window, property, type, std::move(bytes)});
     xcb_change_property(
         session.connection(), XCB_PROP_MODE_REPLACE, window, property, type, 8,
         std::uint32_t(bytes.size()), bytes.data());
     return true;
+}
+
+void SelectionTransfers::forget(xcb_window_t window, xcb_atom_t property)
+{
+    if (const auto earlier = find(window, property); earlier != transfers.end())
+        end(earlier);
 }
 
 void SelectionTransfers::handle(const X11Event& event)

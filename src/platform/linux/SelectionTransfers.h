@@ -22,6 +22,9 @@ public:
     // False if the window is not there.
     bool send(xcb_window_t, xcb_atom_t property, xcb_atom_t type, std::string bytes);
 
+    // A program that asks anew for the same property has given up what it asked for before.
+    void forget(xcb_window_t, xcb_atom_t property);
+
     // To be shown every event of the session's main queue.
     void handle(const X11Event&);
 

@@ -102,6 +102,22 @@ TEST_F(SelectionTransfersTest, BeginsAgainForOneThatAsksTwice)
     EXPECT_EQ(pasteboard.transferCount(), 0u);
 }
 
+// A piece of the list that was given up would come in the place of the removed answer.
+TEST_F(SelectionTransfersTest, GivesUpALongListForOneThatAsksForSomethingElseInItsPlace)
+{
+    pasteboard.writeFiles(manyFiles(20000));
+    client.request("text/uri-list");
+    ASSERT_TRUE(granted());
+    ASSERT_EQ(client.look().type, client.atom("INCR"));
+
+    client.request("TARGETS");
+    ASSERT_TRUE(granted());
+    EXPECT_EQ(client.take().type, client.atom("ATOM"));
+    desktop.settle();
+    EXPECT_EQ(client.look().type, xcb_atom_t(XCB_ATOM_NONE));
+    EXPECT_EQ(pasteboard.transferCount(), 0u);
+}
+
 TEST_F(SelectionTransfersTest, ForgetsARequestorThatDies)
 {
     pasteboard.writeFiles(manyFiles(20000));

@@ -173,6 +173,7 @@ void X11Pasteboard::noteOtherOwner(const X11Event& event)
 
 void X11Pasteboard::answer(const xcb_selection_request_event_t& request)
 {
+    transfers.forget(request.requestor, request.property);
     if (!toolkit.has(request.requestor))
         answers.answer(request, offer().get());
 }
