@@ -88,6 +88,9 @@ ensure_mozjpeg() {
   }
 }
 
+# A compiler cache serves every checkout of the machine, wherever it lies.
+export CCACHE_BASEDIR=$PWD CCACHE_NOHASHDIR=1
+
 # build PRESET TARGET...
 build() {
   local preset=$1
