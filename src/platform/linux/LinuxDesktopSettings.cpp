@@ -54,8 +54,7 @@ std::vector<std::string> namePrefixes()
         for (const char* separator : {" ", "_"})
             prefixes.push_back(std::string(translation.word) + separator);
     std::ranges::sort(prefixes);
-    const auto repeated = std::ranges::unique(prefixes);
-    prefixes.erase(repeated.begin(), repeated.end());
+    prefixes.erase(std::unique(prefixes.begin(), prefixes.end()), prefixes.end());
     return prefixes;
 }
 
