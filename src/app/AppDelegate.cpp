@@ -2,6 +2,7 @@
 
 #include "editor/EditorStrip.h"
 #include "platform/Application.h"
+#include "platform/Pasteboard.h"
 #include "platform/Processes.h"
 #include "platform/UserDefaults.h"
 
@@ -83,6 +84,7 @@ void AppDelegate::applicationWillTerminate()
     watcher.stop();
     screenshotBatch.abandonJobs();
     screenshotBatch.clearTallowbayClipboard();
+    platform.pasteboard.handOver(std::chrono::seconds(1)); // recognised text outlives us
     pasteWatcher.stopPolling();
     cleanup.stop();
     locationPoll.stop();

@@ -465,6 +465,23 @@ TEST_F(AppDelegateTest, LeavesForeignFilesOnThePasteboardAtQuit)
     EXPECT_EQ(desktop.pasteboard.files, Paths{"/etc/hostname"});
 }
 
+TEST_F(AppDelegateTest, HandsARecognisedTextToTheDesktopAtQuit)
+{
+    launch();
+    desktop.pasteboard.writeText("recognised");
+    app->applicationWillTerminate();
+    EXPECT_EQ(desktop.pasteboard.keptText, "recognised");
+}
+
+TEST_F(AppDelegateTest, HandsNoTextOfOthersToTheDesktopAtQuit)
+{
+    launch();
+    desktop.pasteboard.copyTextElsewhere("copied elsewhere");
+    app->applicationWillTerminate();
+    EXPECT_EQ(desktop.pasteboard.keptText, "");
+    EXPECT_EQ(desktop.pasteboard.text, "copied elsewhere");
+}
+
 TEST_F(AppDelegateTest, TakesTheBatchOffThePasteboardAtQuit)
 {
     launch();
