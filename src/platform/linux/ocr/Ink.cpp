@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <map>
 
 namespace tallowbay::linux_desktop {
 
@@ -191,13 +192,16 @@ bool looksLikeALetter(const Component& part)
 
 } // namespace
 
+// A third of all letters, by the width they take, are not higher: dots and quotes are many at times
+// but narrow.
 int letterHeight(const Plane& ink)
 {
     const Labels labels = labelComponents(ink.size, [&](int x1, int y1, int x2, int y2) {
         return (ink.row(y1)[x1] >= faintest * 2) == (ink.row(y2)[x2] >= faintest * 2);
     });
-    std::vector<int> heights;
     std::vector<bool> seen(labels.components.size());
+    std::map<int, std::int64_t> widthOfHeight;
+    std::int64_t width = 0;
     for (int y = 0; y < ink.size.height; ++y) {
         for (int x = 0; x < ink.size.width; ++x) {
             const auto label = static_cast<std::size_t>(labels.at(x, y));
@@ -205,15 +209,19 @@ int letterHeight(const Plane& ink)
                 continue;
             seen[label] = true;
             const Component& part = labels.components[label];
-            if (looksLikeALetter(part))
-                heights.push_back(part.height());
+            if (!looksLikeALetter(part))
+                continue;
+            widthOfHeight[part.height()] += part.width();
+            width += part.width();
         }
     }
-    if (heights.empty())
-        return 0;
-    const auto middle = heights.begin() + static_cast<std::ptrdiff_t>(heights.size() / 3);
-    std::nth_element(heights.begin(), middle, heights.end());
-    return *middle;
+    std::int64_t passed = 0;
+    for (const auto& [height, itsWidth] : widthOfHeight) {
+        passed += itsWidth;
+        if (passed * 3 >= width)
+            return height;
+    }
+    return 0;
 }
 
 namespace {

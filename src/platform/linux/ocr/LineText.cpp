@@ -29,14 +29,6 @@ bool isLetter(const Symbol& symbol)
     return std::isalpha(code) || code >= 0xC0;
 }
 
-bool isSameLetter(const Symbol& one, const Symbol& other)
-{
-    const auto lower = [](const Symbol& symbol) {
-        return std::tolower(static_cast<unsigned char>(symbol.text[0]));
-    };
-    return isLetter(one) && one.text.size() == other.text.size() && lower(one) == lower(other);
-}
-
 bool isOneOf(const Symbol& symbol, std::string_view characters)
 {
     return symbol.text.size() == 1 && characters.find(symbol.text[0]) != std::string_view::npos;
@@ -64,6 +56,19 @@ double sureBlank(const Symbol& one, const Symbol& other, const TextLine& line)
 
 } // namespace
 
+namespace {
+
+// Two ways to read one letter.
+bool areLookalikes(const Symbol& one, const Symbol& other)
+{
+    if (one.text == other.text)
+        return false;
+    return (isOneOf(one, "lL1I|") && isOneOf(other, "lL1I|"))
+        || (isOneOf(one, "O0o") && isOneOf(other, "O0o"));
+}
+
+} // namespace
+
 void correctPlaces(std::vector<Symbol>& symbols, const TextLine& line)
 {
     for (std::size_t at = 1; at + 1 < symbols.size(); ++at) {
@@ -75,7 +80,7 @@ void correctPlaces(std::vector<Symbol>& symbols, const TextLine& line)
     }
     for (std::size_t at = 1; at < symbols.size();) {
         const double distance = symbols[at].centre - symbols[at - 1].centre;
-        const bool twice = isSameLetter(symbols[at], symbols[at - 1]);
+        const bool twice = areLookalikes(symbols[at], symbols[at - 1]);
         if (line.pitch == 0 || !twice || distance >= 0.6 * line.pitch) {
             ++at;
             continue;
@@ -132,12 +137,26 @@ bool isThere(const std::vector<Symbol>& symbols, const Mark& mark, double reach)
     });
 }
 
+// A mark that the engine took for another one.
+bool replaceMistaken(std::vector<Symbol>& symbols, const Mark& mark, double reach)
+{
+    const double middle = (mark.columns.begin + mark.columns.end) / 2.0;
+    for (Symbol& symbol : symbols) {
+        if (std::abs(symbol.centre - middle) >= reach || !isOneOf(symbol, "-._~*"))
+            continue;
+        symbol.text = mark.character;
+        return true;
+    }
+    return false;
+}
+
 } // namespace
 
 void addMissingMarks(std::vector<Symbol>& symbols, const TextLine& line)
 {
     for (const Mark& mark : line.marks) {
-        if (isThere(symbols, mark, 1.5 * line.smallLetter))
+        if (isThere(symbols, mark, 1.5 * line.smallLetter)
+            || replaceMistaken(symbols, mark, 0.5 * line.smallLetter))
             continue;
         const double middle = (mark.columns.begin + mark.columns.end) / 2.0;
         const auto next = std::find_if(symbols.begin(), symbols.end(), [&](const Symbol& symbol) {

@@ -96,6 +96,24 @@ TEST_F(LineTextTest, DropsALetterThatWasReadTwiceWhereAllCharactersAreOfOneWidth
     EXPECT_EQ(text(), "tla");
 }
 
+TEST_F(LineTextTest, KeepsALetterThatIsThereTwice)
+{
+    line.pitch = 6;
+    add("l", 0);
+    symbols.push_back({"l", symbols.back().centre + 2, false, 0.5});
+    correctPlaces(symbols, line);
+    EXPECT_EQ(symbols.size(), 2u);
+}
+
+TEST_F(LineTextTest, PutsRightAMarkThatWasTakenForAnother)
+{
+    add("-", 0);
+    add("b", 2);
+    line.marks.push_back({'.', {0, 4}});
+    addMissingMarks(symbols, line);
+    EXPECT_EQ(text(), ".b");
+}
+
 TEST_F(LineTextTest, PutsInNoMarkThatTheEngineSaw)
 {
     add("3", 0);

@@ -158,11 +158,19 @@ private:
         const Area right{{cut, area.columns.end}, area.rows};
         const auto lefts = stripsOf(left);
         const auto rights = stripsOf(right);
-        if (lefts.size() < 2 || rights.size() < 2)
+        if (!areLines(lefts) || !areLines(rights))
             return 0;
         const auto fewer = static_cast<std::ptrdiff_t>(std::min(lefts.size(), rights.size()));
         const bool level = levelCount(lefts, rights) * 2 >= fewer;
         return level && !(isRunningText(left, lefts) && isRunningText(right, rights)) ? 0 : cut;
+    }
+
+    // Whether these are some lines of text, each by itself.
+    bool areLines(const std::vector<Span>& strips) const
+    {
+        return strips.size() >= 3 && std::ranges::all_of(strips, [this](Span strip) {
+                   return strip.length() >= letterHeight * 0.8 && strip.length() <= tallest();
+               });
     }
 
     // How many of the lines have one on the other side at the same height.

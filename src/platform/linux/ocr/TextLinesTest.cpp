@@ -39,18 +39,30 @@ TEST(TextLinesTest, KnowWhetherAllCharactersAreOfOneWidth)
 
 TEST(TextLinesTest, ComeSideBySideFromLeftToRightIfTheyAreNotLevel)
 {
-    QImage picture(560, 120, QImage::Format_RGB32);
+    QImage picture(560, 140, QImage::Format_RGB32);
     picture.fill(0xFFFFFFFFu);
-    TextDrawing::drawInto(picture, {"Left above", "Left below"}, {}, 10);
-    QImage right(300, 120, QImage::Format_RGB32);
+    TextDrawing::drawInto(picture, {"Left above", "Left between", "Left below"}, {}, 10);
+    QImage right(300, 140, QImage::Format_RGB32);
     right.fill(0xFFFFFFFFu);
-    TextDrawing::drawInto(right, {"Right above", "Right below"}, {}, 20);
+    TextDrawing::drawInto(right, {"Right above", "Right between", "Right below"}, {}, 20);
     QPainter(&picture).drawImage(240, 0, right);
     const auto lines = linesOf(TextDrawing::bitmapOf(picture));
-    ASSERT_EQ(lines.size(), 4u);
-    EXPECT_LT(lines[1].columns().end, lines[2].columns().begin);
+    ASSERT_EQ(lines.size(), 6u);
+    EXPECT_LT(lines[2].columns().end, lines[3].columns().begin);
     EXPECT_LT(lines[0].rows.begin, lines[1].rows.begin);
-    EXPECT_LT(lines[2].rows.begin, lines[3].rows.begin);
+    EXPECT_LT(lines[3].rows.begin, lines[4].rows.begin);
+}
+
+TEST(TextLinesTest, GoAcrossTheColumnsOfATable)
+{
+    QImage picture(560, 140, QImage::Format_RGB32);
+    picture.fill(0xFFFFFFFFu);
+    TextDrawing::drawInto(picture, {"North", "South", "West", "East"}, {}, 10);
+    QImage right(200, 140, QImage::Format_RGB32);
+    right.fill(0xFFFFFFFFu);
+    TextDrawing::drawInto(right, {"12.5", "7.25", "310", "42"}, {}, 10);
+    QPainter(&picture).drawImage(240, 0, right);
+    EXPECT_EQ(linesOf(TextDrawing::bitmapOf(picture)).size(), 4u);
 }
 
 TEST(TextLinesTest, KnowTheirFullStopsHyphensAndUnderscores)
