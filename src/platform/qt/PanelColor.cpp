@@ -18,7 +18,7 @@ namespace {
 constexpr QRgb onLightPanel = 0xff2e2e32;
 constexpr QRgb onDarkPanel = 0xfff4f4f6;
 
-// The tray specification's property holds red, green and blue of four colours, the foreground
+// The tray protocol's property holds red, green and blue of four colours, the foreground
 // first, each as 16 bits.
 std::optional<QColor> colorOfTray(std::uint32_t trayWindow)
 {
