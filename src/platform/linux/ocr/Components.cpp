@@ -39,4 +39,12 @@ Labels makeLabels(PixelSize size, std::vector<std::int32_t> parents)
     return result;
 }
 
+std::vector<Component> componentsOf(const Plane& plane, std::uint8_t least)
+{
+    const auto isIn = [&](int x, int y) { return plane.row(y)[x] >= least; };
+    const Labels labels = labelComponents(
+        plane.size, [&](int x1, int y1, int x2, int y2) { return isIn(x1, y1) == isIn(x2, y2); });
+    return componentsWhere(labels, isIn);
+}
+
 } // namespace tallowbay::linux_desktop

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Bitmap.h"
+#include "platform/linux/ocr/Plane.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -33,10 +33,6 @@ struct Labels {
             [static_cast<std::size_t>(y) * static_cast<std::size_t>(size.width)
              + static_cast<std::size_t>(x)];
     }
-    const Component& componentAt(int x, int y) const
-    {
-        return components[static_cast<std::size_t>(at(x, y))];
-    }
 };
 
 // Turns parents, as left by joins, into labels from zero, and measures the components.
@@ -66,5 +62,26 @@ template <typename Joined> Labels labelComponents(PixelSize size, Joined joined)
     }
     return makeLabels(size, std::move(parents));
 }
+
+// The components whose pixels the test, given their places, holds for. All pixels of one component
+// must be of one kind.
+template <typename Test> std::vector<Component> componentsWhere(const Labels& labels, Test holds)
+{
+    std::vector<Component> found;
+    std::vector<bool> seen(labels.components.size());
+    for (int y = 0; y < labels.size.height; ++y) {
+        for (int x = 0; x < labels.size.width; ++x) {
+            const auto label = static_cast<std::size_t>(labels.at(x, y));
+            if (seen[label] || !holds(x, y))
+                continue;
+            seen[label] = true;
+            found.push_back(labels.components[label]);
+        }
+    }
+    return found;
+}
+
+// The connected sets of pixels of at least that value.
+std::vector<Component> componentsOf(const Plane&, std::uint8_t least);
 
 } // namespace tallowbay::linux_desktop

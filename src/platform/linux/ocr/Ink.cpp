@@ -196,24 +196,13 @@ bool looksLikeALetter(const Component& part)
 // but narrow.
 int letterHeight(const Plane& ink)
 {
-    const Labels labels = labelComponents(ink.size, [&](int x1, int y1, int x2, int y2) {
-        return (ink.row(y1)[x1] >= faintest * 2) == (ink.row(y2)[x2] >= faintest * 2);
-    });
-    std::vector<bool> seen(labels.components.size());
     std::map<int, std::int64_t> widthOfHeight;
     std::int64_t width = 0;
-    for (int y = 0; y < ink.size.height; ++y) {
-        for (int x = 0; x < ink.size.width; ++x) {
-            const auto label = static_cast<std::size_t>(labels.at(x, y));
-            if (ink.row(y)[x] < faintest * 2 || seen[label])
-                continue;
-            seen[label] = true;
-            const Component& part = labels.components[label];
-            if (!looksLikeALetter(part))
-                continue;
-            widthOfHeight[part.height()] += part.width();
-            width += part.width();
-        }
+    for (const Component& part : componentsOf(ink, faintest * 2)) {
+        if (!looksLikeALetter(part))
+            continue;
+        widthOfHeight[part.height()] += part.width();
+        width += part.width();
     }
     std::int64_t passed = 0;
     for (const auto& [height, itsWidth] : widthOfHeight) {
