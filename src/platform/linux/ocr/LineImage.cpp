@@ -15,7 +15,7 @@ constexpr double below = 0.5; // from the baseline to the end of a tail
 constexpr double widestGap = 1.6;
 constexpr double sideMargin = 0.3;
 constexpr int rowMargin = 2; // pixels
-constexpr int height = 48; // of the picture, in pixels
+constexpr int height = 36; // of the picture, in pixels, as the engine wants it
 
 int letters(const TextLine& line, double count)
 {
