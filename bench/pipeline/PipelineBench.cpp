@@ -134,9 +134,9 @@ void measureOverhead(const XServer& server, const QSize& size, int shots)
     }
     std::printf(
         "overhead %dx%d, %d shots: median %.1f ms, 99th percentile %.1f ms "
-        "(bare pngquant: median %.1f ms)\n",
+        "(bare pngquant: median %.1f ms, 99th percentile %.1f ms)\n",
         size.width(), size.height(), shots, quantile(overhead, 0.5), quantile(overhead, 0.99),
-        quantile(bare, 0.5));
+        quantile(bare, 0.5), quantile(bare, 0.99));
 }
 
 std::map<std::string, long> statusOf(pid_t process)
