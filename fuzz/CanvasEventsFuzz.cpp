@@ -1,8 +1,8 @@
 // Whatever the user does, in whatever order: the canvas keeps its invariants.
 
+#include "base/Fatal.h"
 #include "editor/CanvasSession.h"
 #include "fuzz/FuzzTarget.h"
-#include "platform/Fatal.h"
 
 #include <random>
 

@@ -1,9 +1,9 @@
 // Whatever bytes claim to be a picture: the codec gives an error or a picture that can be written
 // and read again.
 
+#include "base/Fatal.h"
 #include "fuzz/FuzzTarget.h"
-#include "platform/Fatal.h"
-#include "platform/qt/QtImageCodec.h"
+#include "platform/qt/graphics/QtImageCodec.h"
 
 #include <QBuffer>
 #include <QColorSpace>

@@ -1,12 +1,12 @@
 #include "editor/AnnotationConstants.h"
 #include "editor/AnnotationExporter.h"
 #include "editor/CanvasRenderer.h"
-#include "platform/linux/LinuxResources.h"
-#include "platform/linux/PosixFileSystem.h"
-#include "platform/linux/PosixProcesses.h"
-#include "platform/qt/BitmapImage.h"
-#include "platform/qt/QtGraphicsContext.h"
-#include "platform/qt/QtImageCodec.h"
+#include "platform/posix/LinuxResources.h"
+#include "platform/posix/PosixProcesses.h"
+#include "platform/posix/files/PosixFileSystem.h"
+#include "platform/qt/graphics/BitmapImage.h"
+#include "platform/qt/graphics/QtGraphicsContext.h"
+#include "platform/qt/graphics/QtImageCodec.h"
 
 #include <QGuiApplication>
 #include <QPainter>
@@ -112,15 +112,15 @@ BENCHMARK(redrawWithFiftyItems)->Unit(benchmark::kMillisecond);
 
 // A save's tools in a folder of their own.
 struct Workshop {
-    linux_desktop::PosixFileSystem files;
-    linux_desktop::PosixProcesses processes;
-    linux_desktop::LinuxResources resources{
-        linux_desktop::runningProgramFolder(), [](const std::string&) { return false; }};
+    posix::PosixFileSystem files;
+    posix::PosixProcesses processes;
+    posix::LinuxResources resources{
+        posix::runningProgramFolder(), [](const std::string&) { return false; }};
     qt::QtImageCodec codec;
     qt::QtOffscreenGraphics graphics{qt::GraphicsFonts()};
     std::filesystem::path folder = files.makeTemporaryFolder().value();
     ImageCompressor compressor =
-        ImageCompressor(files, processes, resources, linux_desktop::linuxToolPaths(resources))
+        ImageCompressor(files, processes, resources, posix::linuxToolPaths(resources))
             .into(folder / "optimized");
     AnnotationExporter exporter{files, codec, graphics, compressor};
     std::filesystem::path source = folder / "Screenshot.png";

@@ -6,11 +6,11 @@
 
 #include "EditDistance.h"
 #include "platform/headless/VirtualTime.h"
-#include "platform/linux/PosixFileSystem.h"
-#include "platform/linux/PosixProcesses.h"
-#include "platform/linux/TemporaryFolder.h"
-#include "platform/linux/ocr/TesseractRecognizer.h"
-#include "platform/qt/QtImageCodec.h"
+#include "platform/posix/PosixProcesses.h"
+#include "platform/posix/files/PosixFileSystem.h"
+#include "platform/qt/graphics/QtImageCodec.h"
+#include "platform/tesseract/TesseractRecognizer.h"
+#include "support/TemporaryFolder.h"
 
 #include <algorithm>
 #include <chrono>
@@ -25,7 +25,7 @@ namespace tallowbay::bench {
 namespace {
 
 namespace fs = std::filesystem;
-using linux_desktop::PosixFileSystem;
+using posix::PosixFileSystem;
 
 struct Options {
     bool cold = false;
@@ -58,7 +58,7 @@ public:
     {
         return timed([&] {
             if (cold || !recognizer)
-                recognizer = std::make_unique<linux_desktop::TesseractRecognizer>(dispatch);
+                recognizer = std::make_unique<tesseract::TesseractRecognizer>(dispatch);
             auto loaded = loadImage(files, codec, picture);
             std::string text;
             recognizer->recognize(
@@ -77,7 +77,7 @@ private:
     headless::VirtualDispatch dispatch{clock};
     PosixFileSystem files;
     qt::QtImageCodec codec;
-    std::unique_ptr<linux_desktop::TesseractRecognizer> recognizer;
+    std::unique_ptr<tesseract::TesseractRecognizer> recognizer;
 };
 
 class PlainCommand {
@@ -92,8 +92,8 @@ public:
     }
 
 private:
-    linux_desktop::TemporaryFolder folder;
-    linux_desktop::PosixProcesses processes;
+    test::TemporaryFolder folder;
+    posix::PosixProcesses processes;
     PosixFileSystem files;
 };
 

@@ -3,8 +3,10 @@
 #include "editor/EditorStrip.h"
 #include "platform/Application.h"
 #include "platform/Pasteboard.h"
-#include "platform/Processes.h"
+#include "platform/Resources.h"
+#include "platform/Updater.h"
 #include "platform/UserDefaults.h"
+#include "platform/UserDefaultsStore.h"
 
 namespace tallowbay {
 

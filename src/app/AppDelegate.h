@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/AutomaticCleanup.h"
 #include "app/Command.h"
 #include "app/LocationPoll.h"
 #include "app/OCRTrigger.h"
@@ -7,12 +8,12 @@
 #include "app/PasteWatcher.h"
 #include "app/ScreenshotBatch.h"
 #include "app/ScreenshotWatcher.h"
+#include "base/Lifetime.h"
 #include "capture/ScreenshotLocation.h"
-#include "hotkeys/AutomaticCleanup.h"
 #include "hotkeys/HotkeyCenter.h"
-#include "platform/Lifetime.h"
 #include "platform/Menu.h"
 #include "platform/Platform.h"
+#include "platform/StatusBar.h"
 #include "ui/ToastWindow.h"
 
 #include <functional>

@@ -1,9 +1,10 @@
 #include "app/LocationPoll.h"
 
 #include "app/ScreenshotWatcher.h"
-#include "platform/Application.h"
+#include "platform/Alerts.h"
 #include "platform/FileSystem.h"
 #include "platform/Processes.h"
+#include "platform/ToolPaths.h"
 
 namespace tallowbay {
 

@@ -4,6 +4,7 @@
 #include "ocr/OCRCapture.h"
 #include "platform/Pasteboard.h"
 #include "platform/UserDefaults.h"
+#include "platform/UserDefaultsStore.h"
 #include "ui/ToastWindow.h"
 
 namespace tallowbay {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Lifetime.h"
+#include "base/Lifetime.h"
 #include "platform/Platform.h"
 
 #include <optional>

@@ -3,8 +3,8 @@
 #include "app/ScreenshotBatch.h"
 #include "capture/ProductFolder.h"
 #include "editor/EditorStrip.h"
-#include "platform/FileEvents.h"
 #include "platform/FileSystem.h"
+#include "platform/FolderEvents.h"
 
 namespace tallowbay {
 

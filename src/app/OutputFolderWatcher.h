@@ -1,7 +1,7 @@
 #pragma once
 
+#include "base/Subscription.h"
 #include "platform/Platform.h"
-#include "platform/Subscription.h"
 
 #include <functional>
 #include <vector>

@@ -2,6 +2,8 @@
 
 #include "platform/Console.h"
 #include "platform/Dispatch.h"
+#include "platform/KeyPoster.h"
+#include "platform/KeyTap.h"
 #include "platform/Permissions.h"
 
 namespace tallowbay {

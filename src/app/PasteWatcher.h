@@ -1,9 +1,9 @@
 #pragma once
 
+#include "base/Lifetime.h"
+#include "base/Subscription.h"
 #include "platform/Keys.h"
-#include "platform/Lifetime.h"
 #include "platform/Platform.h"
-#include "platform/Subscription.h"
 
 #include <functional>
 #include <optional>

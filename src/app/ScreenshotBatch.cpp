@@ -8,6 +8,7 @@
 #include "platform/FileSystem.h"
 #include "platform/Pasteboard.h"
 #include "platform/UserDefaults.h"
+#include "platform/UserDefaultsStore.h"
 #include "ui/ToastWindow.h"
 
 #include <algorithm>

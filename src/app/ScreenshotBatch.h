@@ -1,7 +1,7 @@
 #pragma once
 
+#include "base/Lifetime.h"
 #include "capture/ImageCompressor.h"
-#include "platform/Lifetime.h"
 #include "platform/Platform.h"
 
 #include <atomic>

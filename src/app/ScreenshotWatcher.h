@@ -1,9 +1,9 @@
 #pragma once
 
+#include "base/Lifetime.h"
 #include "capture/ScreenshotLocation.h"
 #include "platform/Dispatch.h"
 #include "platform/FileEvents.h"
-#include "platform/Lifetime.h"
 #include "platform/Platform.h"
 
 #include <functional>

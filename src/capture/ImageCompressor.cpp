@@ -1,7 +1,7 @@
 #include "capture/ImageCompressor.h"
 
+#include "base/AsciiText.h"
 #include "capture/ProductFolder.h"
-#include "platform/AsciiText.h"
 #include "platform/FileSystem.h"
 
 #include <utility>

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "platform/Processes.h"
+#include "platform/Resources.h"
+#include "platform/ToolPaths.h"
 
 #include <filesystem>
 #include <optional>

@@ -1,10 +1,11 @@
 #include "capture/ScreenshotLocation.h"
 
+#include "base/AsciiText.h"
 #include "capture/ImageCompressor.h"
-#include "platform/AsciiText.h"
 #include "platform/DesktopSettings.h"
 #include "platform/FileSystem.h"
 #include "platform/UserDefaults.h"
+#include "platform/UserDefaultsStore.h"
 
 #include <algorithm>
 

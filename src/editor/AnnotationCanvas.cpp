@@ -1,8 +1,8 @@
 #include "editor/AnnotationCanvas.h"
 
+#include "base/Fatal.h"
 #include "editor/AnnotationConstants.h"
 #include "editor/CanvasRenderer.h"
-#include "platform/Fatal.h"
 
 #include <cmath>
 #include <utility>

@@ -4,7 +4,7 @@
 #include "editor/HitTest.h"
 #include "platform/Graphics.h"
 #include "platform/Keys.h"
-#include "platform/Windows.h"
+#include "platform/TextMeasurer.h"
 
 #include <memory>
 #include <string>

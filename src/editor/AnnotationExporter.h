@@ -4,6 +4,7 @@
 #include "editor/AnnotationItem.h"
 #include "platform/Graphics.h"
 #include "platform/ImageCodec.h"
+#include "platform/OffscreenGraphics.h"
 
 #include <filesystem>
 #include <vector>

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "base/Geometry.h"
 #include "editor/AnnotationTool.h"
-#include "platform/Geometry.h"
 
 #include <optional>
 #include <string>

@@ -1,7 +1,7 @@
 #include "editor/AnnotationSaver.h"
 
+#include "base/Fatal.h"
 #include "editor/AnnotationConstants.h"
-#include "platform/Fatal.h"
 
 namespace tallowbay {
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "base/Lifetime.h"
 #include "editor/AnnotationCanvas.h"
 #include "editor/AnnotationExporter.h"
 #include "platform/Dispatch.h"
-#include "platform/Lifetime.h"
 
 #include <set>
 

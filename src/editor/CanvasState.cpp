@@ -1,6 +1,6 @@
 #include "editor/CanvasState.h"
 
-#include "platform/Fatal.h"
+#include "base/Fatal.h"
 
 namespace tallowbay {
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "editor/CanvasState.h"
-#include "platform/Windows.h"
+#include "platform/TextMeasurer.h"
 
 namespace tallowbay {
 

@@ -1,7 +1,7 @@
 #include "editor/ShapeRenderer.h"
 
+#include "base/Fatal.h"
 #include "editor/AnnotationConstants.h"
-#include "platform/Fatal.h"
 
 #include <algorithm>
 #include <cmath>

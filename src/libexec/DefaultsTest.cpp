@@ -1,6 +1,6 @@
-#include "platform/linux/FileBytes.h"
-#include "platform/linux/JsonUserDefaults.h"
-#include "platform/linux/TemporaryFolder.h"
+#include "platform/posix/files/FileBytes.h"
+#include "platform/posix/preferences/JsonUserDefaults.h"
+#include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -10,7 +10,7 @@
 
 #include <sys/wait.h>
 
-namespace tallowbay::linux_desktop {
+namespace tallowbay::posix {
 
 namespace {
 
@@ -44,7 +44,7 @@ protected:
         return store.open("com.example.shots")->value(key);
     }
 
-    TemporaryFolder temporary;
+    test::TemporaryFolder temporary;
     JsonUserDefaultsStore store{temporary.path};
 };
 
@@ -201,4 +201,4 @@ TEST_F(DefaultsTest, WritesBesideARunningProgramWithoutLoss)
 
 } // namespace
 
-} // namespace tallowbay::linux_desktop
+} // namespace tallowbay::posix

@@ -1,8 +1,8 @@
 // Reads and writes the preferences of a domain from the command line.
 
-#include "platform/AsciiText.h"
-#include "platform/linux/Environment.h"
-#include "platform/linux/JsonUserDefaults.h"
+#include "base/AsciiText.h"
+#include "platform/posix/Environment.h"
+#include "platform/posix/preferences/JsonUserDefaults.h"
 
 #include <algorithm>
 #include <charconv>
@@ -16,8 +16,8 @@
 namespace {
 
 using namespace tallowbay;
-using linux_desktop::JsonUserDefaults;
-using linux_desktop::JsonUserDefaultsStore;
+using posix::JsonUserDefaults;
+using posix::JsonUserDefaultsStore;
 using Arguments = std::vector<std::string>;
 using Outcome = JsonUserDefaults::Outcome;
 
@@ -122,7 +122,7 @@ int run(const Arguments& words)
     const auto& [verb, name] = std::tie(words[0], words[1]);
     if (!JsonUserDefaultsStore::isDomainName(name))
         return complain("\"" + name + "\" is no domain name");
-    const JsonUserDefaultsStore store(linux_desktop::environmentConfigFolder());
+    const JsonUserDefaultsStore store(posix::environmentConfigFolder());
     JsonUserDefaults domain(store.pathOf(name));
     const auto whole = "the domain " + name;
     const auto pair = words.size() > 2 ? "the key " + words[2] + " of " + whole : "";

@@ -1,6 +1,6 @@
 #include "main/LinuxDesktop.h"
 
-#include "platform/linux/Environment.h"
+#include "platform/posix/Environment.h"
 #include "platform/qt/Artwork.h"
 #include "platform/qt/X11Queries.h"
 
@@ -13,10 +13,10 @@ namespace tallowbay {
 
 namespace {
 
-std::unique_ptr<linux_desktop::X11Session> openSession(Dispatch& dispatch)
+std::unique_ptr<x11::X11Session> openSession(Dispatch& dispatch)
 {
     // Without its display there is nothing left to do for the program.
-    auto created = linux_desktop::X11Session::create(dispatch, [] { QCoreApplication::exit(1); });
+    auto created = x11::X11Session::create(dispatch, [] { QCoreApplication::exit(1); });
     if (!created.session)
         throw DisplayUnusable(created.problem);
     return std::move(created.session);
@@ -34,11 +34,11 @@ qt::AppcastUpdater::Setup updaterSetup()
 LinuxDesktop::LinuxDesktop()
     : session(openSession(dispatch))
     , resources(
-          linux_desktop::runningProgramFolder(),
+          posix::runningProgramFolder(),
           [](const std::string& name) { return qt::Artwork().has(QString::fromStdString(name)); })
-    , tools(linux_desktop::linuxToolPaths(resources))
-    , defaults(linux_desktop::environmentConfigFolder())
-    , screenshotSettings(dispatch, linux_desktop::SessionSurroundings::ofEnvironment())
+    , tools(posix::linuxToolPaths(resources))
+    , defaults(posix::environmentConfigFolder())
+    , screenshotSettings(dispatch, posix::SessionSurroundings::ofEnvironment())
     , desktopSettings(screenshotSettings.settings())
     , pasteboard(*session, dispatch)
     , keyboard(*session)

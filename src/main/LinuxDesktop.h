@@ -2,32 +2,32 @@
 
 #include "platform/DesktopSettings.h"
 #include "platform/Platform.h"
-#include "platform/Processes.h"
-#include "platform/linux/InotifyFileEvents.h"
-#include "platform/linux/InotifyFolderEvents.h"
-#include "platform/linux/JsonUserDefaults.h"
-#include "platform/linux/LinuxDesktopSettings.h"
-#include "platform/linux/LinuxResources.h"
-#include "platform/linux/PosixFileSystem.h"
-#include "platform/linux/PosixProcesses.h"
-#include "platform/linux/StdoutConsole.h"
-#include "platform/linux/SystemClock.h"
-#include "platform/linux/X11Hotkeys.h"
-#include "platform/linux/X11KeyPoster.h"
-#include "platform/linux/X11KeyTap.h"
-#include "platform/linux/X11Keyboard.h"
-#include "platform/linux/X11Pasteboard.h"
-#include "platform/linux/X11Permissions.h"
-#include "platform/linux/X11Session.h"
-#include "platform/linux/ocr/TesseractRecognizer.h"
-#include "platform/qt/AppcastUpdater.h"
+#include "platform/ToolPaths.h"
+#include "platform/posix/LinuxResources.h"
+#include "platform/posix/PosixProcesses.h"
+#include "platform/posix/StdoutConsole.h"
+#include "platform/posix/SystemClock.h"
+#include "platform/posix/files/PosixFileSystem.h"
+#include "platform/posix/preferences/JsonUserDefaults.h"
+#include "platform/posix/preferences/LinuxDesktopSettings.h"
+#include "platform/posix/watch/InotifyFileEvents.h"
+#include "platform/posix/watch/InotifyFolderEvents.h"
 #include "platform/qt/QtAlerts.h"
 #include "platform/qt/QtApplication.h"
 #include "platform/qt/QtDispatch.h"
-#include "platform/qt/QtImageCodec.h"
 #include "platform/qt/QtScreens.h"
-#include "platform/qt/QtStatusBar.h"
-#include "platform/qt/QtTextMeasurer.h"
+#include "platform/qt/graphics/QtImageCodec.h"
+#include "platform/qt/graphics/QtTextMeasurer.h"
+#include "platform/qt/tray/QtStatusBar.h"
+#include "platform/qt/update/AppcastUpdater.h"
+#include "platform/tesseract/TesseractRecognizer.h"
+#include "platform/x11/X11Permissions.h"
+#include "platform/x11/X11Session.h"
+#include "platform/x11/clipboard/X11Pasteboard.h"
+#include "platform/x11/keys/X11Hotkeys.h"
+#include "platform/x11/keys/X11KeyPoster.h"
+#include "platform/x11/keys/X11KeyTap.h"
+#include "platform/x11/keys/X11Keyboard.h"
 #include "views/QtToastViews.h"
 
 #include <memory>
@@ -59,26 +59,26 @@ public:
 
 private:
     qt::QtDispatch dispatch;
-    std::unique_ptr<linux_desktop::X11Session> session;
-    linux_desktop::SystemClock clock;
-    linux_desktop::StdoutConsole console;
-    linux_desktop::PosixFileSystem fileSystem;
-    linux_desktop::InotifyFileEvents fileEvents{dispatch};
-    linux_desktop::InotifyFolderEvents folderEvents{dispatch};
-    linux_desktop::PosixProcesses processes;
-    linux_desktop::LinuxResources resources;
+    std::unique_ptr<x11::X11Session> session;
+    posix::SystemClock clock;
+    posix::StdoutConsole console;
+    posix::PosixFileSystem fileSystem;
+    posix::InotifyFileEvents fileEvents{dispatch};
+    posix::InotifyFolderEvents folderEvents{dispatch};
+    posix::PosixProcesses processes;
+    posix::LinuxResources resources;
     const ToolPaths tools;
     qt::QtImageCodec imageCodec;
-    linux_desktop::TesseractRecognizer textRecognizer{dispatch};
-    linux_desktop::JsonUserDefaultsStore defaults;
-    linux_desktop::LinuxDesktopSettings screenshotSettings;
+    tesseract::TesseractRecognizer textRecognizer{dispatch};
+    posix::JsonUserDefaultsStore defaults;
+    posix::LinuxDesktopSettings screenshotSettings;
     const DesktopSettings desktopSettings;
-    linux_desktop::X11Pasteboard pasteboard;
-    linux_desktop::X11Keyboard keyboard;
-    linux_desktop::X11KeyTap keyTap;
-    linux_desktop::X11KeyPoster keyPoster;
-    linux_desktop::X11Hotkeys hotkeys;
-    linux_desktop::X11Permissions permissions;
+    x11::X11Pasteboard pasteboard;
+    x11::X11Keyboard keyboard;
+    x11::X11KeyTap keyTap;
+    x11::X11KeyPoster keyPoster;
+    x11::X11Hotkeys hotkeys;
+    x11::X11Permissions permissions;
     qt::QtStatusBar statusBar;
     qt::QtAlerts alerts;
     qt::AppcastUpdater updater;

@@ -1,6 +1,6 @@
 #include "main/Session.h"
 
-#include "platform/linux/Environment.h"
+#include "platform/posix/Environment.h"
 
 #include <filesystem>
 #include <memory>
@@ -9,8 +9,8 @@
 
 namespace tallowbay {
 
-using linux_desktop::environmentFolder;
-using linux_desktop::environmentText;
+using posix::environmentFolder;
+using posix::environmentText;
 
 namespace {
 

@@ -3,6 +3,7 @@
 #include "platform/FileSystem.h"
 #include "platform/Permissions.h"
 #include "platform/UserDefaults.h"
+#include "platform/UserDefaultsStore.h"
 
 #include <utility>
 

@@ -1,11 +1,11 @@
 #include "app/AppDelegate.h"
-#include "main/CommandLine.h"
-#include "main/CommandSender.h"
 #include "main/LinuxDesktop.h"
-#include "main/RemoteControl.h"
 #include "main/Session.h"
 #include "main/SetupFlow.h"
-#include "main/SingleInstance.h"
+#include "main/remote/CommandLine.h"
+#include "main/remote/CommandSender.h"
+#include "main/remote/RemoteControl.h"
+#include "main/remote/SingleInstance.h"
 #include "platform/qt/Artwork.h"
 
 #include <QApplication>

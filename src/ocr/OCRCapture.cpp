@@ -6,6 +6,7 @@
 #include "platform/ImageCodec.h"
 #include "platform/Processes.h"
 #include "platform/TextRecognizer.h"
+#include "platform/ToolPaths.h"
 
 #include <cstdint>
 #include <exception>

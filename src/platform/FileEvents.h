@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Subscription.h"
+#include "base/Subscription.h"
 
 #include <chrono>
 #include <filesystem>
@@ -26,19 +26,6 @@ public:
     // exist yet is waited for. Empty if the system cannot watch it at all.
     virtual std::optional<Subscription> start(
         const std::filesystem::path& folder, std::chrono::milliseconds latency, Handler) = 0;
-};
-
-// Tells that an entry of one folder came, went or changed its name; what it was is not said.
-//
-// Thread: start() and the handler run on the main queue. Bursts may be merged into one call. That
-// the folder itself vanishes, and that it comes back, counts as a change; it then is watched again.
-class FolderEvents {
-public:
-    using Handler = std::function<void()>;
-    virtual ~FolderEvents() = default;
-
-    // Ends with the token. Empty if the folder cannot be opened for watching.
-    virtual std::optional<Subscription> start(const std::filesystem::path& folder, Handler) = 0;
 };
 
 } // namespace tallowbay

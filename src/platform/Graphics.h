@@ -1,9 +1,8 @@
 #pragma once
 
-#include "platform/Bitmap.h"
-#include "platform/Geometry.h"
+#include "base/Bitmap.h"
+#include "base/Geometry.h"
 
-#include <functional>
 #include <optional>
 #include <string>
 #include <variant>
@@ -86,24 +85,6 @@ public:
     // below the last. The outlines grow with the font size without hinting, so that the box of
     // n times the font is n times the box.
     virtual void drawText(const std::string& text, const Point& origin, const TextStyle&) = 0;
-};
-
-// The longest side of a surface in memory, in pixels.
-inline constexpr int offscreenLimit = 32767;
-
-// Draws into memory instead of onto a screen.
-//
-// Thread: any; several drawings may run at once.
-class OffscreenGraphics {
-public:
-    using Drawing = std::function<void(GraphicsContext&)>;
-    virtual ~OffscreenGraphics() = default;
-
-    // Calls the drawing exactly once, before it returns, with a transparent surface of this many
-    // pixels. One unit of the context is pixelsPerUnit pixels, whatever the screen's own scale.
-    // Empty, without a call, if no such surface can be made: a side below 1 or above
-    // offscreenLimit, or too little memory.
-    virtual std::optional<Bitmap> draw(PixelSize, double pixelsPerUnit, const Drawing&) const = 0;
 };
 
 } // namespace tallowbay

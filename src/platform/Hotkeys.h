@@ -1,7 +1,7 @@
 #pragma once
 
+#include "base/Subscription.h"
 #include "platform/Keys.h"
-#include "platform/Subscription.h"
 
 #include <cstdint>
 #include <functional>

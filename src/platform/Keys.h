@@ -1,10 +1,6 @@
 #pragma once
 
-#include "platform/Subscription.h"
-
 #include <cstdint>
-#include <functional>
-#include <optional>
 
 namespace tallowbay {
 
@@ -31,34 +27,5 @@ struct KeyPress {
 };
 
 enum class KeyDirection { down, up };
-
-// Listens to every key press of the user's session without taking any away.
-//
-// Keys without a virtual key code are not reported. A paste that needs no V (Shift+Insert) is
-// reported as V with Command and Shift.
-class KeyTap {
-public:
-    // Called on the tap's own thread, in the order of the presses. What our own KeyPoster posted is
-    // never reported; a key that repeats while it is held is reported once.
-    using Handler = std::function<void(const KeyPress&)>;
-    virtual ~KeyTap() = default;
-
-    // Listens until the token ends. Empty if the session lets no one listen. Main queue only; one
-    // tap at a time.
-    virtual std::optional<Subscription> start(Handler) = 0;
-};
-
-// Types for the user.
-//
-// Thread: main queue.
-class KeyPoster {
-public:
-    virtual ~KeyPoster() = default;
-
-    // The program that has the focus sees this key with exactly these modifiers, at once, whatever
-    // the user holds at that moment. Keys that the user holds are never left stuck, and never
-    // pressed again for them. Does nothing where the session lets no one type.
-    virtual void post(KeyCode, KeyDirection, EventFlags) = 0;
-};
 
 } // namespace tallowbay

@@ -21,28 +21,4 @@ public:
         const std::filesystem::path& program, const std::vector<std::string>& arguments) = 0;
 };
 
-// What came along with the program.
-//
-// Thread: any.
-class Resources {
-public:
-    virtual ~Resources() = default;
-
-    // The path of an executable that was shipped or installed for us under this name; empty path
-    // if there is none.
-    virtual std::filesystem::path executable(const std::string& name) const = 0;
-
-    // Whether there is artwork of this name.
-    virtual bool hasImage(const std::string& name) const = 0;
-};
-
-// Where the tools are that the logic runs. The defaults hold where a platform names nothing else.
-struct ToolPaths {
-    std::filesystem::path pngquant = "/opt/homebrew/bin/pngquant";
-    std::filesystem::path cjpeg = "/opt/homebrew/opt/mozjpeg/bin/cjpeg";
-    std::filesystem::path sips = "/usr/bin/sips";
-    std::filesystem::path defaults = "/usr/bin/defaults";
-    std::filesystem::path screencapture = "/usr/sbin/screencapture";
-};
-
 } // namespace tallowbay

@@ -1,6 +1,6 @@
 #include "platform/UserDefaults.h"
 
-#include "platform/AsciiText.h"
+#include "base/AsciiText.h"
 
 namespace tallowbay {
 

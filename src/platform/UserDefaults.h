@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <map>
-#include <memory>
 #include <optional>
 #include <string>
 #include <variant>
@@ -31,18 +30,6 @@ public:
     virtual std::optional<DefaultsValue> value(const std::string& key) const = 0;
     virtual void set(const std::string& key, DefaultsValue) = 0;
     virtual void remove(const std::string& key) = 0;
-};
-
-// Opens domains by name. Thread: main queue. The store outlives what it opened.
-class UserDefaultsStore {
-public:
-    virtual ~UserDefaultsStore() = default;
-
-    // The program's own domain.
-    virtual UserDefaults& standard() = 0;
-
-    // A domain of the system or of another program; need not exist.
-    virtual std::unique_ptr<UserDefaults> open(const std::string& domain) = 0;
 };
 
 // A boolean as the user may have written it: a number counts as true unless it is zero, a text if

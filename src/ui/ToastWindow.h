@@ -1,7 +1,10 @@
 #pragma once
 
-#include "platform/Lifetime.h"
-#include "platform/Windows.h"
+#include "base/Lifetime.h"
+#include "platform/Screens.h"
+#include "platform/TextMeasurer.h"
+#include "platform/ToastViews.h"
+#include "platform/WindowPort.h"
 
 #include <list>
 #include <memory>

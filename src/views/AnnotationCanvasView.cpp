@@ -1,6 +1,6 @@
 #include "views/AnnotationCanvasView.h"
 
-#include "platform/qt/QtGraphicsContext.h"
+#include "platform/qt/graphics/QtGraphicsContext.h"
 #include "views/InlineTextEdit.h"
 #include "views/KeyEvents.h"
 

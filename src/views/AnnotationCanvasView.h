@@ -1,8 +1,8 @@
 #pragma once
 
 #include "editor/AnnotationCanvas.h"
-#include "platform/qt/GraphicsFonts.h"
-#include "platform/qt/ScaledImageCache.h"
+#include "platform/qt/graphics/GraphicsFonts.h"
+#include "platform/qt/graphics/ScaledImageCache.h"
 
 #include <QWidget>
 

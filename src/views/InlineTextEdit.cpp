@@ -1,6 +1,6 @@
 #include "views/InlineTextEdit.h"
 
-#include "platform/qt/QtColor.h"
+#include "platform/qt/graphics/QtColor.h"
 
 #include <QKeyEvent>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "editor/AnnotationCanvas.h"
-#include "platform/qt/GraphicsFonts.h"
+#include "platform/qt/graphics/GraphicsFonts.h"
 
 #include <QLineEdit>
 

@@ -1,8 +1,8 @@
 #include "views/ToastWidget.h"
 
 #include "platform/qt/QtScreens.h"
-#include "platform/qt/QtTextMeasurer.h"
 #include "platform/qt/X11Queries.h"
+#include "platform/qt/graphics/QtTextMeasurer.h"
 
 #include <QGuiApplication>
 #include <QPainter>

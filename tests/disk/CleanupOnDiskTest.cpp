@@ -1,10 +1,10 @@
+#include "app/AutomaticCleanup.h"
 #include "capture/ScreenshotLocation.h"
-#include "hotkeys/AutomaticCleanup.h"
 #include "platform/DesktopSettings.h"
 #include "platform/headless/MemoryUserDefaults.h"
 #include "platform/headless/VirtualTime.h"
-#include "platform/linux/PosixFileSystem.h"
-#include "platform/linux/TemporaryFolder.h"
+#include "platform/posix/files/PosixFileSystem.h"
+#include "support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -76,16 +76,16 @@ protected:
         return std::filesystem::exists(std::filesystem::symlink_status(entry));
     }
 
-    static linux_desktop::PosixFileSystem filesAt(const path& home)
+    static posix::PosixFileSystem filesAt(const path& home)
     {
         setenv("HOME", home.c_str(), 1);
         return {};
     }
 
-    linux_desktop::TemporaryFolder home;
+    test::TemporaryFolder home;
     const path optimized = home.path / "Downloads/Tallowbay/optimized";
     const path originals = home.path / "Desktop";
-    linux_desktop::PosixFileSystem files = filesAt(home.path);
+    posix::PosixFileSystem files = filesAt(home.path);
     headless::VirtualClock clock;
     headless::VirtualDispatch dispatch{clock};
     headless::MemoryUserDefaultsStore store;

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/qt/QtGraphicsContext.h"
-#include "platform/qt/QtImageCodec.h"
+#include "platform/qt/graphics/QtGraphicsContext.h"
+#include "platform/qt/graphics/QtImageCodec.h"
 
 #include <QGuiApplication>
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "base/Bitmap.h"
 #include "editor/AnnotationItem.h"
-#include "platform/Bitmap.h"
 
 #include <functional>
 #include <vector>

@@ -1,10 +1,10 @@
 #include "editor/AnnotationConstants.h"
 #include "editor/AnnotationExporter.h"
 #include "editor/QtFixture.h"
-#include "platform/linux/LinuxResources.h"
-#include "platform/linux/PosixFileSystem.h"
-#include "platform/linux/PosixProcesses.h"
-#include "platform/linux/TemporaryFolder.h"
+#include "platform/posix/LinuxResources.h"
+#include "platform/posix/PosixProcesses.h"
+#include "platform/posix/files/PosixFileSystem.h"
+#include "support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 
@@ -40,18 +40,18 @@ protected:
         return loadImage(files, codec, shot);
     }
 
-    linux_desktop::TemporaryFolder folder;
-    linux_desktop::PosixFileSystem files;
-    linux_desktop::PosixProcesses processes;
-    linux_desktop::LinuxResources resources{
-        linux_desktop::runningProgramFolder(), [](const std::string&) { return false; }};
+    test::TemporaryFolder folder;
+    posix::PosixFileSystem files;
+    posix::PosixProcesses processes;
+    posix::LinuxResources resources{
+        posix::runningProgramFolder(), [](const std::string&) { return false; }};
 };
 
 TEST_F(SaveTest, WritesWhatIsMeantThroughTheRealPngquant)
 {
     const fs::path shot = folder.path / "Screenshot 2026-01-05 at 10.31.12.png";
     save(
-        exporterWith(linux_desktop::linuxToolPaths(resources)), AnnotationTool::blur,
+        exporterWith(posix::linuxToolPaths(resources)), AnnotationTool::blur,
         plainImage({640, 480}, 0xFFFFFFFFu), shot);
     const auto written = std::get<Bitmap>(load(shot));
     EXPECT_EQ(written.size(), (PixelSize{640, 480}));

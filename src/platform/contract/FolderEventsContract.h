@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/FileEvents.h"
+#include "platform/FolderEvents.h"
 
 #include <gtest/gtest.h>
 

@@ -3,6 +3,7 @@
 #include "platform/Console.h"
 #include "platform/DesktopSettings.h"
 #include "platform/Platform.h"
+#include "platform/ToolPaths.h"
 #include "platform/headless/HandFedHotkeys.h"
 #include "platform/headless/HandFedKeys.h"
 #include "platform/headless/HeadlessUi.h"

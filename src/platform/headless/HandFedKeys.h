@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/KeyPoster.h"
+#include "platform/KeyTap.h"
 #include "platform/Keys.h"
 #include "platform/Permissions.h"
 

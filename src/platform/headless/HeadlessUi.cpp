@@ -1,6 +1,6 @@
 #include "platform/headless/HeadlessUi.h"
 
-#include "platform/Lifetime.h"
+#include "base/Lifetime.h"
 
 namespace tallowbay::headless {
 

@@ -1,9 +1,15 @@
 #pragma once
 
+#include "platform/Alerts.h"
 #include "platform/Application.h"
 #include "platform/Dispatch.h"
 #include "platform/Menu.h"
-#include "platform/Windows.h"
+#include "platform/Screens.h"
+#include "platform/StatusBar.h"
+#include "platform/TextMeasurer.h"
+#include "platform/ToastViews.h"
+#include "platform/Updater.h"
+#include "platform/WindowPort.h"
 
 #include <list>
 #include <utility>

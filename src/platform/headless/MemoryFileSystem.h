@@ -2,6 +2,7 @@
 
 #include "platform/FileEvents.h"
 #include "platform/FileSystem.h"
+#include "platform/FolderEvents.h"
 #include "platform/headless/VirtualTime.h"
 
 #include <map>

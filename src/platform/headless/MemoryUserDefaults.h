@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/UserDefaults.h"
+#include "platform/UserDefaultsStore.h"
 
 #include <map>
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Graphics.h"
+#include "platform/OffscreenGraphics.h"
 
 #include <mutex>
 #include <string>

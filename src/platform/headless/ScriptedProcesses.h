@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Processes.h"
+#include "platform/Resources.h"
 
 #include <functional>
 #include <map>

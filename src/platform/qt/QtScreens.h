@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Windows.h"
+#include "platform/Screens.h"
 
 #include <QRect>
 

@@ -1,7 +1,7 @@
 #include "desktop/support/Wait.h"
 #include "desktop/support/XServer.h"
-#include "platform/linux/TemporaryFolder.h"
-#include "platform/qt/QtImageCodec.h"
+#include "platform/qt/graphics/QtImageCodec.h"
+#include "support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 
@@ -52,7 +52,7 @@ protected:
     }
 
     qt::QtImageCodec codec;
-    linux_desktop::TemporaryFolder folder;
+    test::TemporaryFolder folder;
     const std::filesystem::path image = folder.path / "shot.png";
     const std::filesystem::path items = folder.path / "items.json";
     const std::filesystem::path output = folder.path / "out.png";

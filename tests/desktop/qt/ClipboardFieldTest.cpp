@@ -1,7 +1,7 @@
 #include "desktop/qt/QtDesktop.h"
-#include "platform/linux/X11Pasteboard.h"
 #include "platform/qt/QtDispatch.h"
 #include "platform/qt/X11Queries.h"
+#include "platform/x11/clipboard/X11Pasteboard.h"
 
 #include <QClipboard>
 #include <QLineEdit>
@@ -37,11 +37,10 @@ protected:
 
     QtDesktop desktop;
     qt::QtDispatch dispatch;
-    std::unique_ptr<linux_desktop::X11Session> session =
-        linux_desktop::X11Session::create(
-            dispatch, [] {}, desktop.server().display())
-            .session;
-    linux_desktop::X11Pasteboard pasteboard{*session, dispatch};
+    std::unique_ptr<x11::X11Session> session = x11::X11Session::create(
+                                                   dispatch, [] {}, desktop.server().display())
+                                                   .session;
+    x11::X11Pasteboard pasteboard{*session, dispatch};
     QLineEdit field;
 };
 

@@ -1,6 +1,6 @@
 #include "desktop/support/Wait.h"
 #include "desktop/support/XServer.h"
-#include "platform/linux/TemporaryFolder.h"
+#include "support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 
@@ -61,7 +61,7 @@ protected:
         return 0;
     }
 
-    linux_desktop::TemporaryFolder folder;
+    test::TemporaryFolder folder;
 };
 
 TEST_F(ProgramTest, HelpsWithoutADisplay)

@@ -1,9 +1,9 @@
 #include "desktop/qt/QtDesktop.h"
 #include "platform/qt/Artwork.h"
-#include "platform/qt/PanelColor.h"
-#include "platform/qt/QtMenu.h"
-#include "platform/qt/QtStatusBar.h"
 #include "platform/qt/X11Queries.h"
+#include "platform/qt/tray/PanelColor.h"
+#include "platform/qt/tray/QtMenu.h"
+#include "platform/qt/tray/QtStatusBar.h"
 
 #include <QMenu>
 #include <QScreen>

@@ -1,7 +1,7 @@
 #include "desktop/qt/QtDesktop.h"
 #include "platform/headless/MemoryUserDefaults.h"
-#include "platform/linux/TemporaryFolder.h"
-#include "platform/qt/AppcastUpdater.h"
+#include "platform/qt/update/AppcastUpdater.h"
+#include "support/TemporaryFolder.h"
 
 #include <QDialog>
 #include <QLabel>
@@ -100,7 +100,7 @@ protected:
     }
 
     QtDesktop desktop;
-    linux_desktop::TemporaryFolder folder;
+    test::TemporaryFolder folder;
     headless::MemoryUserDefaultsStore defaults;
     std::vector<QUrl> opened;
     qt::AppcastUpdater updater{defaults, {"1.0.0", "", {400ms, 10'000}, [this](const QUrl& link) {

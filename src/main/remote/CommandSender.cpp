@@ -1,0 +1,59 @@
+#include "main/remote/CommandSender.h"
+
+#include "main/remote/BusNames.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QVariantMap>
+
+namespace tallowbay {
+
+namespace {
+
+using Outcome = CommandReply::Outcome;
+
+constexpr int patienceMilliseconds = 10'000;
+
+QDBusMessage requestFor(Command command)
+{
+    auto request = QDBusMessage::createMethodCall(
+        busName::service, busName::path, busName::application, QStringLiteral("ActivateAction"));
+    const auto name = nameOf(command);
+    request << QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())) << QVariantList()
+            << QVariantMap();
+    request.setAutoStartService(false);
+    return request;
+}
+
+bool isNamed(const QDBusMessage& error, const char* name)
+{
+    return error.errorName() == QLatin1String("org.freedesktop.DBus.Error.") + QLatin1String(name);
+}
+
+CommandReply replyFor(Command command, const QDBusMessage& error)
+{
+    if (isNamed(error, "NameHasNoOwner") || isNamed(error, "ServiceUnknown"))
+        return {Outcome::notRunning, {}};
+    // A program that quits may be gone before its answer is on its way.
+    if (isNamed(error, "NoReply") && command == Command::quit)
+        return {};
+    if (error.errorName() == busName::notAvailable)
+        return {Outcome::failed, error.errorMessage().toStdString()};
+    return {
+        Outcome::failed, "Tallowbay does not answer (" + error.errorMessage().toStdString() + ")"};
+}
+
+} // namespace
+
+CommandReply sendCommand(Command command)
+{
+    const auto bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected())
+        return {Outcome::failed, "the session bus, by which Tallowbay is reached, does not answer"};
+    const auto answer = bus.call(requestFor(command), QDBus::Block, patienceMilliseconds);
+    if (answer.type() == QDBusMessage::ErrorMessage)
+        return replyFor(command, answer);
+    return {};
+}
+
+} // namespace tallowbay

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+
+namespace tallowbay {
+
+// Stacking levels, back to front.
+enum class WindowLevel : int { normal = 0, floating = 3, statusBar = 25 };
+
+// A window as its logic sees it. Thread: main queue. Destroying it takes it off the screen.
+class WindowPort {
+public:
+    virtual ~WindowPort() = default;
+
+    // In front of its level, without taking the keyboard.
+    virtual void orderFront() = 0;
+
+    // 0 is invisible, 1 opaque.
+    virtual void setAlpha(double) = 0;
+
+    // The completion runs on the main queue when the duration is over, not if the window is
+    // destroyed before.
+    virtual void animateAlpha(
+        double to, std::chrono::milliseconds, std::function<void()> completion) = 0;
+    virtual void close() = 0;
+};
+
+} // namespace tallowbay

@@ -1,0 +1,51 @@
+#include "platform/posix/Environment.h"
+
+#include <cstdlib>
+#include <vector>
+
+#include <pwd.h>
+#include <unistd.h>
+
+namespace tallowbay::posix {
+
+namespace {
+
+std::optional<std::filesystem::path> homeOfUserDatabase()
+{
+    std::vector<char> strings(64 * 1024);
+    passwd entry{};
+    passwd* found = nullptr;
+    if (::getpwuid_r(::getuid(), &entry, strings.data(), strings.size(), &found) != 0 || !found)
+        return std::nullopt;
+    const std::filesystem::path home = found->pw_dir;
+    return home.is_absolute() ? std::optional(home) : std::nullopt;
+}
+
+} // namespace
+
+std::optional<std::string> environmentText(const char* variable)
+{
+    const char* value = std::getenv(variable);
+    return value && *value ? std::optional<std::string>(value) : std::nullopt;
+}
+
+std::optional<std::filesystem::path> environmentFolder(const char* variable)
+{
+    const auto text = environmentText(variable);
+    return text && text->front() == '/' ? std::optional<std::filesystem::path>(*text)
+                                        : std::nullopt;
+}
+
+std::filesystem::path environmentHome()
+{
+    if (const auto home = environmentFolder("HOME"))
+        return *home;
+    return homeOfUserDatabase().value_or("/");
+}
+
+std::filesystem::path environmentConfigFolder()
+{
+    return environmentFolder("XDG_CONFIG_HOME").value_or(environmentHome() / ".config");
+}
+
+} // namespace tallowbay::posix

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+namespace tallowbay::posix {
+
+// What the user's session says through its environment variables. Thread: any, as long as nobody
+// changes the environment.
+
+// Empty if the variable is absent or empty.
+std::optional<std::string> environmentText(const char* variable);
+
+// Empty unless the variable holds an absolute path; anything else is to be ignored by the rules of
+// the desktop's base folders.
+std::optional<std::filesystem::path> environmentFolder(const char* variable);
+
+// $HOME, else what the user database says, else the root folder.
+std::filesystem::path environmentHome();
+
+// $XDG_CONFIG_HOME, else .config in the home folder.
+std::filesystem::path environmentConfigFolder();
+
+} // namespace tallowbay::posix

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "platform/FileSystem.h"
+
+namespace tallowbay::posix {
+
+// The machine's own files. Home and temporary folder are those of the environment at construction.
+//
+// Where a file that is written atomically is a symbolic link, the link stays and its target is
+// replaced. Its permissions are kept; a new file gets what the umask leaves.
+class PosixFileSystem : public FileSystem {
+public:
+    PosixFileSystem();
+
+    bool exists(const std::filesystem::path&) const override;
+    bool isDirectory(const std::filesystem::path&) const override;
+    std::optional<WallTime> creationDate(const std::filesystem::path&) const override;
+    std::optional<std::uintmax_t> size(const std::filesystem::path&) const override;
+    std::optional<std::vector<std::filesystem::path>> list(
+        const std::filesystem::path& folder) const override;
+    bool createFolders(const std::filesystem::path&) override;
+    bool remove(const std::filesystem::path&) override;
+    std::optional<std::string> read(const std::filesystem::path&) const override;
+    bool writeAtomically(const std::filesystem::path&, std::string_view bytes) override;
+    std::filesystem::path homeFolder() const override { return home; }
+    std::filesystem::path temporaryFolder() const override { return temporary; }
+    std::optional<std::filesystem::path> makeTemporaryFolder() override;
+
+private:
+    std::filesystem::path home;
+    std::filesystem::path temporary;
+};
+
+} // namespace tallowbay::posix

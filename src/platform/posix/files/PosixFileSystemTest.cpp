@@ -1,0 +1,392 @@
+#include "platform/posix/files/PosixFileSystem.h"
+
+#include "platform/contract/FileSystemContract.h"
+#include "platform/posix/StdoutConsole.h"
+#include "support/AsOrdinaryUser.h"
+#include "support/TemporaryFolder.h"
+
+#include <csignal>
+#include <fstream>
+#include <thread>
+
+#include <fcntl.h>
+#include <sys/mount.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+namespace tallowbay::posix {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using namespace std::chrono_literals;
+
+struct PosixFileBackend {
+    test::TemporaryFolder temporary;
+    PosixFileSystem system;
+
+    FileSystem& files() { return system; }
+    fs::path folder() { return temporary.path; }
+    WallTime now() { return WallTime::clock::now(); }
+};
+
+class PosixFileSystemTest : public testing::Test {
+protected:
+    test::TemporaryFolder temporary;
+    const fs::path folder = temporary.path;
+    PosixFileSystem files;
+
+    static void write(const fs::path& path, std::string_view bytes)
+    {
+        std::ofstream(path) << bytes;
+    }
+    std::size_t entryCount() const
+    {
+        return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder), {}));
+    }
+    static mode_t modeOf(const fs::path& path)
+    {
+        struct stat status { };
+        EXPECT_EQ(::stat(path.c_str(), &status), 0);
+        return status.st_mode & 07777;
+    }
+};
+
+TEST_F(PosixFileSystemTest, LetsNoOtherUserLookIntoATemporaryFolder)
+{
+    const auto made = files.makeTemporaryFolder();
+    ASSERT_TRUE(made);
+    EXPECT_EQ(fs::status(*made).permissions(), fs::perms::owner_all);
+    fs::remove(*made);
+}
+
+TEST_F(PosixFileSystemTest, SeesNoEntryBehindADanglingLink)
+{
+    fs::create_symlink("nowhere", folder / "link");
+    EXPECT_FALSE(files.exists(folder / "link"));
+    EXPECT_TRUE(files.creationDate(folder / "link")) << "the link itself is there";
+}
+
+TEST_F(PosixFileSystemTest, FollowsLinksToFilesAndFolders)
+{
+    write(folder / "file", "abc");
+    fs::create_symlink(folder / "file", folder / "toFile");
+    fs::create_symlink(folder, folder / "toFolder");
+    EXPECT_TRUE(files.exists(folder / "toFile"));
+    EXPECT_EQ(files.size(folder / "toFile"), 3u);
+    EXPECT_TRUE(files.isDirectory(folder / "toFolder"));
+}
+
+TEST_F(PosixFileSystemTest, KeepsTheCreationDateOfAFileThatIsChangedLater)
+{
+    write(folder / "file", "");
+    const auto created = files.creationDate(folder / "file");
+    const auto longAgo = fs::file_time_type::clock::now() - 24h * 365;
+    fs::last_write_time(folder / "file", longAgo);
+    EXPECT_EQ(files.creationDate(folder / "file"), created);
+}
+
+TEST_F(PosixFileSystemTest, TakesTheDateOfTheLastChangeWhereThereIsNoBirthTime)
+{
+    // The process table's files have no time of birth.
+    struct statx status { };
+    ASSERT_EQ(::statx(AT_FDCWD, "/proc/self/status", 0, STATX_BTIME | STATX_MTIME, &status), 0);
+    ASSERT_EQ(status.stx_mask & STATX_BTIME, 0u);
+    const auto date = files.creationDate("/proc/self/status");
+    ASSERT_TRUE(date);
+    EXPECT_EQ(
+        std::chrono::floor<std::chrono::seconds>(*date).time_since_epoch().count(),
+        status.stx_mtime.tv_sec);
+}
+
+TEST_F(PosixFileSystemTest, DatesALinkNotItsTarget)
+{
+    write(folder / "target", "");
+    const auto targetDate = files.creationDate(folder / "target");
+    do
+        files.remove(folder / "link"), fs::create_symlink("target", folder / "link");
+    while (files.creationDate(folder / "link") == targetDate);
+    EXPECT_GT(files.creationDate(folder / "link"), targetDate);
+}
+
+TEST_F(PosixFileSystemTest, RemovesALinkAndNotItsTarget)
+{
+    fs::create_directory(folder / "target");
+    write(folder / "target" / "file", "");
+    fs::create_symlink(folder / "target", folder / "link");
+    EXPECT_TRUE(files.remove(folder / "link/")) << "also with a slash at the end";
+    EXPECT_FALSE(fs::is_symlink(folder / "link"));
+    EXPECT_TRUE(fs::exists(folder / "target" / "file"));
+}
+
+TEST_F(PosixFileSystemTest, RemovesAFolderWithoutFollowingTheLinksInIt)
+{
+    fs::create_directory(folder / "kept");
+    write(folder / "kept" / "file", "");
+    fs::create_directory(folder / "gone");
+    fs::create_symlink(folder / "kept", folder / "gone" / "link");
+    EXPECT_TRUE(files.remove(folder / "gone"));
+    EXPECT_TRUE(fs::exists(folder / "kept" / "file"));
+    EXPECT_FALSE(fs::exists(folder / "gone"));
+}
+
+TEST_F(PosixFileSystemTest, RemovesADanglingLink)
+{
+    fs::create_symlink("nowhere", folder / "link");
+    EXPECT_TRUE(files.remove(folder / "link"));
+    EXPECT_EQ(entryCount(), 0u);
+}
+
+TEST_F(PosixFileSystemTest, RemovesNothingByARelativeOrRootPath)
+{
+    EXPECT_FALSE(files.remove(""));
+    EXPECT_FALSE(files.remove("relative"));
+    EXPECT_FALSE(files.remove("/"));
+    EXPECT_FALSE(files.remove("//"));
+}
+
+TEST_F(PosixFileSystemTest, TellsThatAPartCouldNotBeRemoved)
+{
+    fs::create_directory(folder / "locked");
+    write(folder / "locked" / "file", "");
+    fs::permissions(folder / "locked", fs::perms(0555));
+    fs::permissions(folder, fs::perms(0777));
+    const test::AsOrdinaryUser ordinary;
+    EXPECT_FALSE(files.remove(folder / "locked"));
+    EXPECT_TRUE(files.exists(folder / "locked" / "file"));
+}
+
+TEST_F(PosixFileSystemTest, SeesNothingInAFolderThatMayNotBeSearched)
+{
+    fs::create_directory(folder / "closed");
+    write(folder / "closed" / "file", "");
+    fs::permissions(folder / "closed", fs::perms::none);
+    fs::permissions(folder, fs::perms(0777));
+    const test::AsOrdinaryUser ordinary;
+    EXPECT_FALSE(files.exists(folder / "closed" / "file"));
+    EXPECT_FALSE(files.creationDate(folder / "closed" / "file"));
+    EXPECT_FALSE(files.list(folder / "closed"));
+}
+
+TEST_F(PosixFileSystemTest, TellsNoSizeOfAFileThatMayNotBeRead)
+{
+    write(folder / "file", "abc");
+    fs::permissions(folder / "file", fs::perms::none);
+    fs::permissions(folder, fs::perms(0777));
+    const test::AsOrdinaryUser ordinary;
+    EXPECT_FALSE(files.size(folder / "file"));
+    EXPECT_FALSE(files.read(folder / "file"));
+    EXPECT_TRUE(files.exists(folder / "file"));
+}
+
+TEST_F(PosixFileSystemTest, WritesNothingIntoAReadOnlyFolder)
+{
+    write(folder / "file", "old");
+    fs::permissions(folder, fs::perms(0555));
+    const test::AsOrdinaryUser ordinary;
+    EXPECT_FALSE(files.writeAtomically(folder / "file", "new"));
+    EXPECT_FALSE(files.createFolders(folder / "sub"));
+    EXPECT_FALSE(files.remove(folder / "file"));
+    EXPECT_EQ(files.read(folder / "file"), "old");
+}
+
+TEST_F(PosixFileSystemTest, KeepsThePermissionsOfAFileThatItReplaces)
+{
+    write(folder / "file", "old");
+    fs::permissions(folder / "file", fs::perms(0640));
+    EXPECT_TRUE(files.writeAtomically(folder / "file", "new"));
+    EXPECT_EQ(modeOf(folder / "file"), 0640u);
+}
+
+TEST_F(PosixFileSystemTest, GivesANewFileThePermissionsThatTheUmaskLeaves)
+{
+    const auto before = ::umask(027);
+    EXPECT_TRUE(files.writeAtomically(folder / "file", "new"));
+    ::umask(before);
+    EXPECT_EQ(modeOf(folder / "file"), 0640u);
+}
+
+TEST_F(PosixFileSystemTest, WritesThroughALink)
+{
+    fs::create_directory(folder / "elsewhere");
+    write(folder / "elsewhere" / "file", "old");
+    fs::create_symlink("elsewhere/file", folder / "link");
+    EXPECT_TRUE(files.writeAtomically(folder / "link", "new"));
+    EXPECT_TRUE(fs::is_symlink(folder / "link"));
+    EXPECT_EQ(files.read(folder / "elsewhere" / "file"), "new");
+}
+
+TEST_F(PosixFileSystemTest, KeepsTheOldFileWhenTheDiskIsFull)
+{
+    write(folder / "file", "old");
+    // No file may grow beyond this: a write then fails as it does on a full disk.
+    const rlimit full{4096, RLIM_INFINITY};
+    rlimit before{};
+    ::getrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, SIG_IGN);
+    ::setrlimit(RLIMIT_FSIZE, &full);
+    EXPECT_FALSE(files.writeAtomically(folder / "file", std::string(10'000, 'x')));
+    ::setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, SIG_DFL);
+    EXPECT_EQ(files.read(folder / "file"), "old");
+    EXPECT_EQ(entryCount(), 1u) << "the unfinished file was left behind";
+}
+
+TEST_F(PosixFileSystemTest, KeepsTheOldFileOnASmallFileSystemThatIsFull)
+{
+    if (::mount("none", folder.c_str(), "tmpfs", 0, "size=64k") != 0)
+        GTEST_SKIP() << "may not mount here";
+    write(folder / "file", "old");
+    EXPECT_FALSE(files.writeAtomically(folder / "file", std::string(200'000, 'x')));
+    EXPECT_EQ(files.read(folder / "file"), "old");
+    EXPECT_EQ(entryCount(), 1u);
+    EXPECT_TRUE(files.writeAtomically(folder / "file", "fits"));
+    ::umount2(folder.c_str(), MNT_DETACH);
+}
+
+TEST_F(PosixFileSystemTest, DoesNotWaitForTheWriterOfAPipe)
+{
+    ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
+    EXPECT_FALSE(files.read(folder / "pipe"));
+    EXPECT_FALSE(files.size(folder / "pipe"));
+}
+
+TEST_F(PosixFileSystemTest, AReaderSeesTheOldOrTheNewBytesAtAnyMoment)
+{
+    const auto path = folder / "file";
+    const std::string one(100'000, '1');
+    const std::string two(50'000, '2');
+    ASSERT_TRUE(files.writeAtomically(path, one));
+    std::jthread writer([&](std::stop_token stop) {
+        for (int i = 0; !stop.stop_requested(); ++i)
+            EXPECT_TRUE(files.writeAtomically(path, i % 2 ? one : two));
+    });
+    for (int i = 0; i < 200; ++i) {
+        const auto seen = files.read(path);
+        ASSERT_TRUE(seen == one || seen == two);
+    }
+}
+
+class EnvironmentTest : public testing::Test {
+protected:
+    void set(const char* name, const char* value)
+    {
+        const char* before = std::getenv(name);
+        undo.emplace_back(name, before ? std::optional<std::string>(before) : std::nullopt);
+        value ? ::setenv(name, value, 1) : ::unsetenv(name);
+    }
+    ~EnvironmentTest() override
+    {
+        for (auto [name, value] : undo)
+            value ? ::setenv(name, value->c_str(), 1) : ::unsetenv(name);
+    }
+
+private:
+    std::vector<std::pair<const char*, std::optional<std::string>>> undo;
+};
+
+TEST_F(EnvironmentTest, NamesTheHomeOfTheEnvironment)
+{
+    set("HOME", "/home/someone");
+    EXPECT_EQ(PosixFileSystem().homeFolder(), "/home/someone");
+}
+
+TEST_F(EnvironmentTest, NamesTheHomeOfTheUserDatabaseWhereThereIsNoOther)
+{
+    for (const char* home : {static_cast<const char*>(nullptr), "", "relative"}) {
+        set("HOME", home);
+        EXPECT_TRUE(PosixFileSystem().homeFolder().is_absolute());
+        EXPECT_NE(PosixFileSystem().homeFolder(), "/");
+    }
+}
+
+TEST_F(EnvironmentTest, NamesTheTemporaryFolderOfTheEnvironment)
+{
+    set("TMPDIR", "/var/tmp");
+    EXPECT_EQ(PosixFileSystem().temporaryFolder(), "/var/tmp");
+    set("TMPDIR", nullptr);
+    EXPECT_EQ(PosixFileSystem().temporaryFolder(), "/tmp");
+}
+
+class StdoutConsoleTest : public testing::Test {
+protected:
+    StdoutConsoleTest() { EXPECT_EQ(::pipe2(ends, O_CLOEXEC), 0); }
+    ~StdoutConsoleTest() override
+    {
+        ::close(ends[0]);
+        ::close(ends[1]);
+    }
+    void closeReader() { ::close(std::exchange(ends[0], -1)); }
+
+    std::string read(std::size_t count)
+    {
+        std::string text(count, '\0');
+        std::size_t done = 0;
+        while (done < count) {
+            const auto got = ::read(ends[0], text.data() + done, count - done);
+            if (got <= 0)
+                break;
+            done += static_cast<std::size_t>(got);
+        }
+        text.resize(done);
+        return text;
+    }
+
+    int ends[2] = {-1, -1};
+};
+
+TEST_F(StdoutConsoleTest, WritesALineAtOnce)
+{
+    StdoutConsole console(ends[1]);
+    console.line("✓ saved");
+    EXPECT_EQ(read(10), "✓ saved\n");
+    console.line("");
+    EXPECT_EQ(read(1), "\n");
+}
+
+TEST_F(StdoutConsoleTest, SurvivesAReaderThatHasGone)
+{
+    StdoutConsole console(ends[1]);
+    closeReader();
+    console.line("lost");
+    sigset_t pending;
+    ::sigpending(&pending);
+    EXPECT_EQ(sigismember(&pending, SIGPIPE), 0);
+}
+
+TEST_F(StdoutConsoleTest, SurvivesAClosedOutput)
+{
+    StdoutConsole console(-1);
+    console.line("lost");
+}
+
+TEST_F(StdoutConsoleTest, KeepsTheLinesOfSeveralThreadsApart)
+{
+    StdoutConsole console(ends[1]);
+    // Longer than what a pipe takes in one piece.
+    const std::string longLine(100'000, 'a');
+    const std::string otherLine(100'000, 'b');
+    std::jthread first([&] { console.line(longLine); });
+    std::jthread second([&] { console.line(otherLine); });
+    const auto text = read(200'002);
+    EXPECT_TRUE(
+        text == longLine + '\n' + otherLine + '\n' || text == otherLine + '\n' + longLine + '\n');
+}
+
+TEST_F(StdoutConsoleTest, WaitsForAnOutputThatDoesNotBlock)
+{
+    ASSERT_EQ(::fcntl(ends[1], F_SETFL, O_NONBLOCK), 0);
+    StdoutConsole console(ends[1]);
+    const std::string longLine(300'000, 'a');
+    std::jthread writer([&] { console.line(longLine); });
+    EXPECT_EQ(read(300'001), longLine + '\n');
+}
+
+} // namespace
+
+} // namespace tallowbay::posix
+
+namespace tallowbay::contract {
+INSTANTIATE_TYPED_TEST_SUITE_P(Posix, FileSystemContract, posix::PosixFileBackend);
+}

@@ -1,0 +1,319 @@
+#include "platform/posix/preferences/LinuxDesktopSettings.h"
+
+#include "platform/posix/ChildProcess.h"
+#include "support/LoopDispatch.h"
+#include "support/TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <fstream>
+#include <map>
+
+namespace tallowbay::posix {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using namespace std::chrono_literals;
+using Folder = std::optional<fs::path>;
+
+class LinuxDesktopSettingsTest : public testing::Test {
+protected:
+    void start(std::vector<std::string> desktops, const std::string& language = "en")
+    {
+        owner.emplace(
+            dispatch,
+            SessionSurroundings{std::move(desktops), language, home, home / ".config", gsettings});
+        settings = owner->settings();
+    }
+    Folder folder() { return settings.screenshotFolder(); }
+    bool becomes(const Folder& expected)
+    {
+        return dispatch.runUntil([&] { return folder() == expected; }, 30s);
+    }
+    void write(const fs::path& relative, const std::string& text)
+    {
+        const auto path = home / relative;
+        fs::create_directories(path.parent_path());
+        std::ofstream(path) << text;
+    }
+    // A program that answers as gsettings does, and leaves a mark of every run.
+    void installGsettings(const std::string& answer)
+    {
+        gsettings = home / "gsettings";
+        write("answer", answer);
+        write(
+            "gsettings",
+            "#!/bin/sh\necho \"$@\" >> '" + (home / "runs").native() + "'\nexec cat '"
+                + (home / "answer").native() + "'\n");
+        fs::permissions(gsettings, fs::perms(0755));
+    }
+    std::string runs() { return readFile(home / "runs").value_or(""); }
+
+    test::TemporaryFolder temporary;
+    const fs::path home = temporary.path;
+    fs::path gsettings;
+    test::LoopDispatch dispatch;
+    std::optional<LinuxDesktopSettings> owner;
+    DesktopSettings settings;
+};
+
+TEST_F(LinuxDesktopSettingsTest, SaysNothingOfAnUnknownDesktop)
+{
+    installGsettings("'file:///srv/shots'\n");
+    write(".config/spectaclerc", "[Save]\ndefaultSaveLocation=file:///srv/shots\n");
+    fs::create_directories(home / "Pictures" / "Screenshots");
+    for (const std::vector<std::string>& desktops :
+         {std::vector<std::string>{}, std::vector<std::string>{"sway"}, {"LXQt"}}) {
+        start(desktops);
+        EXPECT_EQ(folder(), std::nullopt);
+    }
+}
+
+TEST_F(LinuxDesktopSettingsTest, NamesTheFolderOfGnomesScreenshots)
+{
+    start({"ubuntu", "GNOME"});
+    EXPECT_EQ(folder(), home / "Pictures" / "Screenshots") << "made with the first screenshot";
+    fs::create_directories(home / "Pictures" / "Screenshots");
+    EXPECT_EQ(folder(), home / "Pictures" / "Screenshots");
+}
+
+TEST_F(LinuxDesktopSettingsTest, NamesTheTranslatedFolderOfGnomesScreenshots)
+{
+    for (const std::string name : {"Bildschirmfotos", "Captures d’écran", "Capturas de pantalla"}) {
+        fs::create_directories(home / "Pictures" / name);
+        start({"GNOME"});
+        EXPECT_EQ(folder(), home / "Pictures" / name);
+        fs::remove(home / "Pictures" / name);
+    }
+}
+
+TEST_F(LinuxDesktopSettingsTest, PrefersTheFolderOfTheSessionsLanguage)
+{
+    start({"GNOME"}, "de");
+    EXPECT_EQ(folder(), home / "Pictures" / "Bildschirmfotos");
+    fs::create_directories(home / "Pictures" / "Screenshots");
+    EXPECT_EQ(folder(), home / "Pictures" / "Screenshots") << "the only one that is there";
+    fs::create_directories(home / "Pictures" / "Bildschirmfotos");
+    EXPECT_EQ(folder(), home / "Pictures" / "Bildschirmfotos");
+}
+
+TEST_F(LinuxDesktopSettingsTest, NamesTheEnglishFolderForALanguageThatItDoesNotKnow)
+{
+    start({"GNOME"}, "xx");
+    EXPECT_EQ(folder(), home / "Pictures" / "Screenshots");
+}
+
+TEST_F(LinuxDesktopSettingsTest, FindsThePicturesWhereTheUserHasThem)
+{
+    write(".config/user-dirs.dirs", "XDG_PICTURES_DIR=\"$HOME/Bilder\"\n");
+    start({"GNOME"});
+    EXPECT_EQ(folder(), home / "Bilder" / "Screenshots");
+    write(".config/user-dirs.dirs", "XDG_PICTURES_DIR=\"/srv/pictures\"\n");
+    EXPECT_EQ(folder(), "/srv/pictures/Screenshots") << "changed while the program runs";
+}
+
+TEST_F(LinuxDesktopSettingsTest, AsksForTheFolderOfGnomeScreenshotInTheBackground)
+{
+    installGsettings("'file:///srv/my%20shots'\n");
+    start({"X-Cinnamon"});
+    EXPECT_EQ(folder(), std::nullopt) << "not known yet";
+    EXPECT_TRUE(becomes("/srv/my shots"));
+    EXPECT_EQ(runs(), "get org.gnome.gnome-screenshot auto-save-directory\n");
+}
+
+TEST_F(LinuxDesktopSettingsTest, NamesThePicturesWhereGnomeScreenshotHasNoFolderOfItsOwn)
+{
+    installGsettings("''\n");
+    fs::create_directories(home / "Pictures");
+    start({"X-Cinnamon"});
+    EXPECT_EQ(folder(), home / "Pictures");
+    EXPECT_TRUE(dispatch.runUntil([&] { return !runs().empty(); }, 30s));
+    EXPECT_EQ(folder(), home / "Pictures");
+}
+
+TEST_F(LinuxDesktopSettingsTest, PrefersTheFolderOfTheShellToThatOfGnomeScreenshot)
+{
+    installGsettings("'/srv/shots'\n");
+    start({"GNOME"});
+    EXPECT_TRUE(becomes("/srv/shots")) << "the Shell has taken none yet";
+    fs::create_directories(home / "Pictures" / "Screenshots");
+    EXPECT_EQ(folder(), home / "Pictures" / "Screenshots");
+}
+
+TEST_F(LinuxDesktopSettingsTest, TakesBudgieForAUserOfGnomeScreenshot)
+{
+    installGsettings("'/srv/shots'\n");
+    fs::create_directories(home / "Pictures" / "Screenshots");
+    start({"Budgie", "GNOME"});
+    EXPECT_TRUE(becomes("/srv/shots"));
+}
+
+TEST_F(LinuxDesktopSettingsTest, ReadsTheSettingsOfSpectacle)
+{
+    start({"KDE"});
+    EXPECT_EQ(folder(), std::nullopt);
+    const std::vector<std::pair<std::string, Folder>> rows{
+        {"[General]\ndefault-save-location=/srv/one\n", "/srv/one"},
+        {"[Save]\ndefaultSaveLocation=file:///srv/two\n", "/srv/two"},
+        {"[Save]\ndefaultSaveLocation[$e]=file:$HOME/Bilder\n", home / "Bilder"},
+        {"[ImageSave]\nimageSaveLocation=file:///srv/three/\n[Save]\ndefaultSaveLocation=/x\n",
+         "/srv/three/"},
+        {"[Save]\ndefaultSaveLocation=sftp://host/shots\n", std::nullopt},
+        {"[Other]\ndefaultSaveLocation=/x\n", std::nullopt}};
+    for (const auto& [text, expected] : rows) {
+        write(".config/spectaclerc", text);
+        EXPECT_EQ(folder(), expected) << text;
+    }
+}
+
+TEST_F(LinuxDesktopSettingsTest, NamesThePicturesWhereSpectacleHasNoFolderOfItsOwn)
+{
+    start({"KDE"});
+    fs::create_directories(home / "Pictures");
+    EXPECT_EQ(folder(), home / "Pictures");
+    fs::create_directories(home / "Pictures" / "Screenshots");
+    EXPECT_EQ(folder(), home / "Pictures" / "Screenshots");
+}
+
+TEST_F(LinuxDesktopSettingsTest, ReadsTheSettingsOfXfcesScreenshooter)
+{
+    start({"XFCE"});
+    EXPECT_EQ(folder(), std::nullopt);
+    write(".config/xfce4/xfce4-screenshooter", "delay=0\nscreenshot_dir=/srv/one\ntitle=x\n");
+    EXPECT_EQ(folder(), "/srv/one");
+    write(".config/xfce4/xfce4-screenshooter", "screenshot_dir=file:///srv/two%20words\n");
+    EXPECT_EQ(folder(), "/srv/two words");
+}
+
+TEST_F(LinuxDesktopSettingsTest, KnowsTheNamesOfTheDesktopsOwnTools)
+{
+    start({});
+    const auto& prefixes = settings.screenshotNamePrefixes;
+    for (const std::string name :
+         {"Screenshot_20240501_140327", "Screenshot_2024-05-01_14-03-27",
+          "Bildschirmfoto vom 2024-05-01 14-03-27", "Bildschirmfoto_2024-05-01_14-03-27",
+          "Capture d’écran du 2024-05-01 14-03-27"}) {
+        EXPECT_TRUE(std::ranges::any_of(prefixes, [&](const auto& prefix) {
+            return name.starts_with(prefix);
+        })) << name;
+    }
+    for (const std::string name : {"screenshot_1", "IMG_2024", "Screenshots", "Screen", ""}) {
+        EXPECT_TRUE(std::ranges::none_of(prefixes, [&](const auto& prefix) {
+            return name.starts_with(prefix);
+        })) << name;
+    }
+}
+
+TEST(SessionSurroundingsTest, ReadsTheEnvironment)
+{
+    std::map<std::string, std::optional<std::string>> before;
+    for (const char* name : {"XDG_CURRENT_DESKTOP", "LANGUAGE", "LC_ALL", "LC_MESSAGES", "LANG"}) {
+        const char* value = std::getenv(name);
+        before[name] = value ? std::optional<std::string>(value) : std::nullopt;
+        ::unsetenv(name);
+    }
+    EXPECT_TRUE(SessionSurroundings::ofEnvironment().desktops.empty());
+    EXPECT_EQ(SessionSurroundings::ofEnvironment().language, "");
+    ::setenv("XDG_CURRENT_DESKTOP", "ubuntu:GNOME", 1);
+    ::setenv("LANG", "de_AT.UTF-8", 1);
+    EXPECT_THAT(
+        SessionSurroundings::ofEnvironment().desktops, testing::ElementsAre("ubuntu", "GNOME"));
+    EXPECT_EQ(SessionSurroundings::ofEnvironment().language, "de");
+    ::setenv("LANGUAGE", "fr:en", 1);
+    EXPECT_EQ(SessionSurroundings::ofEnvironment().language, "fr");
+    for (const auto& [name, value] : before)
+        value ? ::setenv(name.c_str(), value->c_str(), 1) : ::unsetenv(name.c_str());
+}
+
+class BackgroundSettingTest : public LinuxDesktopSettingsTest {
+protected:
+    BackgroundSettingTest() { write("database", "first"); }
+
+    BackgroundSetting make(std::chrono::milliseconds interval)
+    {
+        return BackgroundSetting(dispatch, {gsettings}, home / "database", interval);
+    }
+    bool answers(BackgroundSetting& setting, const std::optional<std::string>& text)
+    {
+        return dispatch.runUntil([&] { return setting.lastKnown() == text; }, 30s);
+    }
+    std::size_t runCount() { return static_cast<std::size_t>(std::ranges::count(runs(), '\n')); }
+};
+
+TEST_F(BackgroundSettingTest, RunsTheProgramOnceHoweverOftenItIsAsked)
+{
+    installGsettings("one");
+    auto setting = make(0ms);
+    EXPECT_TRUE(answers(setting, "one"));
+    for (int i = 0; i < 100; ++i)
+        setting.lastKnown();
+    dispatch.runUntil([] { return false; }, 50ms);
+    EXPECT_EQ(runCount(), 1u);
+}
+
+TEST_F(BackgroundSettingTest, AsksAgainWhenTheDatabaseHasChanged)
+{
+    installGsettings("one");
+    auto setting = make(0ms);
+    EXPECT_TRUE(answers(setting, "one"));
+    write("answer", "two");
+    write("database", "changed");
+    EXPECT_TRUE(answers(setting, "two"));
+}
+
+TEST_F(BackgroundSettingTest, AsksNoMoreOftenThanItsInterval)
+{
+    installGsettings("one");
+    auto setting = make(10min);
+    EXPECT_TRUE(answers(setting, "one"));
+    write("database", "changed");
+    setting.lastKnown();
+    dispatch.runUntil([] { return false; }, 50ms);
+    EXPECT_EQ(runCount(), 1u);
+}
+
+TEST_F(BackgroundSettingTest, StaysEmptyWhereTheProgramFailsOrIsAbsent)
+{
+    gsettings = "/nowhere/gsettings";
+    auto absent = make(0ms);
+    absent.lastKnown();
+    BackgroundSetting none(dispatch, {}, home / "database");
+    BackgroundSetting failing(dispatch, {"/bin/sh", "-c", "echo text; exit 1"}, home / "database");
+    failing.lastKnown();
+    dispatch.runUntil([] { return false; }, 100ms);
+    EXPECT_EQ(absent.lastKnown(), std::nullopt);
+    EXPECT_EQ(none.lastKnown(), std::nullopt);
+    EXPECT_EQ(failing.lastKnown(), std::nullopt);
+}
+
+TEST_F(BackgroundSettingTest, MayGoWhileTheProgramRuns)
+{
+    installGsettings("one");
+    {
+        auto setting = make(0ms);
+        setting.lastKnown();
+    }
+    dispatch.runUntil([] { return false; }, 50ms);
+}
+
+TEST(OutputOfTest, IsAllThatTheProgramWrote)
+{
+    EXPECT_EQ(outputOf("/bin/echo", {"-n", "a b", "c"}), "a b c");
+    EXPECT_EQ(outputOf("/bin/true", {}), "");
+    EXPECT_EQ(outputOf("/bin/sh", {"-c", "echo wrong >&2; echo right"}), "right\n");
+    const auto many = outputOf("/usr/bin/head", {"-c", "1000000", "/dev/zero"});
+    EXPECT_EQ(many.value_or("").size(), 1'000'000u);
+}
+
+TEST(OutputOfTest, IsEmptyWhereTheProgramFails)
+{
+    EXPECT_EQ(outputOf("/nowhere/program", {}), std::nullopt);
+    EXPECT_EQ(outputOf("/bin/sh", {"-c", "echo text; exit 3"}), std::nullopt);
+}
+
+} // namespace
+
+} // namespace tallowbay::posix

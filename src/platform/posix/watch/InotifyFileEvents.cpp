@@ -1,0 +1,186 @@
+#include "platform/posix/watch/InotifyFileEvents.h"
+
+#include "platform/posix/watch/CompleteFiles.h"
+#include "platform/posix/watch/InotifyThread.h"
+#include "platform/posix/watch/MainQueueHandler.h"
+#include "platform/posix/watch/WatchedRoot.h"
+
+#include <algorithm>
+#include <utility>
+
+#include <sys/inotify.h>
+
+namespace tallowbay::posix {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+
+namespace {
+
+using Events = std::vector<InotifyEvent>;
+using Paths = std::vector<fs::path>;
+
+// A folder with very many subfolders is gone through in pieces, so that nobody waits for long.
+constexpr auto explorePiece = 50ms;
+
+constexpr std::uint32_t fileMask =
+    IN_CREATE | IN_CLOSE_WRITE | IN_MOVED_TO | IN_MOVED_FROM | IN_DELETE;
+
+MonotonicTime now()
+{
+    return std::chrono::steady_clock::now();
+}
+
+// One stream. Everything but the start runs on its thread.
+class FileStream {
+public:
+    using Report = std::function<void(Paths)>;
+    FileStream(const fs::path& folder, std::chrono::milliseconds latency, Report);
+
+    // False if the system gives no means to watch.
+    bool start();
+
+private:
+    MonotonicTime turn(Events);
+    void handle(const Events&);
+    void handle(const InotifyEvent&);
+    void handleFolder(const fs::path&, std::uint32_t mask);
+    void handleFile(const fs::path&, std::uint32_t mask);
+    void reportEverything();
+    void exploreMore();
+    void reportComplete();
+
+    const Report report;
+    Inotify inotify;
+    FolderTree tree;
+    WatchedRoot root{tree};
+    CompleteFiles files;
+    bool explored = true;
+    bool reportFound = false; // what was there at the start is not reported
+    std::optional<InotifyThread> thread;
+};
+
+FileStream::FileStream(const fs::path& folder, std::chrono::milliseconds latency, Report report)
+    : report(std::move(report))
+    , tree(inotify, folder, fileMask, FolderTree::Depth::withSubfolders)
+    , files(latency, lookAtFile)
+{
+}
+
+bool FileStream::start()
+{
+    if (!inotify)
+        return false;
+    if (tree.watchRoot())
+        exploreMore();
+    else
+        reportFound = true;
+    thread.emplace(inotify, [this](Events events) { return turn(std::move(events)); });
+    return true;
+}
+
+MonotonicTime FileStream::turn(Events events)
+{
+    handle(events);
+    if (root.checkIfDue())
+        reportEverything();
+    if (!explored)
+        exploreMore();
+    reportComplete();
+    const auto next = std::min(root.dueAt(), files.nextLook().value_or(MonotonicTime::max()));
+    return explored ? next : now();
+}
+
+void FileStream::handle(const Events& events)
+{
+    for (const auto& event : events)
+        handle(event);
+    if (std::ranges::any_of(events, [](const auto& event) { return event.mask & IN_CLOSE_WRITE; }))
+        files.lookAgain(now());
+}
+
+void FileStream::handle(const InotifyEvent& event)
+{
+    if (event.mask & IN_Q_OVERFLOW) {
+        if (root.watchAnew())
+            reportEverything();
+        return;
+    }
+    if (root.isConcerned(event))
+        root.checkSoon();
+    if (event.mask & IN_IGNORED)
+        return tree.ended(event.watch);
+    const auto* folder = tree.folderOf(event.watch);
+    if (!folder || event.name.empty())
+        return;
+    const auto path = *folder / event.name;
+    event.mask& IN_ISDIR ? handleFolder(path, event.mask) : handleFile(path, event.mask);
+}
+
+void FileStream::handleFolder(const fs::path& path, std::uint32_t mask)
+{
+    if (mask & (IN_MOVED_FROM | IN_DELETE))
+        return tree.forget(path);
+    if (!(mask & (IN_CREATE | IN_MOVED_TO)))
+        return;
+    tree.add(path);
+    explored = false;
+}
+
+void FileStream::handleFile(const fs::path& path, std::uint32_t mask)
+{
+    using enum CompleteFiles::Sign;
+    if (mask & (IN_MOVED_FROM | IN_DELETE))
+        files.forget(path);
+    else if (mask & IN_CREATE)
+        files.notice(path, created, now());
+    else if (mask & IN_CLOSE_WRITE)
+        files.notice(path, closed, now());
+    else if (mask & IN_MOVED_TO)
+        files.notice(path, found, now());
+}
+
+void FileStream::reportEverything()
+{
+    reportFound = true;
+    explored = false;
+}
+
+void FileStream::exploreMore()
+{
+    explored = tree.explore(now() + explorePiece, [this](const fs::path& path) {
+        if (reportFound)
+            files.notice(path, CompleteFiles::Sign::found, now());
+    });
+    reportFound = reportFound || explored;
+}
+
+void FileStream::reportComplete()
+{
+    auto complete = files.takeComplete(now());
+    if (complete.empty())
+        return;
+    // A writer's closing is told before its file counts as closed: what comes in now of files that
+    // were just seen complete is no news.
+    handle(inotify.read());
+    for (const auto& path : complete)
+        files.forget(path);
+    report(std::move(complete));
+}
+
+} // namespace
+
+std::optional<Subscription> InotifyFileEvents::start(
+    const fs::path& folder, std::chrono::milliseconds latency, Handler handler)
+{
+    MainQueueHandler<Paths> onMain(dispatch, std::move(handler));
+    auto stream =
+        std::make_shared<FileStream>(folder, latency, [onMain = std::move(onMain)](Paths paths) {
+            onMain.post(std::move(paths));
+        });
+    if (!stream->start())
+        return std::nullopt;
+    return Subscription([stream = std::move(stream)]() mutable { stream.reset(); });
+}
+
+} // namespace tallowbay::posix

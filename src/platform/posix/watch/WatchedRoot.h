@@ -1,0 +1,42 @@
+#pragma once
+
+#include "platform/posix/watch/FolderTree.h"
+
+namespace tallowbay::posix {
+
+// Where the folder stands: watched, or lost and waited for. Tells when it has come back.
+class WatchedRoot {
+public:
+    // Mounts, and links on the way to the folder, change without an event.
+    static constexpr std::chrono::milliseconds checkInterval{250};
+
+    explicit WatchedRoot(FolderTree& tree)
+        : tree(tree)
+    {
+    }
+
+    // The event says that the folder itself went, moved or lies behind a mount no more.
+    bool isConcerned(const InotifyEvent&) const;
+
+    // True if the folder is watched anew: what happened before was missed.
+    bool checkIfDue()
+    {
+        if (std::chrono::steady_clock::now() < nextCheck)
+            return false;
+        nextCheck = std::chrono::steady_clock::now() + checkInterval;
+        return !tree.isIntact() && watchAnew();
+    }
+    bool watchAnew()
+    {
+        tree.forgetAll();
+        return tree.watchRoot();
+    }
+    void checkSoon() { nextCheck = {}; }
+    MonotonicTime dueAt() const { return nextCheck; }
+
+private:
+    FolderTree& tree;
+    MonotonicTime nextCheck = std::chrono::steady_clock::now() + checkInterval;
+};
+
+} // namespace tallowbay::posix

@@ -1,0 +1,346 @@
+#include "platform/qt/graphics/QtImageCodec.h"
+
+#include "platform/contract/ImageCodecContract.h"
+#include "platform/headless/Desktop.h"
+#include "platform/qt/graphics/BitmapImage.h"
+
+#include <QBuffer>
+#include <QColorSpace>
+#include <QImageWriter>
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+
+namespace tallowbay::contract {
+
+INSTANTIATE_TYPED_TEST_SUITE_P(Qt, ImageCodecContract, qt::QtImageCodec);
+
+} // namespace tallowbay::contract
+
+namespace tallowbay::qt {
+namespace {
+
+std::string encoded(const QImage& image, const char* format, int quality = -1)
+{
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    QImageWriter writer(&buffer, format);
+    writer.setQuality(quality);
+    EXPECT_TRUE(writer.write(image)) << writer.errorString().toStdString();
+    return bytes.toStdString();
+}
+
+std::uint32_t crcOf(std::string_view bytes)
+{
+    std::uint32_t crc = 0xFFFFFFFFu;
+    for (const char byte : bytes) {
+        crc ^= static_cast<unsigned char>(byte);
+        for (int bit = 0; bit < 8; ++bit)
+            crc = crc & 1 ? crc >> 1 ^ 0xEDB88320u : crc >> 1;
+    }
+    return ~crc;
+}
+
+std::string bigEndian(std::uint32_t value)
+{
+    return {
+        static_cast<char>(value >> 24), static_cast<char>(value >> 16),
+        static_cast<char>(value >> 8), static_cast<char>(value)};
+}
+
+std::string chunk(const std::string& name, const std::string& content)
+{
+    return bigEndian(static_cast<std::uint32_t>(content.size())) + name + content
+        + bigEndian(crcOf(name + content));
+}
+
+const std::string pngSignature("\x89PNG\r\n\x1a\n", 8);
+
+std::string pngHead(std::uint32_t width, std::uint32_t height)
+{
+    return pngSignature
+        + chunk("IHDR", bigEndian(width) + bigEndian(height) + std::string("\x08\x06\0\0\0", 5));
+}
+
+// The same picture with an Exif segment that states an orientation.
+std::string withOrientation(const std::string& jpeg, char orientation)
+{
+    const std::string exif = std::string("Exif\0\0MM\0*\0\0\0\x08\0\x01", 16)
+        + std::string("\x01\x12\0\x03\0\0\0\x01\0", 9) + orientation + std::string(6, '\0');
+    const auto length = static_cast<std::uint32_t>(exif.size() + 2);
+    return jpeg.substr(0, 2) + "\xFF\xE1" + bigEndian(length).substr(2) + exif + jpeg.substr(2);
+}
+
+class QtImageCodecTest : public testing::Test {
+protected:
+    Bitmap decoded(const std::string& bytes) { return std::get<Bitmap>(codec.decode(bytes)); }
+    ImageError error(const std::string& bytes) { return std::get<ImageError>(codec.decode(bytes)); }
+
+    QtImageCodec codec;
+};
+
+MATCHER_P2(IsNear, word, tolerance, "")
+{
+    for (int shift = 0; shift < 32; shift += 8)
+        if (std::abs(static_cast<int>(arg >> shift & 0xFF) - static_cast<int>(word >> shift & 0xFF))
+            > tolerance)
+            return false;
+    return true;
+}
+
+// What a file may look like inside
+
+TEST_F(QtImageCodecTest, Reads16BitPictures)
+{
+    QImage image(2, 1, QImage::Format_RGBA64);
+    image.setPixelColor(0, 0, QColor::fromRgba64(0xFFFF, 0x8080, 0x0101, 0xFFFF));
+    image.setPixelColor(1, 0, QColor::fromRgba64(0x1212, 0x3434, 0x5656, 0));
+    const Bitmap bitmap = decoded(encoded(image, "png"));
+    EXPECT_EQ(bitmap.pixel(0, 0), 0xFFFF8001u);
+    EXPECT_EQ(bitmap.pixel(1, 0), 0u);
+}
+
+TEST_F(QtImageCodecTest, ReadsGreyPicturesOf8And16Bits)
+{
+    for (const auto format : {QImage::Format_Grayscale8, QImage::Format_Grayscale16}) {
+        QImage image(2, 1, QImage::Format_RGB32);
+        image.setPixel(0, 0, qRgb(200, 200, 200));
+        image.setPixel(1, 0, qRgb(7, 7, 7));
+        const Bitmap bitmap = decoded(encoded(image.convertToFormat(format), "png"));
+        EXPECT_EQ(bitmap.pixel(0, 0), 0xFFC8C8C8u);
+        EXPECT_EQ(bitmap.pixel(1, 0), 0xFF070707u);
+    }
+}
+
+TEST_F(QtImageCodecTest, ReadsPalettesWithAndWithoutAlpha)
+{
+    QImage image(3, 1, QImage::Format_Indexed8);
+    image.setColorTable({qRgba(10, 20, 30, 255), qRgba(200, 100, 50, 128), qRgba(9, 9, 9, 0)});
+    for (int x = 0; x < 3; ++x)
+        image.setPixel(x, 0, static_cast<uint>(x));
+    const Bitmap bitmap = decoded(encoded(image, "png"));
+    EXPECT_EQ(bitmap.pixel(0, 0), 0xFF0A141Eu);
+    EXPECT_THAT(bitmap.pixel(1, 0), IsNear(0x80643219u, 1));
+    EXPECT_EQ(bitmap.pixel(2, 0), 0u);
+}
+
+TEST_F(QtImageCodecTest, ReadsBlackAndWhitePictures)
+{
+    QImage image(9, 1, QImage::Format_Mono);
+    image.fill(0);
+    image.setColorTable({qRgb(0, 0, 0), qRgb(255, 255, 255)});
+    image.setPixel(8, 0, 1);
+    const Bitmap bitmap = decoded(encoded(image, "png"));
+    EXPECT_EQ(bitmap.pixel(0, 0), 0xFF000000u);
+    EXPECT_EQ(bitmap.pixel(8, 0), 0xFFFFFFFFu);
+}
+
+TEST_F(QtImageCodecTest, KeepsNoColourUnderFullTransparency)
+{
+    QImage image(1, 1, QImage::Format_ARGB32);
+    image.setPixel(0, 0, qRgba(0xAB, 0xCD, 0xEF, 0));
+    const Bitmap bitmap = decoded(encoded(image, "png"));
+    EXPECT_EQ(bitmap.pixel(0, 0), 0u);
+    const QImage written =
+        QImage::fromData(QByteArray::fromStdString(*codec.encodePng(bitmap)), "png");
+    EXPECT_EQ(written.pixel(0, 0), qRgba(0, 0, 0, 0));
+}
+
+TEST_F(QtImageCodecTest, ConvertsProfilesToSrgb)
+{
+    for (const auto format : {QImage::Format_ARGB32, QImage::Format_RGB32, QImage::Format_RGBA64}) {
+        for (const char* file : {"png", "jpeg"}) {
+            QImage image(8, 8, format);
+            image.fill(QColor(200, 100, 50));
+            image.setColorSpace(QColorSpace(QColorSpace::DisplayP3));
+            const Bitmap bitmap = decoded(encoded(image, file, 100));
+            // (200, 100, 50) in Display P3, computed with the two sets of primaries
+            EXPECT_THAT(bitmap.pixel(4, 4), IsNear(0xFFD75D1Fu, 4)) << file;
+        }
+    }
+}
+
+TEST_F(QtImageCodecTest, ConvertsProfilesOfPalettes)
+{
+    QImage image(8, 8, QImage::Format_Indexed8);
+    image.setColorTable({qRgb(200, 100, 50)});
+    image.fill(0);
+    image.setColorSpace(QColorSpace(QColorSpace::DisplayP3));
+    EXPECT_THAT(decoded(encoded(image, "png")).pixel(4, 4), IsNear(0xFFD75D1Fu, 4));
+}
+
+TEST_F(QtImageCodecTest, TurnsAPictureAsItsOrientationSays)
+{
+    // Left half dark, right half light, upper rows with red
+    QImage image(32, 16, QImage::Format_RGB32);
+    for (int y = 0; y < 16; ++y)
+        for (int x = 0; x < 32; ++x)
+            image.setPixel(x, y, qRgb(y < 8 ? 255 : 0, x < 16 ? 0 : 255, 0));
+    const std::string jpeg = encoded(image, "jpeg", 100);
+    struct Row {
+        char orientation;
+        PixelSize size;
+        std::uint32_t topLeft;
+    };
+    const std::vector<Row> rows{{1, {32, 16}, 0xFFFF0000u}, {2, {32, 16}, 0xFFFFFF00u},
+                                {3, {32, 16}, 0xFF00FF00u}, {4, {32, 16}, 0xFF000000u},
+                                {5, {16, 32}, 0xFFFF0000u}, {6, {16, 32}, 0xFF000000u},
+                                {7, {16, 32}, 0xFF00FF00u}, {8, {16, 32}, 0xFFFFFF00u}};
+    for (const Row& row : rows) {
+        const std::string bytes = withOrientation(jpeg, row.orientation);
+        EXPECT_EQ(std::get<PixelSize>(codec.pixelSize(bytes)), row.size);
+        const Bitmap bitmap = decoded(bytes);
+        EXPECT_EQ(bitmap.size(), row.size);
+        EXPECT_THAT(bitmap.pixel(2, 2), IsNear(row.topLeft, 12)) << int(row.orientation);
+    }
+}
+
+// What is refused
+
+TEST_F(QtImageCodecTest, RefusesSidesOfZero)
+{
+    EXPECT_EQ(error(pngHead(0, 0) + chunk("IEND", "")), ImageError::damaged);
+    EXPECT_EQ(error(pngHead(5, 0) + chunk("IEND", "")), ImageError::damaged);
+}
+
+TEST_F(QtImageCodecTest, RefusesPicturesThatAreTooLargeByTheirHeadAlone)
+{
+    for (const auto& [width, height] : std::vector<std::pair<std::uint32_t, std::uint32_t>>{
+             {30000, 30000}, {40000, 1}, {1, 40000}, {0xFFFFFFFFu, 0xFFFFFFFFu}, {8193, 8192}}) {
+        const std::string head = pngHead(width, height);
+        EXPECT_EQ(error(head), ImageError::tooLarge);
+        EXPECT_EQ(std::get<ImageError>(codec.pixelSize(head)), ImageError::tooLarge);
+    }
+    std::string jpeg = encoded(QImage(8, 8, QImage::Format_RGB32), "jpeg");
+    const auto frame = jpeg.find("\xFF\xC0");
+    ASSERT_NE(frame, std::string::npos);
+    jpeg.replace(frame + 5, 4, "\x75\x30\x75\x30");
+    EXPECT_EQ(error(jpeg), ImageError::tooLarge);
+}
+
+TEST_F(QtImageCodecTest, RefusesAPictureWhoseDataIsMissing)
+{
+    EXPECT_EQ(error(pngHead(10, 10) + chunk("IEND", "")), ImageError::damaged);
+    EXPECT_EQ(
+        error(pngHead(10, 10) + chunk("IDAT", "not deflated") + chunk("IEND", "")),
+        ImageError::damaged);
+    EXPECT_EQ(error("\xFF\xD8\xFF\xD9"), ImageError::damaged);
+}
+
+TEST_F(QtImageCodecTest, RefusesAPngWithAFlippedBitInItsData)
+{
+    QImage image(64, 64, QImage::Format_RGB32);
+    for (int i = 0; i < 64 * 64; ++i)
+        image.setPixel(i % 64, i / 64, static_cast<uint>(i) * 2654435761u);
+    std::string bytes = encoded(image, "png");
+    bytes[bytes.find("IDAT") + 1000] ^= 0x10;
+    EXPECT_EQ(error(bytes), ImageError::damaged);
+}
+
+TEST_F(QtImageCodecTest, ReadsWhatIsFollowedByOtherBytes)
+{
+    const QImage image(8, 8, QImage::Format_RGB32);
+    for (const char* format : {"png", "jpeg"})
+        EXPECT_EQ(decoded(encoded(image, format) + "more").size(), (PixelSize{8, 8})) << format;
+}
+
+TEST_F(QtImageCodecTest, ReadsATallPictureOfManyPixels)
+{
+    Bitmap bitmap({1, 32767});
+    bitmap.row(32766)[0] = 0xFF123456u;
+    EXPECT_EQ(decoded(*codec.encodePng(bitmap)), bitmap);
+}
+
+// What is written
+
+// The names of a PNG's chunks, in order, each once.
+std::vector<std::string> chunkNames(const std::string& png)
+{
+    std::vector<std::string> names;
+    for (std::size_t at = pngSignature.size(); at + 8 <= png.size();) {
+        std::uint32_t length = 0;
+        for (std::size_t i = 0; i < 4; ++i)
+            length = length << 8 | static_cast<unsigned char>(png[at + i]);
+        if (const auto name = png.substr(at + 4, 4); names.empty() || names.back() != name)
+            names.push_back(name);
+        at += length + 12;
+    }
+    return names;
+}
+
+TEST_F(QtImageCodecTest, WritesNoMetadataOfTheOldFile)
+{
+    QImage image(16, 16, QImage::Format_ARGB32);
+    image.fill(QColor(1, 2, 3, 100));
+    image.setText("Comment", "the hidden content");
+    image.setColorSpace(QColorSpace(QColorSpace::DisplayP3));
+    const std::string png = encoded(image, "png") + "the hidden content";
+    ASSERT_THAT(chunkNames(png), testing::Contains("iCCP"));
+    const std::string written = *codec.encodePng(decoded(png));
+    EXPECT_THAT(chunkNames(written), testing::ElementsAre("IHDR", "pHYs", "IDAT", "IEND"));
+
+    const std::string jpeg = withOrientation(encoded(image, "jpeg"), 6) + "the hidden content";
+    ASSERT_NE(jpeg.find("Exif"), std::string::npos);
+    const std::string rewritten = *codec.encodeJpeg(decoded(jpeg), 0.85);
+    for (const char* trace : {"Exif", "ICC_PROFILE", "Comment", "hidden", "\xFF\xFE"})
+        EXPECT_EQ(rewritten.find(trace), std::string::npos) << trace;
+    EXPECT_TRUE(rewritten.ends_with("\xFF\xD9"));
+}
+
+TEST_F(QtImageCodecTest, WritesAnAlphaChannelOnlyWhereOneIsNeeded)
+{
+    constexpr std::size_t colorType = 25;
+    Bitmap bitmap({2, 1});
+    EXPECT_EQ(codec.encodePng(bitmap)->at(colorType), 6);
+    bitmap.row(0)[0] = bitmap.row(0)[1] = 0xFF010203u;
+    EXPECT_EQ(codec.encodePng(bitmap)->at(colorType), 2);
+    EXPECT_EQ(codec.encodePng(bitmap)->at(colorType - 1), 8) << "bits a channel";
+}
+
+TEST_F(QtImageCodecTest, LaysTransparencyOverTheBackdropInAJpeg)
+{
+    Bitmap bitmap({16, 16});
+    for (int y = 0; y < 16; ++y)
+        std::fill_n(bitmap.row(y) + 8, 8, 0x80800000u);
+    const Bitmap written = decoded(*codec.encodeJpeg(bitmap, 1));
+    EXPECT_THAT(written.pixel(3, 8), IsNear(0xFF0D0D0Du, 4));
+    EXPECT_THAT(written.pixel(12, 8), IsNear(0xFF860606u, 6));
+}
+
+TEST_F(QtImageCodecTest, WritesBetterJpegsAtHigherQuality)
+{
+    QImage image(64, 64, QImage::Format_ARGB32_Premultiplied);
+    for (int i = 0; i < 64 * 64; ++i)
+        image.setPixel(i % 64, i / 64, 0xFF000000u | static_cast<uint>(i) * 2654435761u >> 8);
+    Bitmap bitmap({64, 64});
+    QImage over = imageOver(bitmap);
+    std::copy_n(image.constBits(), image.sizeInBytes(), over.bits());
+    const auto size = [&](double quality) { return codec.encodeJpeg(bitmap, quality)->size(); };
+    EXPECT_LT(size(0.1), size(0.85));
+    EXPECT_LT(size(0.85), size(1));
+    EXPECT_EQ(
+        *codec.encodeJpeg(bitmap, 0.85),
+        encoded(image.convertToFormat(QImage::Format_RGB32), "jpeg", 85));
+}
+
+// Files
+
+TEST_F(QtImageCodecTest, LoadsAFileOrSaysWhyNot)
+{
+    headless::Desktop desktop;
+    desktop.files.create("/a.png", *codec.encodePng(Bitmap({3, 2})));
+    desktop.files.create("/b.png", "text");
+    EXPECT_EQ(
+        std::get<Bitmap>(loadImage(desktop.files, codec, "/a.png")).size(), (PixelSize{3, 2}));
+    EXPECT_EQ(
+        std::get<ImageError>(loadImage(desktop.files, codec, "/b.png")), ImageError::unknownFormat);
+    EXPECT_EQ(
+        std::get<ImageError>(loadImage(desktop.files, codec, "/c.png")), ImageError::unreadable);
+}
+
+} // namespace
+} // namespace tallowbay::qt

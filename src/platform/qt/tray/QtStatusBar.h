@@ -1,0 +1,15 @@
+#pragma once
+
+#include "platform/Menu.h"
+#include "platform/StatusBar.h"
+
+namespace tallowbay::qt {
+
+// The desktop's tray. Its icon is as large as the panel wants it, has a menu on either mouse
+// button, and comes back when the panel is started anew.
+class QtStatusBar final : public StatusBar {
+public:
+    std::unique_ptr<StatusItem> makeItem(const StatusButton&, Menu) override;
+};
+
+} // namespace tallowbay::qt

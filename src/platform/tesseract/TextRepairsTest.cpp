@@ -1,0 +1,51 @@
+#include "platform/tesseract/TextRepairs.h"
+
+#include <gtest/gtest.h>
+
+namespace tallowbay::tesseract {
+namespace {
+
+std::vector<std::string> repaired(std::vector<std::string> lines, bool isCode = false)
+{
+    repairScreenText(lines, std::vector<bool>(lines.size(), isCode));
+    return lines;
+}
+
+using Lines = std::vector<std::string>;
+
+TEST(TextRepairsTest, MakesQuotesStraightBesideStraightOnes)
+{
+    EXPECT_EQ(repaired({"“Why\" not", "‘a' b"}), (Lines{"\"Why\" not", "'a' b"}));
+}
+
+TEST(TextRepairsTest, KeepsTypographicQuotesWhereAllAre)
+{
+    EXPECT_EQ(repaired({"“Why not?” it’s"}), (Lines{"“Why not?” it’s"}));
+}
+
+TEST(TextRepairsTest, MakesQuotesInCodeStraight)
+{
+    EXPECT_EQ(repaired({"print(“a”, ‘b’)"}, true), (Lines{"print(\"a\", 'b')"}));
+}
+
+TEST(TextRepairsTest, KnowsTheNamesOfKeys)
+{
+    EXPECT_EQ(
+        repaired({"Ctri+H", "Ctr+Shift+S", "Ctril+P", "Ctrl+V", "Fll", "Fil", "F1l", "F5"}),
+        (Lines{"Ctrl+H", "Ctrl+Shift+S", "Ctrl+P", "Ctrl+V", "F11", "F11", "F11", "F5"}));
+}
+
+TEST(TextRepairsTest, LeavesOtherWordsAlone)
+{
+    const Lines words{"Film", "Fly", "Control", "allList", "a | B", "Center+x"};
+    EXPECT_EQ(repaired(words), words);
+}
+
+TEST(TextRepairsTest, TakesALoneBarBeforeAWordForTheWordI)
+{
+    EXPECT_EQ(
+        repaired({"\"| would rather", "| think so"}), (Lines{"\"I would rather", "I think so"}));
+}
+
+} // namespace
+} // namespace tallowbay::tesseract

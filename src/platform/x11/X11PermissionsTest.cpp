@@ -1,0 +1,40 @@
+#include "platform/x11/X11Permissions.h"
+
+#include "platform/x11/X11TestDesktop.h"
+
+#include <gtest/gtest.h>
+
+namespace tallowbay::x11 {
+
+TEST(X11PermissionsTest, GrantsEverythingOnAnXServer)
+{
+    X11TestDesktop desktop;
+    for (const char* noWayland : {static_cast<const char*>(nullptr), ""}) {
+        const X11Permissions permissions(*desktop.session, noWayland);
+        EXPECT_TRUE(permissions.accessibility().granted());
+        EXPECT_TRUE(permissions.screenRecording().granted());
+        EXPECT_EQ(permissions.accessibility().reason, "");
+    }
+}
+
+TEST(X11PermissionsTest, GrantsNothingInAWaylandSession)
+{
+    X11TestDesktop desktop;
+    const X11Permissions permissions(*desktop.session, "wayland-0");
+    EXPECT_EQ(permissions.accessibility().state, Permission::State::unavailable);
+    EXPECT_EQ(permissions.screenRecording().state, Permission::State::unavailable);
+    EXPECT_NE(permissions.accessibility().reason, "");
+    EXPECT_NE(permissions.screenRecording().reason, "");
+}
+
+TEST(X11PermissionsTest, TellsThatKeysCannotBeTyped)
+{
+    X11TestDesktop desktop(
+        std::make_unique<test::XServer>(test::XServer::Options{640, 480, {"-extension", "XTEST"}}));
+    const X11Permissions permissions(*desktop.session, nullptr);
+    EXPECT_EQ(permissions.accessibility().state, Permission::State::unavailable);
+    EXPECT_EQ(permissions.accessibility().reason, "The X server lacks the XTEST extension");
+    EXPECT_TRUE(permissions.screenRecording().granted());
+}
+
+} // namespace tallowbay::x11

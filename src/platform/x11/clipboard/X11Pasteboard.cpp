@@ -1,0 +1,227 @@
+#include "platform/x11/clipboard/X11Pasteboard.h"
+
+#include "platform/posix/files/FileUris.h"
+#include "platform/x11/clipboard/SelectionReader.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include <xcb/xfixes.h>
+
+namespace tallowbay::x11 {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+using Files = std::vector<std::filesystem::path>;
+
+constexpr std::chrono::milliseconds readLimit = 500ms;
+constexpr std::chrono::milliseconds longestHandOver = 1s;
+
+} // namespace
+
+X11Pasteboard::X11Pasteboard(X11Session& session, Dispatch& dispatch)
+    : session(session)
+    , transfers(session, dispatch)
+    , answers(
+          session,
+          [this](xcb_window_t window, xcb_atom_t property, xcb_atom_t type, std::string bytes) {
+              return transfers.send(window, property, type, std::move(bytes));
+          })
+    , toolkitAnswers(
+          session,
+          [this](
+              xcb_window_t window, xcb_atom_t property, xcb_atom_t type, const std::string& bytes) {
+              return sendWhole(window, property, type, bytes);
+          })
+    , clipboard(session.atom("CLIPBOARD"))
+    , events(session.watchOnMain([this](const X11Event& event) { handle(event); }))
+{
+    xcb_xfixes_select_selection_input(
+        session.connection(), session.root(), clipboard,
+        XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER
+            | XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY
+            | XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
+    xcb_flush(session.connection());
+}
+
+X11Pasteboard::~X11Pasteboard() = default;
+
+void X11Pasteboard::answerOwnToolkit(std::uint32_t resourceBase, std::uint32_t resourceMask)
+{
+    toolkit = {resourceBase, resourceMask};
+    toolkitEvents = session.watchOnThread(
+        [this, client = toolkit](const X11Event& event) { answerToolkit(client, event); });
+}
+
+void X11Pasteboard::clear()
+{
+    own({});
+}
+
+void X11Pasteboard::writeFiles(const Files& files)
+{
+    own(files.empty() ? ClipboardContent() : ClipboardContent(files));
+}
+
+void X11Pasteboard::writeText(const std::string& text)
+{
+    own(text);
+}
+
+Files X11Pasteboard::readFiles() const
+{
+    constexpr std::array<std::string_view, 2> forms{
+        "text/uri-list", "x-special/gnome-copied-files"};
+    const xcb_window_t owner = currentOwner(clipboard);
+    if (owner == XCB_NONE || toolkit.has(owner))
+        return {};
+    if (owner == session.window()) {
+        const Offer own = offer();
+        const auto* files = own ? std::get_if<Files>(own->content.get()) : nullptr;
+        return files ? *files : Files();
+    }
+    const auto list = readClipboard(session.displayName(), forms, readLimit);
+    return list ? posix::localFiles(*list) : Files();
+}
+
+std::int64_t X11Pasteboard::changeCount() const
+{
+    return changes;
+}
+
+bool X11Pasteboard::handOver(std::chrono::milliseconds limit)
+{
+    const Offer own = offer();
+    const bool hasText = own && std::holds_alternative<std::string>(*own->content);
+    return hasText && currentOwner(session.atom("CLIPBOARD_MANAGER")) != XCB_NONE
+        && askManagerToSave(*own, std::min(limit, longestHandOver));
+}
+
+// Owning it anew with each change tells clipboard managers and open paste menus of the change.
+void X11Pasteboard::own(ClipboardContent content)
+{
+    ++changes;
+    const Offer before = offer();
+    const xcb_timestamp_t now = session.serverTime();
+    const auto request =
+        xcb_set_selection_owner(session.connection(), session.window(), clipboard, now);
+    writtenBy = request.sequence;
+    if (currentOwner(clipboard) != session.window()) {
+        setOffer(nullptr);
+        return;
+    }
+    setOffer(std::make_shared<const ClipboardOffer>(ClipboardOffer{
+        std::make_shared<const ClipboardContent>(std::move(content)),
+        before ? before->ownedSince : now, now}));
+}
+
+X11Pasteboard::Offer X11Pasteboard::offer() const
+{
+    const std::scoped_lock lock(offerMutex);
+    return currentOffer;
+}
+
+void X11Pasteboard::setOffer(Offer next)
+{
+    const std::scoped_lock lock(offerMutex);
+    currentOffer = std::move(next);
+}
+
+xcb_window_t X11Pasteboard::currentOwner(xcb_atom_t selection) const
+{
+    const auto reply = owned(xcb_get_selection_owner_reply(
+        session.connection(), xcb_get_selection_owner(session.connection(), selection), nullptr));
+    return reply ? reply->owner : xcb_window_t(XCB_NONE);
+}
+
+void X11Pasteboard::handle(const X11Event& event)
+{
+    transfers.handle(event);
+    if (event.type() == XCB_SELECTION_REQUEST)
+        answer(event.as<xcb_selection_request_event_t>());
+    else if (event.type() == XCB_SELECTION_CLEAR)
+        noteLoss(event);
+    else if (event.type() == session.selectionEvent() + XCB_XFIXES_SELECTION_NOTIFY)
+        noteOtherOwner(event);
+}
+
+void X11Pasteboard::noteLoss(const X11Event& event)
+{
+    if (event.as<xcb_selection_clear_event_t>().selection != clipboard)
+        return;
+    const Offer current = offer();
+    if (!isBefore(event.sequence(), writtenBy)) {
+        setOffer(nullptr);
+    } else if (current) { // we have become the owner again since then
+        ClipboardOffer interrupted = *current;
+        interrupted.ownedSince = interrupted.writtenAt;
+        setOffer(std::make_shared<const ClipboardOffer>(std::move(interrupted)));
+    }
+}
+
+// A change that came before our last write was counted with that.
+void X11Pasteboard::noteOtherOwner(const X11Event& event)
+{
+    const auto& change = event.as<xcb_xfixes_selection_notify_event_t>();
+    const bool older = isBefore(event.sequence(), writtenBy);
+    if (change.selection == clipboard && change.owner != session.window() && !older)
+        ++changes;
+}
+
+void X11Pasteboard::answer(const xcb_selection_request_event_t& request)
+{
+    transfers.forget(request.requestor, request.property);
+    if (!toolkit.has(request.requestor))
+        answers.answer(request, offer().get());
+}
+
+void X11Pasteboard::answerToolkit(const Client& client, const X11Event& event)
+{
+    if (event.type() != XCB_SELECTION_REQUEST)
+        return;
+    const auto& request = event.as<xcb_selection_request_event_t>();
+    if (client.has(request.requestor))
+        toolkitAnswers.answer(request, offer().get());
+}
+
+// A transfer bit by bit would need the main queue.
+bool X11Pasteboard::sendWhole(
+    xcb_window_t window, xcb_atom_t property, xcb_atom_t type, const std::string& bytes)
+{
+    constexpr std::size_t requestHeader = 64;
+    const std::size_t longest =
+        std::size_t(xcb_get_maximum_request_length(session.connection())) * 4;
+    if (bytes.size() + requestHeader > longest)
+        return false;
+    xcb_change_property(
+        session.connection(), XCB_PROP_MODE_REPLACE, window, property, type, 8,
+        std::uint32_t(bytes.size()), bytes.data());
+    return true;
+}
+
+// The manager reads the content from us meanwhile, so requests are answered while we wait.
+bool X11Pasteboard::askManagerToSave(const ClipboardOffer& own, std::chrono::milliseconds limit)
+{
+    const xcb_atom_t saveTargets = session.atom("SAVE_TARGETS");
+    const xcb_atom_t property = session.atom("TALLOWBAY_SAVE");
+    std::optional<bool> saved;
+    const auto answer = session.watchOnMain([&](const X11Event& event) {
+        if (event.type() != XCB_SELECTION_NOTIFY)
+            return;
+        const auto& notify = event.as<xcb_selection_notify_event_t>();
+        if (notify.target == saveTargets)
+            saved = notify.property != XCB_ATOM_NONE;
+    });
+    putValues(session, session.window(), property, XCB_ATOM_ATOM, answers.forms(*own.content));
+    xcb_convert_selection(
+        session.connection(), session.window(), session.atom("CLIPBOARD_MANAGER"), saveTargets,
+        property, own.writtenAt);
+    xcb_flush(session.connection());
+    session.handleUntil([&] { return saved.has_value(); }, limit);
+    return saved.value_or(false);
+}
+
+} // namespace tallowbay::x11

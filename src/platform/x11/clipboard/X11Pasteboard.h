@@ -1,0 +1,71 @@
+#pragma once
+
+#include "platform/Pasteboard.h"
+#include "platform/x11/clipboard/SelectionAnswers.h"
+#include "platform/x11/clipboard/SelectionTransfers.h"
+
+namespace tallowbay::x11 {
+
+// The clipboard of an X11 session, as the owner of its CLIPBOARD selection.
+//
+// Requests are answered on the main queue, in their order among all other events of the session: a
+// handler that a key press set off there changes the content before the paste that the same key
+// press caused reads it.
+class X11Pasteboard : public Pasteboard {
+public:
+    X11Pasteboard(X11Session&, Dispatch&);
+    ~X11Pasteboard() override;
+
+    // The windows of another connection of this process, a toolkit's. When such a one asks, the
+    // toolkit keeps the main thread waiting for the answer; so it is answered on the session's
+    // thread. It owns no files itself, and is not asked for any.
+    void answerOwnToolkit(std::uint32_t resourceBase, std::uint32_t resourceMask);
+
+    void clear() override;
+    void writeFiles(const std::vector<std::filesystem::path>&) override;
+    void writeText(const std::string&) override;
+    std::vector<std::filesystem::path> readFiles() const override;
+    std::int64_t changeCount() const override;
+    bool handOver(std::chrono::milliseconds limit) override;
+
+    // Long transfers to other programs that are under way.
+    std::size_t transferCount() const { return transfers.size(); }
+
+private:
+    struct Client {
+        std::uint32_t base = 0;
+        std::uint32_t mask = 0;
+
+        bool has(xcb_window_t window) const { return base != 0 && (window & ~mask) == base; }
+    };
+    using Offer = std::shared_ptr<const ClipboardOffer>;
+
+    void own(ClipboardContent);
+    Offer offer() const;
+    void setOffer(Offer);
+    xcb_window_t currentOwner(xcb_atom_t selection) const;
+    void handle(const X11Event&);
+    void noteLoss(const X11Event&);
+    void noteOtherOwner(const X11Event&);
+    void answer(const xcb_selection_request_event_t&);
+    void answerToolkit(const Client&, const X11Event&);
+    bool sendWhole(xcb_window_t, xcb_atom_t property, xcb_atom_t type, const std::string&);
+    bool askManagerToSave(const ClipboardOffer&, std::chrono::milliseconds limit);
+
+    X11Session& session;
+    SelectionTransfers transfers;
+    SelectionAnswers answers;
+    SelectionAnswers toolkitAnswers; // session's thread only
+    const xcb_atom_t clipboard;
+    Client toolkit;
+    std::uint32_t writtenBy = 0; // the number of the request that made us the owner
+    std::int64_t changes = 0;
+
+    mutable std::mutex offerMutex;
+    Offer currentOffer; // null while another one is the owner
+
+    Subscription events;
+    Subscription toolkitEvents;
+};
+
+} // namespace tallowbay::x11

@@ -1,0 +1,123 @@
+#include "tools/canvas/CanvasWindow.h"
+
+#include "editor/AnnotationConstants.h"
+#include "platform/qt/graphics/QtColor.h"
+
+#include <QActionGroup>
+#include <QPixmap>
+#include <QToolBar>
+
+namespace tallowbay {
+
+namespace {
+
+constexpr KeyCode returnKey = 36, escapeKey = 53, zKey = 6;
+
+QIcon swatch(const Color& color)
+{
+    constexpr int side = 20;
+    QPixmap pixmap(side, side);
+    pixmap.fill(qt::qtColor(color));
+    return pixmap;
+}
+
+QString qtText(std::string_view text)
+{
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+} // namespace
+
+CanvasWindow::CanvasWindow(
+    const qt::GraphicsFonts& fonts, AnnotationSaver& saver, std::filesystem::path url, Image image)
+    : saver(saver)
+    , imageURLs{std::move(url)}
+    , view(fonts)
+{
+    setWindowTitle(QStringLiteral("tallowbay-canvas"));
+    addToolBar();
+    view.setObjectName(QStringLiteral("canvas"));
+    setCentralWidget(&view);
+    view.canvas().setDelegate(this);
+    view.canvas().setBackgroundImage(std::move(image));
+    view.setFocus();
+}
+
+CanvasWindow::~CanvasWindow()
+{
+    view.canvas().setDelegate(nullptr);
+    takeCentralWidget(); // a field of this object, not the window's to delete
+}
+
+void CanvasWindow::addToolBar()
+{
+    auto* const bar = QMainWindow::addToolBar(QString());
+    bar->setMovable(false);
+    auto* const tools = new QActionGroup(this);
+    for (const AnnotationTool each : annotationTools) {
+        auto* const action = bar->addAction(qtText(railLabel(each)), [this, each] {
+            view.canvas().commitTextIfNeeded();
+            tool = each;
+        });
+        action->setCheckable(true);
+        action->setChecked(each == tool);
+        tools->addAction(action);
+    }
+    bar->addAction(QStringLiteral("Undo"), [this] { undoAnnotation(); });
+    bar->addAction(QStringLiteral("Redo"), [this] { redoAnnotation(); });
+    for (const Color& each : swatchColorValues)
+        bar->addAction(swatch(each), QString(), [this, each] { color = each; });
+}
+
+void CanvasWindow::canvasDidAddAnnotation(const AnnotationItem&)
+{
+    redoStack.clear();
+    save();
+}
+
+void CanvasWindow::annotationUpdated(std::size_t, const AnnotationItem&)
+{
+    save();
+}
+
+void CanvasWindow::deleteAnnotation(std::size_t index)
+{
+    redoStack.push_back(view.canvas().removeAnnotation(index));
+    view.canvas().clearSelection();
+    save();
+}
+
+void CanvasWindow::handleKeyDown(const KeyPress& key)
+{
+    if (key.keyCode == returnKey || key.keyCode == escapeKey)
+        view.canvas().commitTextIfNeeded();
+    if (key.keyCode == escapeKey)
+        close();
+    if (key.keyCode == zKey && key.flags & eventFlag::command)
+        key.flags& eventFlag::shift ? redoAnnotation() : undoAnnotation();
+}
+
+void CanvasWindow::undoAnnotation()
+{
+    const std::size_t count = view.canvas().annotations().size();
+    if (count == 0)
+        return;
+    redoStack.push_back(view.canvas().removeAnnotation(count - 1));
+    save();
+}
+
+void CanvasWindow::redoAnnotation()
+{
+    if (redoStack.empty())
+        return;
+    view.canvas().appendAnnotation(std::move(redoStack.back()));
+    redoStack.pop_back();
+    save();
+}
+
+void CanvasWindow::save()
+{
+    saver.saveCurrentAnnotation(view.canvas(), annotations, imageURLs, 0);
+}
+
+} // namespace tallowbay
