@@ -14,7 +14,7 @@ using posix::environmentText;
 
 namespace {
 
-bool canConnect()
+bool xServerAnswers()
 {
     const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection(
         xcb_connect(nullptr, nullptr), &xcb_disconnect);
@@ -23,22 +23,17 @@ bool canConnect()
 
 } // namespace
 
-std::optional<std::string> displayProblem()
+std::optional<std::string> displayProblem(DesktopKind)
 {
-    const auto display = environmentText("DISPLAY");
-    if (!display && environmentText("WAYLAND_DISPLAY"))
-        return "this Wayland session has no X server (Xwayland), which Tallowbay needs";
-    if (!display)
-        return "there is no display: DISPLAY is not set; start Tallowbay from a desktop session";
-    if (!canConnect())
-        return "the display " + *display + " cannot be reached: no X server answers there, or it "
-            + "lets nobody in";
-    return std::nullopt;
+    if (xServerAnswers())
+        return std::nullopt;
+    return "the display " + environmentText("DISPLAY").value_or("")
+        + " cannot be reached: no X server answers there, or it lets nobody in";
 }
 
-std::optional<std::string> sessionLimits()
+std::optional<std::string> sessionLimits(const SessionEnvironment& session)
 {
-    if (!environmentText("WAYLAND_DISPLAY") && environmentText("XDG_SESSION_TYPE") != "wayland")
+    if (!session.isWayland())
         return std::nullopt;
     return "this is a Wayland session: pastes are not seen in it, so a batch ends only when it is "
            "cleared";

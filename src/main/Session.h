@@ -1,17 +1,19 @@
 #pragma once
 
+#include "main/DesktopChoice.h"
+
 #include <optional>
 #include <string>
 
 namespace tallowbay {
 
-// The desktop session that the program was started in, as the environment tells.
+// The desktop session that the program was started in.
 
-// Why no window can be shown here, in one sentence for people; empty if one can.
-std::optional<std::string> displayProblem();
+// Why the display of that desktop cannot be used, in one sentence for people; empty if it answers.
+std::optional<std::string> displayProblem(DesktopKind);
 
 // What does not work here although the program runs, in one sentence; empty where everything does.
-std::optional<std::string> sessionLimits();
+std::optional<std::string> sessionLimits(const SessionEnvironment&);
 
 // Whether a message bus belongs to the session. Asking the bus library itself would start one.
 bool hasSessionBus();

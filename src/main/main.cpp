@@ -1,5 +1,5 @@
 #include "app/AppDelegate.h"
-#include "main/LinuxDesktop.h"
+#include "main/Desktop.h"
 #include "main/Session.h"
 #include "main/SetupFlow.h"
 #include "main/remote/CommandLine.h"
@@ -38,10 +38,10 @@ int print(const PrintAndExit& answer)
 
 // What Qt reads from the environment as it starts. OpenGL is never used, and would take more memory
 // than all the rest of the program.
-void prepareQt(bool busExists)
+void prepareQt(DesktopKind kind, bool busExists)
 {
     qInstallMessageHandler(writeToStandardError);
-    qputenv("QT_QPA_PLATFORM", "xcb");
+    qputenv("QT_QPA_PLATFORM", qtPlatformOf(kind));
     qputenv("QT_XCB_GL_INTEGRATION", "none");
     if (!busExists)
         qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:"); // else the library starts a bus
@@ -82,18 +82,18 @@ AppDelegate::Windows windowsOf(SetupFlow& setup)
     return windows;
 }
 
-int runDesktop(RemoteControl& remoteControl, std::optional<Command> first)
+int runDesktop(DesktopKind kind, RemoteControl& remoteControl, std::optional<Command> first)
 try {
-    LinuxDesktop desktop;
-    SetupFlow setup(desktop.platform());
-    AppDelegate delegate(desktop.platform(), windowsOf(setup));
+    const auto desktop = makeDesktop(kind);
+    SetupFlow setup(desktop->platform());
+    AppDelegate delegate(desktop->platform(), windowsOf(setup));
     remoteControl.serve([&delegate](Command command) { return delegate.perform(command); });
     delegate.applicationDidFinishLaunching();
     const bool goesOn = !first || performFirst(delegate, *first);
-    const int status = goesOn ? desktop.run() : 1;
+    const int status = goesOn ? desktop->run() : 1;
     remoteControl.stop();
     delegate.applicationWillTerminate();
-    desktop.finishBackgroundWork();
+    desktop->finishBackgroundWork();
     return status;
 } catch (const DisplayUnusable& problem) {
     tell(problem.what());
@@ -130,10 +130,10 @@ int handOver(std::optional<Command> command, bool busExists)
     return printReply(sendCommand(*command));
 }
 
-int startProgram(char* programName, std::optional<Command> command)
+int startProgram(DesktopKind kind, char* programName, std::optional<Command> command)
 {
     const bool busExists = hasSessionBus();
-    prepareQt(busExists);
+    prepareQt(kind, busExists);
     int argumentCount = 1;
     char* arguments[] = {programName, nullptr};
     QApplication application(argumentCount, arguments);
@@ -143,9 +143,9 @@ int startProgram(char* programName, std::optional<Command> command)
     SingleInstance instance(instanceLockFile());
     if (instance.acquire(busExists) == SingleInstance::Result::another)
         endAtOnce(handOver(command, busExists));
-    if (const auto limits = sessionLimits())
+    if (const auto limits = sessionLimits(SessionEnvironment::ofProcess()))
         tell(*limits);
-    return runDesktop(remoteControl, command);
+    return runDesktop(kind, remoteControl, command);
 }
 
 // Needs no display.
@@ -165,11 +165,14 @@ int start(char* programName, std::optional<Command> command)
 {
     if (command && !startsProgram(*command))
         return sendOnly(programName, *command);
-    if (const auto problem = displayProblem()) {
+    const auto choice = chooseDesktop(SessionEnvironment::ofProcess());
+    const auto* kind = std::get_if<DesktopKind>(&choice);
+    const auto problem = kind ? displayProblem(*kind) : std::get<std::string>(choice);
+    if (problem) {
         tell(*problem);
         return 1;
     }
-    return startProgram(programName, command);
+    return startProgram(*kind, programName, command);
 }
 
 } // namespace

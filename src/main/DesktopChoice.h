@@ -1,0 +1,31 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <variant>
+
+namespace tallowbay {
+
+// The display servers that the program has backends for.
+enum class DesktopKind { x11 };
+
+// What the environment says of the session; what is absent or empty there is empty here.
+struct SessionEnvironment {
+    std::optional<std::string> forced; // TALLOWBAY_DESKTOP, by which the user decides
+    std::optional<std::string> display; // DISPLAY
+    std::optional<std::string> waylandDisplay; // WAYLAND_DISPLAY
+    std::optional<std::string> sessionType; // XDG_SESSION_TYPE
+
+    static SessionEnvironment ofProcess();
+
+    bool isWayland() const { return waylandDisplay || sessionType == "wayland"; }
+};
+
+// Which desktop to run on, or why there is none, in one sentence for people. Whether the display
+// answers is not asked.
+std::variant<DesktopKind, std::string> chooseDesktop(const SessionEnvironment&);
+
+// The toolkit's name for its side of that desktop.
+const char* qtPlatformOf(DesktopKind);
+
+} // namespace tallowbay

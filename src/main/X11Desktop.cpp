@@ -1,0 +1,68 @@
+#include "main/X11Desktop.h"
+
+#include "platform/qt/X11Queries.h"
+
+#include <QCoreApplication>
+
+#include <cstdlib>
+
+namespace tallowbay {
+
+namespace {
+
+std::unique_ptr<x11::X11Session> openSession(Dispatch& dispatch)
+{
+    // Without its display there is nothing left to do for the program.
+    auto created = x11::X11Session::create(dispatch, [] { QCoreApplication::exit(1); });
+    if (!created.session)
+        throw DisplayUnusable(created.problem);
+    return std::move(created.session);
+}
+
+} // namespace
+
+X11Desktop::X11Desktop()
+    : session(openSession(shared.dispatch))
+    , pasteboard(*session, shared.dispatch)
+    , keyboard(*session)
+    , keyTap(*session, keyboard)
+    , keyPoster(*session, keyboard)
+    , hotkeys(*session, shared.dispatch)
+    , permissions(*session, std::getenv("WAYLAND_DISPLAY"))
+{
+    const qt::ResourceNumbers own = qt::ownResourceNumbers();
+    pasteboard.answerOwnToolkit(own.base, own.mask);
+}
+
+Platform X11Desktop::platform()
+{
+    return {
+        .dispatch = shared.dispatch,
+        .clock = shared.clock,
+        .console = shared.console,
+        .fileSystem = shared.fileSystem,
+        .fileEvents = shared.fileEvents,
+        .folderEvents = shared.folderEvents,
+        .processes = shared.processes,
+        .resources = shared.resources,
+        .tools = shared.tools,
+        .imageCodec = shared.imageCodec,
+        .textRecognizer = shared.textRecognizer,
+        .defaults = shared.defaults,
+        .desktop = shared.desktopSettings,
+        .pasteboard = pasteboard,
+        .keyTap = keyTap,
+        .keyPoster = keyPoster,
+        .hotkeys = hotkeys,
+        .permissions = permissions,
+        .statusBar = statusBar,
+        .alerts = shared.alerts,
+        .updater = shared.updater,
+        .application = shared.application,
+        .screens = shared.screens,
+        .textMeasurer = shared.textMeasurer,
+        .toastViews = toastViews,
+    };
+}
+
+} // namespace tallowbay
