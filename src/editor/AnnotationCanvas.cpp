@@ -56,11 +56,10 @@ void AnnotationCanvas::appendAnnotation(AnnotationItem item)
     view.redraw();
 }
 
-AnnotationItem AnnotationCanvas::removeAnnotation(std::size_t index)
+void AnnotationCanvas::removeAnnotation(std::size_t index)
 {
-    AnnotationItem removed = canvas.removeAnnotation(index);
+    canvas.removeAnnotation(index);
     view.redraw();
-    return removed;
 }
 
 void AnnotationCanvas::clearSelection()
@@ -91,7 +90,7 @@ void AnnotationCanvas::resizeAnnotation(std::size_t index, ResizeHandle handle, 
 {
     Rect& rect = checkedAt(canvas.annotations, index).rect;
     rect = resizedRect(rect, handle, to);
-    view.redraw();
+    reportChange();
 }
 
 void AnnotationCanvas::mouseDown(Point point)
@@ -162,7 +161,7 @@ void AnnotationCanvas::moveBy(Point distance)
     Rect& rect = checkedAt(canvas.annotations, *canvas.movingIndex).rect;
     rect.origin.x += distance.x;
     rect.origin.y += distance.y;
-    view.redraw();
+    reportChange();
 }
 
 void AnnotationCanvas::mouseUp(Point point)
@@ -210,19 +209,26 @@ std::optional<AnnotationItem> AnnotationCanvas::draggedOutItem(Point end) const
     return AnnotationItem{tool, *canvas.liveRect, std::nullopt, color};
 }
 
-void AnnotationCanvas::reportUpdate(std::size_t index)
+// The window may change the list while it is told, so each report has a copy.
+
+void AnnotationCanvas::reportChange()
 {
-    // A copy: the window may change the list while it is told.
-    const AnnotationItem item = checkedAt(canvas.annotations, index);
+    view.redraw();
     if (delegate)
-        delegate->annotationUpdated(index, item);
+        delegate->annotationsChanged(std::vector(canvas.annotations));
 }
 
-void AnnotationCanvas::add(const AnnotationItem& item)
+void AnnotationCanvas::reportUpdate(std::size_t index)
 {
-    appendAnnotation(item);
     if (delegate)
-        delegate->canvasDidAddAnnotation(item);
+        delegate->annotationUpdated(index, std::vector(canvas.annotations));
+}
+
+void AnnotationCanvas::add(AnnotationItem item)
+{
+    appendAnnotation(std::move(item));
+    if (delegate)
+        delegate->canvasDidAddAnnotation(std::vector(canvas.annotations));
 }
 
 Color AnnotationCanvas::currentColor(Color withoutWindow) const

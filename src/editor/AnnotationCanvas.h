@@ -11,7 +11,8 @@
 
 namespace tallowbay {
 
-// What the canvas tells and asks the editor's window.
+// What the canvas tells and asks the editor's window. What it tells of the items carries all of
+// them, so that the window's record follows without asking.
 class AnnotationCanvasDelegate {
 public:
     virtual ~AnnotationCanvasDelegate() = default;
@@ -20,11 +21,14 @@ public:
     virtual AnnotationTool selectedTool() const = 0;
     virtual Color highlightColor() const = 0;
 
-    // After the item was appended to the canvas's list.
-    virtual void canvasDidAddAnnotation(const AnnotationItem&) = 0;
+    // The last item is new.
+    virtual void canvasDidAddAnnotation(const std::vector<AnnotationItem>&) = 0;
 
-    // After a move or a resize has ended, also one that changed nothing.
-    virtual void annotationUpdated(std::size_t index, const AnnotationItem&) = 0;
+    // A move or a resize has ended, also one that changed nothing.
+    virtual void annotationUpdated(std::size_t index, const std::vector<AnnotationItem>&) = 0;
+
+    // A move or a resize goes on: nothing is to be saved yet.
+    virtual void annotationsChanged(const std::vector<AnnotationItem>&) = 0;
 
     virtual void deleteAnnotation(std::size_t index) = 0;
 
@@ -72,8 +76,8 @@ public:
 // The part of the editor that shows a screenshot and lets the user mark it up. Points count from
 // the canvas's lower left corner, y upwards.
 //
-// It works on a copy of the current picture's items and reports what has changed. Thread: main
-// queue.
+// It works on a copy of the current picture's items and reports what the user has changed. Thread:
+// main queue.
 class AnnotationCanvas {
 public:
     AnnotationCanvas(AnnotationCanvasPort& view, const TextMeasurer& measurer)
@@ -96,7 +100,7 @@ public:
     void setBackgroundImage(Image);
     void setAnnotations(std::vector<AnnotationItem>); // of another picture: nothing stays selected
     void appendAnnotation(AnnotationItem);
-    AnnotationItem removeAnnotation(std::size_t index); // outside of the list: stops the process
+    void removeAnnotation(std::size_t index); // outside of the list: stops the process
     void clearSelection();
 
     void draw(GraphicsContext&) const;
@@ -126,8 +130,9 @@ private:
     void beginMoving(std::size_t index, Point);
     void moveBy(Point);
     std::optional<AnnotationItem> draggedOutItem(Point end) const;
+    void reportChange();
     void reportUpdate(std::size_t index);
-    void add(const AnnotationItem&);
+    void add(AnnotationItem);
     Color currentColor(Color withoutWindow) const;
 
     AnnotationCanvasPort& view;

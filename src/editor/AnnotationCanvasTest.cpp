@@ -187,6 +187,19 @@ TEST_F(AnnotationCanvasTest, MovesAnItemWithTheMouseAndReportsItOnce)
     EXPECT_EQ(canvas.state().moveLastPoint, std::nullopt);
 }
 
+TEST_F(AnnotationCanvasTest, TellsTheItemsWithEveryStepOfADrag)
+{
+    const auto beside = arrowAt({{300, 300}, {50, 0}});
+    canvas.setAnnotations({highlightAt({{100, 100}, {80, 60}}), beside});
+    canvas.mouseDown({140, 130});
+    canvas.mouseDragged({150, 135});
+    EXPECT_THAT(window.told, ElementsAre(highlightAt({{110, 105}, {80, 60}}), beside));
+    canvas.mouseUp({150, 135});
+    canvas.mouseDown({110, 105});
+    canvas.mouseDragged({120, 115});
+    EXPECT_THAT(window.told, ElementsAre(highlightAt({{120, 115}, {70, 50}}), beside));
+}
+
 TEST_F(AnnotationCanvasTest, MovesAnArrowWholeAndATextByItsAnchor)
 {
     canvas.setAnnotations({arrowAt({{100, 100}, {-60, 90}}), textAt({200, 200}, "abc")});
@@ -335,10 +348,10 @@ TEST_F(AnnotationCanvasTest, ForgetsIndicesAndGesturesWhenAnotherPicturesItemsCo
 // A window that takes away the item it is told of, as Undo does
 class UndoingDelegate final : public JournalDelegate {
 public:
-    void canvasDidAddAnnotation(const AnnotationItem& item) override
+    void canvasDidAddAnnotation(const std::vector<AnnotationItem>& items) override
     {
         canvas->removeAnnotation(0);
-        JournalDelegate::canvasDidAddAnnotation(item);
+        JournalDelegate::canvasDidAddAnnotation(items);
     }
     AnnotationCanvas* canvas = nullptr;
 };

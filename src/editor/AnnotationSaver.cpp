@@ -1,30 +1,22 @@
 #include "editor/AnnotationSaver.h"
 
-#include "base/Fatal.h"
 #include "editor/AnnotationConstants.h"
 
 namespace tallowbay {
 
-void AnnotationSaver::saveCurrentAnnotation(
-    const AnnotationCanvas& canvas, std::vector<std::vector<AnnotationItem>>& annotations,
-    const std::vector<std::filesystem::path>& imageURLs, std::size_t selectedIndex)
+void AnnotationSaver::save(EditedScreenshot edited)
 {
-    if (!canvas.backgroundImage())
+    if (!edited.picture || edited.items.empty())
         return;
-    auto& items = checkedAt(annotations, selectedIndex);
-    items = canvas.annotations();
-    if (items.empty())
-        return;
-    const std::filesystem::path url = checkedAt(imageURLs, selectedIndex);
-    writing.insert(url);
-    auto finished = lifetime.guard([this, url] { writing.erase(url); });
+    writing.insert(edited.url);
+    auto finished = lifetime.guard([this, url = edited.url] { writing.erase(url); });
     dispatch.globalAsync(
         QualityOfService::userInitiated,
-        [&queue = dispatch, exporter = exporter, image = canvas.backgroundImage(), items,
-         size = canvas.size(), url, finished] {
-            const auto flattened = exporter.flattenAnnotation(image, items, size, imageInset);
+        [&queue = dispatch, exporter = exporter, edited = std::move(edited), finished] {
+            const auto flattened = exporter.flattenAnnotation(
+                edited.picture, edited.items, edited.canvasSize, imageInset);
             if (flattened)
-                exporter.writeFlattenedImage(*flattened, url);
+                exporter.writeFlattenedImage(*flattened, edited.url);
             queue.mainAsync(finished);
         });
 }

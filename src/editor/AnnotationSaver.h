@@ -1,7 +1,6 @@
 #pragma once
 
 #include "base/Lifetime.h"
-#include "editor/AnnotationCanvas.h"
 #include "editor/AnnotationExporter.h"
 #include "platform/Dispatch.h"
 
@@ -9,7 +8,15 @@
 
 namespace tallowbay {
 
-// Saves what the canvas shows, in the background. There is one for the whole program.
+// A screenshot's file, and what it is to show: the picture with the items of a canvas of that size.
+struct EditedScreenshot {
+    std::filesystem::path url;
+    std::vector<AnnotationItem> items;
+    Image picture;
+    Size canvasSize;
+};
+
+// Writes edited screenshots in the background. There is one for the whole program.
 //
 // Saves are neither merged nor ordered: of two saves of one file the one that ends later wins.
 // Thread: main queue.
@@ -21,12 +28,9 @@ public:
     {
     }
 
-    // Takes the canvas's items over into the list of the selected picture and, unless there are
-    // none, writes the picture with them. A canvas without a picture saves nothing. An index
-    // outside of the lists stops the process.
-    void saveCurrentAnnotation(
-        const AnnotationCanvas&, std::vector<std::vector<AnnotationItem>>& annotations,
-        const std::vector<std::filesystem::path>& imageURLs, std::size_t selectedIndex);
+    // Without a picture, or without items, nothing is written: the file stays as it was written
+    // last.
+    void save(EditedScreenshot);
 
     // From the moment that a save is asked for until one save of that path has ended; another one
     // of the same path may still be writing then.

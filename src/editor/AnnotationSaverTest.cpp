@@ -14,7 +14,7 @@ using Arguments = std::vector<std::string>;
 
 const std::filesystem::path optimized = "/home/u/Downloads/Tallowbay/optimized";
 
-class AnnotationSaverTest : public CanvasTest {
+class AnnotationSaverTest : public testing::Test {
 protected:
     AnnotationSaverTest()
     {
@@ -28,7 +28,7 @@ protected:
             desktop.files.create(url, "original");
     }
 
-    void save(std::size_t index) { saver->saveCurrentAnnotation(canvas, annotations, urls, index); }
+    void save(std::size_t index = 0) { saver->save({urls.at(index), items, picture, {496, 396}}); }
     std::size_t drawings() const { return graphics.drawings().size(); }
 
     headless::Desktop desktop;
@@ -40,16 +40,14 @@ protected:
             desktop.files, codec, graphics,
             ImageCompressor(desktop.files, desktop.processes, desktop.resources, desktop.tools))};
     const std::vector<std::filesystem::path> urls{optimized / "A.png", optimized / "B.png"};
-    std::vector<std::vector<AnnotationItem>> annotations{{}, {}};
     const AnnotationItem item = highlightAt({{68, 98}, {100, 50}});
+    std::vector<AnnotationItem> items{item};
+    Image picture = std::make_shared<Bitmap>(PixelSize{200, 150});
 };
 
-TEST_F(AnnotationSaverTest, TakesTheItemsOverAndWritesThePictureInTheBackground)
+TEST_F(AnnotationSaverTest, WritesThePictureInTheBackground)
 {
-    canvas.appendAnnotation(item);
     save(1);
-    EXPECT_THAT(annotations[1], ElementsAre(item));
-    EXPECT_THAT(annotations[0], IsEmpty());
     EXPECT_EQ(drawings(), 0u);
     ASSERT_EQ(desktop.dispatch.backgroundCount(), 1u);
     EXPECT_EQ(desktop.dispatch.backgroundQuality(0), QualityOfService::userInitiated);
@@ -62,43 +60,31 @@ TEST_F(AnnotationSaverTest, TakesTheItemsOverAndWritesThePictureInTheBackground)
 
 TEST_F(AnnotationSaverTest, UsesTheInsetOf48Points)
 {
-    canvas.appendAnnotation(item);
-    save(0);
+    save();
     desktop.dispatch.runUntilIdle();
     EXPECT_EQ(graphics.drawings().at(0).lines.at(1), "fill rect(10 25 50 25) color(1 0.8 0 0.35)");
 }
 
-TEST_F(AnnotationSaverTest, SavesNothingWithoutABackgroundImage)
+TEST_F(AnnotationSaverTest, SavesNothingWithoutAPicture)
 {
-    canvas.appendAnnotation(item);
-    canvas.setBackgroundImage(nullptr);
-    save(0);
-    EXPECT_THAT(annotations[0], IsEmpty());
+    picture = nullptr;
+    save();
     EXPECT_EQ(desktop.dispatch.backgroundCount(), 0u);
     EXPECT_THAT(saver->pathsBeingWritten(), IsEmpty());
 }
 
 TEST_F(AnnotationSaverTest, WritesNothingOnceTheListHasBecomeEmpty)
 {
-    annotations[0] = {item};
-    save(0);
-    EXPECT_THAT(annotations[0], IsEmpty());
+    items.clear();
+    save();
     EXPECT_EQ(desktop.dispatch.backgroundCount(), 0u);
+    EXPECT_THAT(saver->pathsBeingWritten(), IsEmpty());
     EXPECT_EQ(desktop.files.read(urls[0]), "original");
-}
-
-TEST_F(AnnotationSaverTest, StopsAtAnIndexOutsideOfTheLists)
-{
-    canvas.appendAnnotation(item);
-    EXPECT_DEATH(save(2), "out of range");
-    annotations.resize(3);
-    EXPECT_DEATH(save(2), "out of range");
 }
 
 TEST_F(AnnotationSaverTest, NamesAPathFromTheRequestUntilTheWriteHasEnded)
 {
-    canvas.appendAnnotation(item);
-    save(0);
+    save();
     EXPECT_THAT(saver->pathsBeingWritten(), ElementsAre(urls[0]));
     save(1);
     EXPECT_THAT(saver->pathsBeingWritten(), ElementsAre(urls[0], urls[1]));
@@ -110,9 +96,8 @@ TEST_F(AnnotationSaverTest, NamesAPathFromTheRequestUntilTheWriteHasEnded)
 
 TEST_F(AnnotationSaverTest, ForgetsAPathWhenItsFirstSaveEndsAlthoughAnotherIsWaiting)
 {
-    canvas.appendAnnotation(item);
-    save(0);
-    save(0);
+    save();
+    save();
     EXPECT_EQ(desktop.dispatch.backgroundCount(), 2u);
     desktop.dispatch.runBackground();
     EXPECT_THAT(saver->pathsBeingWritten(), IsEmpty());
@@ -122,10 +107,9 @@ TEST_F(AnnotationSaverTest, ForgetsAPathWhenItsFirstSaveEndsAlthoughAnotherIsWai
 
 TEST_F(AnnotationSaverTest, LetsTheSaveThatEndsLaterWin)
 {
-    canvas.appendAnnotation(item);
-    save(0);
-    canvas.appendAnnotation(item);
-    save(0);
+    save();
+    items.push_back(item);
+    save();
     desktop.dispatch.runBackground(1);
     desktop.dispatch.runBackground(0);
     const auto records = graphics.drawings();
@@ -136,22 +120,10 @@ TEST_F(AnnotationSaverTest, LetsTheSaveThatEndsLaterWin)
         *desktop.files.read(urls[0]), testing::StartsWith("compressed PNG 200x150\nff000002"));
 }
 
-TEST_F(AnnotationSaverTest, SavesWhatWasThereWhenItWasAskedTo)
-{
-    canvas.appendAnnotation(item);
-    save(0);
-    canvas.setAnnotations({});
-    canvas.setBackgroundImage(nullptr);
-    canvas.setSize({0, 0});
-    desktop.dispatch.runUntilIdle();
-    EXPECT_EQ(graphics.drawings().at(0).lines.at(1), "fill rect(10 25 50 25) color(1 0.8 0 0.35)");
-}
-
 TEST_F(AnnotationSaverTest, ForgetsThePathEvenIfTheSaveFails)
 {
-    canvas.appendAnnotation(item);
     graphics.failNextDraw();
-    save(0);
+    save();
     desktop.dispatch.runUntilIdle();
     EXPECT_THAT(saver->pathsBeingWritten(), IsEmpty());
     EXPECT_EQ(desktop.files.read(urls[0]), "original");
@@ -159,8 +131,7 @@ TEST_F(AnnotationSaverTest, ForgetsThePathEvenIfTheSaveFails)
 
 TEST_F(AnnotationSaverTest, CompletesASaveAfterItsOwnEnd)
 {
-    canvas.appendAnnotation(item);
-    save(0);
+    save();
     saver.reset();
     desktop.dispatch.runUntilIdle();
     EXPECT_NE(desktop.files.read(urls[0]), "original");

@@ -74,16 +74,23 @@ class JournalDelegate : public AnnotationCanvasDelegate {
 public:
     AnnotationTool selectedTool() const override { return tool; }
     Color highlightColor() const override { return color; }
-    void canvasDidAddAnnotation(const AnnotationItem& item) override { added.push_back(item); }
-    void annotationUpdated(std::size_t index, const AnnotationItem& item) override
+    void canvasDidAddAnnotation(const std::vector<AnnotationItem>& items) override
     {
-        updated.emplace_back(index, item);
+        added.push_back(items.back());
+        told = items;
     }
+    void annotationUpdated(std::size_t index, const std::vector<AnnotationItem>& items) override
+    {
+        updated.emplace_back(index, items.at(index));
+        told = items;
+    }
+    void annotationsChanged(const std::vector<AnnotationItem>& items) override { told = items; }
     void deleteAnnotation(std::size_t index) override { deleted.push_back(index); }
     void handleKeyDown(const KeyPress& key) override { keys.push_back(key); }
 
     AnnotationTool tool = AnnotationTool::highlight;
     Color color = systemYellow;
+    std::vector<AnnotationItem> told; // all items, as it heard of them last
     std::vector<AnnotationItem> added;
     std::vector<std::pair<std::size_t, AnnotationItem>> updated;
     std::vector<std::size_t> deleted;

@@ -1,6 +1,7 @@
 #include "editor/CanvasSession.h"
 
 #include "editor/AnnotationConstants.h"
+#include "editor/AnnotationHistory.h"
 #include "editor/ImagePlacement.h"
 #include "editor/ShapeRenderer.h"
 
@@ -108,58 +109,43 @@ private:
 class CanvasSession::Window final : public AnnotationCanvasDelegate {
 public:
     Window(AnnotationCanvas& canvas, Tally& tally)
-        : canvas(canvas)
+        : history(canvas)
         , tally(tally)
     {
     }
 
     AnnotationTool selectedTool() const override { return tool; }
     Color highlightColor() const override { return systemYellow; }
-    void canvasDidAddAnnotation(const AnnotationItem& item) override
+    void canvasDidAddAnnotation(const std::vector<AnnotationItem>& items) override
     {
         ++tally.added;
-        annotations[selected].push_back(item);
-        undone[selected].clear();
+        AnnotationHistory::canvasDidAddAnnotation(record(), items);
     }
-    void annotationUpdated(std::size_t index, const AnnotationItem& item) override
+    void annotationUpdated(std::size_t, const std::vector<AnnotationItem>& items) override
     {
         ++tally.moved;
-        annotations[selected].at(index) = item;
+        annotationsChanged(items);
+    }
+    void annotationsChanged(const std::vector<AnnotationItem>& items) override
+    {
+        AnnotationHistory::annotationsChanged(record(), items);
     }
     void deleteAnnotation(std::size_t index) override
     {
-        ++tally.deleted;
-        undone[selected].push_back(canvas.removeAnnotation(index));
-        canvas.clearSelection();
-        annotations[selected] = canvas.annotations();
+        tally.deleted += history.deleteAnnotation(record(), index);
     }
     void handleKeyDown(const KeyPress&) override { }
 
-    void undo()
-    {
-        if (canvas.annotations().empty())
-            return;
-        ++tally.undone;
-        undone[selected].push_back(canvas.removeAnnotation(canvas.annotations().size() - 1));
-        annotations[selected] = canvas.annotations();
-    }
-    void redo()
-    {
-        if (undone[selected].empty())
-            return;
-        ++tally.redone;
-        canvas.appendAnnotation(undone[selected].back());
-        undone[selected].pop_back();
-        annotations[selected] = canvas.annotations();
-    }
+    void undo() { tally.undone += history.undoAnnotation(record()); }
+    void redo() { tally.redone += history.redoAnnotation(record()); }
+    ScreenshotRecord& record() { return screenshots[selected]; }
 
     AnnotationTool tool = AnnotationTool::highlight;
     std::size_t selected = 0;
-    std::vector<AnnotationItem> annotations[2];
-    std::vector<AnnotationItem> undone[2];
+    ScreenshotRecord screenshots[2];
 
 private:
-    AnnotationCanvas& canvas;
+    AnnotationHistory history;
     Tally& tally;
 };
 
@@ -252,11 +238,10 @@ void CanvasSession::edit(const Choose& choose)
 void CanvasSession::switchPicture(const Choose& choose)
 {
     ++tally.switched;
-    window->annotations[window->selected] = canvas.annotations();
     window->selected = choose(2);
     canvas.setBackgroundImage(
         choose(4) == 0 ? nullptr : std::make_shared<Bitmap>(PixelSize{90, 20}));
-    canvas.setAnnotations(window->annotations[window->selected]);
+    canvas.setAnnotations(window->record().annotations);
 }
 
 std::string CanvasSession::violation(const Choose& choose) const
@@ -281,6 +266,8 @@ std::string CanvasSession::brokenIndices() const
         return "a resize without its handle, or the other way round";
     if (state.dragStart.has_value() != state.liveRect.has_value())
         return "a new shape without its start, or the other way round";
+    if (window->record().annotations != canvas.annotations())
+        return "the window's record is not what the canvas shows";
     return {};
 }
 

@@ -31,7 +31,7 @@ QString qtText(std::string_view text)
 CanvasWindow::CanvasWindow(
     const qt::GraphicsFonts& fonts, AnnotationSaver& saver, std::filesystem::path url, Image image)
     : saver(saver)
-    , imageURLs{std::move(url)}
+    , screenshot{std::move(url), {}, {}}
     , view(fonts)
 {
     setWindowTitle(QStringLiteral("tallowbay-canvas"));
@@ -69,22 +69,26 @@ void CanvasWindow::addToolBar()
         bar->addAction(swatch(each), QString(), [this, each] { color = each; });
 }
 
-void CanvasWindow::canvasDidAddAnnotation(const AnnotationItem&)
+void CanvasWindow::canvasDidAddAnnotation(const std::vector<AnnotationItem>& items)
 {
-    redoStack.clear();
-    save();
+    AnnotationHistory::canvasDidAddAnnotation(screenshot, items);
+    saveIf(true);
 }
 
-void CanvasWindow::annotationUpdated(std::size_t, const AnnotationItem&)
+void CanvasWindow::annotationUpdated(std::size_t, const std::vector<AnnotationItem>& items)
 {
-    save();
+    AnnotationHistory::annotationsChanged(screenshot, items);
+    saveIf(true);
+}
+
+void CanvasWindow::annotationsChanged(const std::vector<AnnotationItem>& items)
+{
+    AnnotationHistory::annotationsChanged(screenshot, items);
 }
 
 void CanvasWindow::deleteAnnotation(std::size_t index)
 {
-    redoStack.push_back(view.canvas().removeAnnotation(index));
-    view.canvas().clearSelection();
-    save();
+    saveIf(history.deleteAnnotation(screenshot, index));
 }
 
 void CanvasWindow::handleKeyDown(const KeyPress& key)
@@ -99,25 +103,20 @@ void CanvasWindow::handleKeyDown(const KeyPress& key)
 
 void CanvasWindow::undoAnnotation()
 {
-    const std::size_t count = view.canvas().annotations().size();
-    if (count == 0)
-        return;
-    redoStack.push_back(view.canvas().removeAnnotation(count - 1));
-    save();
+    saveIf(history.undoAnnotation(screenshot));
 }
 
 void CanvasWindow::redoAnnotation()
 {
-    if (redoStack.empty())
-        return;
-    view.canvas().appendAnnotation(std::move(redoStack.back()));
-    redoStack.pop_back();
-    save();
+    saveIf(history.redoAnnotation(screenshot));
 }
 
-void CanvasWindow::save()
+void CanvasWindow::saveIf(bool changed)
 {
-    saver.saveCurrentAnnotation(view.canvas(), annotations, imageURLs, 0);
+    const AnnotationCanvas& canvas = view.canvas();
+    if (changed)
+        saver.save(
+            {screenshot.url, screenshot.annotations, canvas.backgroundImage(), canvas.size()});
 }
 
 } // namespace tallowbay

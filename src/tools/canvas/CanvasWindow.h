@@ -1,5 +1,6 @@
 #pragma once
 
+#include "editor/AnnotationHistory.h"
 #include "editor/AnnotationSaver.h"
 #include "views/AnnotationCanvasView.h"
 
@@ -18,23 +19,23 @@ private:
     // The delegate
     AnnotationTool selectedTool() const override { return tool; }
     Color highlightColor() const override { return color; }
-    void canvasDidAddAnnotation(const AnnotationItem&) override;
-    void annotationUpdated(std::size_t index, const AnnotationItem&) override;
+    void canvasDidAddAnnotation(const std::vector<AnnotationItem>&) override;
+    void annotationUpdated(std::size_t index, const std::vector<AnnotationItem>&) override;
+    void annotationsChanged(const std::vector<AnnotationItem>&) override;
     void deleteAnnotation(std::size_t index) override;
     void handleKeyDown(const KeyPress&) override;
 
     void addToolBar();
     void undoAnnotation();
     void redoAnnotation();
-    void save();
+    void saveIf(bool changed);
 
     AnnotationSaver& saver;
-    const std::vector<std::filesystem::path> imageURLs; // just the one
-    std::vector<std::vector<AnnotationItem>> annotations{{}};
-    std::vector<AnnotationItem> redoStack;
+    ScreenshotRecord screenshot;
     AnnotationTool tool = AnnotationTool::highlight;
     Color color = systemYellow;
     views::AnnotationCanvasView view;
+    AnnotationHistory history{view.canvas()};
 };
 
 } // namespace tallowbay

@@ -19,11 +19,15 @@ class Window final : public AnnotationCanvasDelegate {
 public:
     AnnotationTool selectedTool() const override { return tool; }
     Color highlightColor() const override { return systemYellow; }
-    void canvasDidAddAnnotation(const AnnotationItem& item) override { added.push_back(item); }
-    void annotationUpdated(std::size_t, const AnnotationItem& item) override
+    void canvasDidAddAnnotation(const std::vector<AnnotationItem>& items) override
     {
-        updated.push_back(item);
+        added.push_back(items.back());
     }
+    void annotationUpdated(std::size_t index, const std::vector<AnnotationItem>& items) override
+    {
+        updated.push_back(items.at(index));
+    }
+    void annotationsChanged(const std::vector<AnnotationItem>&) override { }
     void deleteAnnotation(std::size_t index) override
     {
         canvas->removeAnnotation(index);
