@@ -31,6 +31,7 @@ protected:
     void run()
     {
         OCRCapture::run(desktop.platform(), [this](const std::optional<std::string>& text) {
+            EXPECT_TRUE(desktop.dispatch.onMainQueue());
             results.push_back(text);
         });
     }

@@ -21,9 +21,9 @@ public:
 
     void async(Task task) override
     {
-        dispatch.mainAsync([alive = std::weak_ptr<char>(token), task = std::move(task)] {
+        dispatch.mainAsync([this, alive = std::weak_ptr<char>(token), task = std::move(task)] {
             if (!alive.expired())
-                task();
+                dispatch.run(task, false);
         });
     }
 
@@ -68,12 +68,23 @@ std::unique_ptr<SerialQueue> VirtualDispatch::makeSerialQueue(std::string_view)
     return std::make_unique<Serial>(*this);
 }
 
+void VirtualDispatch::run(const Task& task, bool asMain)
+{
+    struct Restored {
+        bool& value;
+        const bool before;
+        ~Restored() { value = before; }
+    } restored{onMain, onMain};
+    onMain = asMain;
+    task();
+}
+
 void VirtualDispatch::runMain()
 {
     while (!mainQueue.empty()) {
         const Task task = std::move(mainQueue.front());
         mainQueue.pop_front();
-        task();
+        run(task, true);
     }
 }
 
@@ -82,7 +93,7 @@ void VirtualDispatch::runBackground(std::size_t index)
     const auto chosen = background.begin() + static_cast<std::ptrdiff_t>(index);
     const Task task = std::move(chosen->second);
     background.erase(chosen);
-    task();
+    run(task, false);
     runMain();
 }
 
@@ -100,7 +111,7 @@ void VirtualDispatch::fireNextTimer()
     clock.move(key.first - clock.monotonicNow());
     if (timer.interval > std::chrono::milliseconds::zero())
         schedule(key.first + timer.interval, timer);
-    (*timer.task)();
+    run(*timer.task, true);
     runMain();
 }
 

@@ -28,7 +28,7 @@ private:
 
 // Queues without threads: everything runs inside the calls of the test, in an order that the test
 // chooses. Main and serial queues run whenever the test runs anything; a background job waits until
-// the test picks it.
+// the test picks it. Each task knows on which side of the main queue it runs.
 class VirtualDispatch final : public Dispatch {
 public:
     explicit VirtualDispatch(VirtualClock& clock)
@@ -59,6 +59,11 @@ public:
     // Moves both clocks and runs what falls due on the way, each thing at its own time.
     void advance(std::chrono::milliseconds by);
 
+    // Whether what runs now runs on the main queue, as the test itself does. A result that a
+    // background job or a task of a serial queue hands over by a plain call arrives where this is
+    // false.
+    bool onMainQueue() const { return onMain; }
+
     // Timers that are waiting, repeating or not.
     std::size_t timerCount() const { return timers.size(); }
 
@@ -72,6 +77,7 @@ private:
     class Serial;
 
     TimerKey schedule(MonotonicTime due, Timer);
+    void run(const Task&, bool asMain);
     void fireNextTimer();
 
     VirtualClock& clock;
@@ -79,6 +85,7 @@ private:
     std::deque<std::pair<QualityOfService, Task>> background;
     std::map<TimerKey, Timer> timers;
     std::uint64_t lastTimer = 0;
+    bool onMain = true;
 };
 
 } // namespace tallowbay::headless

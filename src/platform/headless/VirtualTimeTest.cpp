@@ -1,0 +1,92 @@
+#include "platform/headless/VirtualTime.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <stdexcept>
+
+namespace tallowbay::headless {
+namespace {
+
+using namespace std::chrono_literals;
+
+class VirtualDispatchTest : public testing::Test {
+protected:
+    // A task that notes on which side of the main queue it ran.
+    Task noting()
+    {
+        return [this] { ranOnMain = dispatch.onMainQueue(); };
+    }
+
+    VirtualClock clock;
+    VirtualDispatch dispatch{clock};
+    std::optional<bool> ranOnMain;
+};
+
+TEST_F(VirtualDispatchTest, TheTestItselfIsOnTheMainQueue)
+{
+    EXPECT_TRUE(dispatch.onMainQueue());
+}
+
+TEST_F(VirtualDispatchTest, RunsTasksAndTimersOfTheMainQueueOnIt)
+{
+    dispatch.mainAsync(noting());
+    dispatch.runMain();
+    EXPECT_EQ(ranOnMain, true);
+
+    ranOnMain.reset();
+    dispatch.mainAfter(1ms, noting());
+    dispatch.advance(1ms);
+    EXPECT_EQ(ranOnMain, true);
+
+    ranOnMain.reset();
+    const auto token = dispatch.repeatEvery(1ms, noting());
+    dispatch.advance(1ms);
+    EXPECT_EQ(ranOnMain, true);
+}
+
+TEST_F(VirtualDispatchTest, NoticesACallOutOfABackgroundJob)
+{
+    dispatch.globalAsync(QualityOfService::userInitiated, noting());
+    dispatch.runUntilIdle();
+    EXPECT_EQ(ranOnMain, false);
+    EXPECT_TRUE(dispatch.onMainQueue());
+}
+
+TEST_F(VirtualDispatchTest, NoticesACallOutOfASerialQueue)
+{
+    const auto queue = dispatch.makeSerialQueue("serial");
+    queue->async(noting());
+    dispatch.runUntilIdle();
+    EXPECT_EQ(ranOnMain, false);
+}
+
+TEST_F(VirtualDispatchTest, ReturnsToTheMainQueueWithTheResultOfABackgroundJob)
+{
+    dispatch.globalAsync(
+        QualityOfService::userInteractive, [this] { dispatch.mainAsync(noting()); });
+    dispatch.runUntilIdle();
+    EXPECT_EQ(ranOnMain, true);
+}
+
+TEST_F(VirtualDispatchTest, RunsAsTheMainQueueWhatAnUnderwayJobLetsItRun)
+{
+    dispatch.globalAsync(QualityOfService::userInitiated, [this] {
+        dispatch.mainAsync(noting());
+        dispatch.runMain();
+        EXPECT_FALSE(dispatch.onMainQueue());
+    });
+    dispatch.runUntilIdle();
+    EXPECT_EQ(ranOnMain, true);
+}
+
+TEST_F(VirtualDispatchTest, IsBackOnTheMainQueueAfterAJobThatThrows)
+{
+    dispatch.globalAsync(
+        QualityOfService::userInitiated, [] { throw std::runtime_error("out of the job"); });
+    EXPECT_THROW(dispatch.runUntilIdle(), std::runtime_error);
+    EXPECT_TRUE(dispatch.onMainQueue());
+}
+
+} // namespace
+} // namespace tallowbay::headless
