@@ -1,6 +1,6 @@
 #include "main/X11Desktop.h"
 
-#include "platform/qt/X11Queries.h"
+#include "platform/qt/X11Connection.h"
 
 #include <QCoreApplication>
 
@@ -19,6 +19,14 @@ std::unique_ptr<x11::X11Session> openSession(Dispatch& dispatch)
     return std::move(created.session);
 }
 
+// The windows are Qt's; what is asked for them must keep its order with Qt's own requests.
+xcb_connection_t& toolkitConnection()
+{
+    if (auto* connection = qt::x11Connection())
+        return *connection;
+    throw DisplayUnusable("the windows are not those of an X server");
+}
+
 } // namespace
 
 X11Desktop::X11Desktop()
@@ -29,8 +37,10 @@ X11Desktop::X11Desktop()
     , keyPoster(*session, keyboard)
     , hotkeys(*session, shared.dispatch)
     , permissions(*session, std::getenv("WAYLAND_DISPLAY"))
+    , windowSystem(toolkitConnection())
+    , embeddingTray(toolkitConnection())
 {
-    const qt::ResourceNumbers own = qt::ownResourceNumbers();
+    const auto own = x11::resourceNumbersOf(toolkitConnection());
     pasteboard.answerOwnToolkit(own.base, own.mask);
 }
 

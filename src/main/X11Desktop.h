@@ -10,6 +10,8 @@
 #include "platform/x11/keys/X11KeyPoster.h"
 #include "platform/x11/keys/X11KeyTap.h"
 #include "platform/x11/keys/X11Keyboard.h"
+#include "platform/x11/windows/X11EmbeddingTray.h"
+#include "platform/x11/windows/X11WindowSystem.h"
 #include "views/QtToastViews.h"
 
 #include <memory>
@@ -35,8 +37,10 @@ private:
     x11::X11KeyPoster keyPoster;
     x11::X11Hotkeys hotkeys;
     x11::X11Permissions permissions;
-    qt::QtStatusBar statusBar;
-    views::QtToastViews toastViews;
+    x11::X11WindowSystem windowSystem;
+    x11::X11EmbeddingTray embeddingTray;
+    qt::QtStatusBar statusBar{embeddingTray, windowSystem};
+    views::QtToastViews toastViews{windowSystem};
 };
 
 } // namespace tallowbay

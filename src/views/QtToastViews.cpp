@@ -65,7 +65,7 @@ void ToastWindow::animateAlpha(
 std::unique_ptr<WindowPort> QtToastViews::make(const ToastContent& content)
 {
     std::erase_if(toasts, [](const auto& toast) { return toast.isNull(); });
-    auto toast = std::make_unique<ToastWidget>(content);
+    auto toast = std::make_unique<ToastWidget>(content, windows);
     const QPointer<ToastWidget> newest = toast.get();
     auto window = std::make_unique<ToastWindow>(std::move(toast), toasts);
     toasts.push_back(newest);

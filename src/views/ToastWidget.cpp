@@ -1,7 +1,6 @@
 #include "views/ToastWidget.h"
 
 #include "platform/qt/QtScreens.h"
-#include "platform/qt/X11Queries.h"
 #include "platform/qt/graphics/QtTextMeasurer.h"
 
 #include <QGuiApplication>
@@ -14,8 +13,6 @@
 namespace tallowbay::views {
 
 namespace {
-
-const std::string blurBehindProperty = "_KDE_NET_WM_BLUR_BEHIND_REGION";
 
 // The dark material: thin where what lies below is blurred, dense where it would disturb the text.
 constexpr QColor materialOverBlur(24, 24, 28, 199);
@@ -49,13 +46,14 @@ QImage blurred(const QImage& image, double scale)
 
 } // namespace
 
-ToastWidget::ToastWidget(const ToastContent& content)
+ToastWidget::ToastWidget(const ToastContent& content, WindowSystem& windows)
     : QWidget(nullptr, windowFlagsOfToast)
+    , windows(windows)
     , message(QString::fromStdString(content.message))
     , textFont(textFontFor(content.font))
     , cornerRadius(content.cornerRadius)
-    , composited(qt::hasCompositingManager())
-    , blursBehind(composited && qt::hasProperty(qt::rootWindow(), blurBehindProperty))
+    , composited(windows.composesWindows())
+    , blursBehind(composited && windows.blursBehind())
 {
     setObjectName(QStringLiteral("toast"));
     setAccessibleName(message);
@@ -142,11 +140,10 @@ void ToastWidget::showEvent(QShowEvent* event)
 void ToastWidget::askForBlurBehind()
 {
     const auto toPixels = QTransform::fromScale(devicePixelRatioF(), devicePixelRatioF());
-    std::vector<std::uint32_t> rectangles;
+    PixelRegion region;
     for (const QRect& part : QRegion(shape().toFillPolygon(toPixels).toPolygon()))
-        for (int value : {part.x(), part.y(), part.width(), part.height()})
-            rectangles.push_back(static_cast<std::uint32_t>(value));
-    qt::setWindowProperty(static_cast<std::uint32_t>(winId()), blurBehindProperty, rectangles);
+        region.push_back({part.x(), part.y(), part.width(), part.height()});
+    windows.blurBehind(winId(), region);
 }
 
 QPainterPath ToastWidget::shape() const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/ToastViews.h"
+#include "platform/WindowSystem.h"
 
 #include <QImage>
 #include <QWidget>
@@ -14,7 +15,7 @@ namespace tallowbay::views {
 // below when the toast came stands in for it.
 class ToastWidget final : public QWidget {
 public:
-    explicit ToastWidget(const ToastContent&);
+    ToastWidget(const ToastContent&, WindowSystem&);
 
     // Takes the picture of what lies below, where one is needed. The older toasts are still on the
     // screen, but not meant to be in it.
@@ -31,6 +32,7 @@ private:
     void askForBlurBehind();
     QPainterPath shape() const;
 
+    WindowSystem& windows;
     const QString message;
     const QFont textFont;
     const double cornerRadius;

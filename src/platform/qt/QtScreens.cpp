@@ -24,4 +24,16 @@ QRect desktopRect(const Rect& frame)
     return {flipped.topLeft().toPoint(), flipped.size().toSize()};
 }
 
+// Screens keep their places among the server's pixels; each scales what is on it from its corner.
+PixelRect desktopPixels(const QRect& rect)
+{
+    const QScreen* screen = QGuiApplication::screenAt(rect.center());
+    if (!screen)
+        return {};
+    const QPoint origin = screen->geometry().topLeft();
+    const double scale = screen->devicePixelRatio();
+    const QPoint corner = ((rect.topLeft() - origin) * scale) + origin;
+    return {corner.x(), corner.y(), qRound(rect.width() * scale), qRound(rect.height() * scale)};
+}
+
 } // namespace tallowbay::qt

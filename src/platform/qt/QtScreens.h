@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/PixelRect.h"
 #include "platform/Screens.h"
 
 #include <QRect>
@@ -15,5 +16,9 @@ public:
 // Where a frame, whose y grows upwards from the main screen's lower edge, lies on Qt's desktop.
 // Rounded to whole points.
 QRect desktopRect(const Rect& frame);
+
+// The display server's pixels of a rectangle of Qt's desktop, by the screen that its middle is on;
+// empty if it is on none.
+PixelRect desktopPixels(const QRect&);
 
 } // namespace tallowbay::qt

@@ -1,7 +1,8 @@
 #include "desktop/qt/QtDesktop.h"
 #include "platform/qt/QtDispatch.h"
-#include "platform/qt/X11Queries.h"
+#include "platform/qt/X11Connection.h"
 #include "platform/x11/clipboard/X11Pasteboard.h"
+#include "platform/x11/windows/X11Queries.h"
 
 #include <QClipboard>
 #include <QLineEdit>
@@ -20,7 +21,7 @@ class ClipboardFieldTest : public testing::Test {
 protected:
     ClipboardFieldTest()
     {
-        const auto own = qt::ownResourceNumbers();
+        const auto own = x11::resourceNumbersOf(*qt::x11Connection());
         pasteboard.answerOwnToolkit(own.base, own.mask);
         field.show();
     }

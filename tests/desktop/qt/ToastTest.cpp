@@ -1,5 +1,6 @@
 #include "desktop/qt/QtDesktop.h"
-#include "platform/qt/X11Queries.h"
+#include "platform/qt/X11Connection.h"
+#include "platform/x11/windows/X11WindowSystem.h"
 #include "views/QtToastViews.h"
 
 #include <QImage>
@@ -30,7 +31,8 @@ protected:
     }
 
     QtDesktop desktop;
-    views::QtToastViews views;
+    x11::X11WindowSystem windows{*qt::x11Connection()};
+    views::QtToastViews views{windows};
 };
 
 TEST_F(ToastTest, StandsInTheMiddleOfTheScreen)
@@ -142,7 +144,7 @@ class CompositedToastTest : public ToastTest {
 protected:
     CompositedToastTest()
     {
-        EXPECT_TRUE(desktop.runUntil([] { return qt::hasCompositingManager(); }));
+        EXPECT_TRUE(desktop.runUntil([this] { return windows.composesWindows(); }));
         wall.setPalette(red);
         wall.setGeometry(300, 200, 700, 450);
         wall.show();

@@ -1,9 +1,13 @@
 #include "desktop/qt/QtDesktop.h"
+#include "platform/headless/HeadlessWindows.h"
 #include "platform/qt/Artwork.h"
-#include "platform/qt/X11Queries.h"
+#include "platform/qt/QtScreens.h"
+#include "platform/qt/X11Connection.h"
 #include "platform/qt/tray/PanelColor.h"
 #include "platform/qt/tray/QtMenu.h"
 #include "platform/qt/tray/QtStatusBar.h"
+#include "platform/x11/windows/X11EmbeddingTray.h"
+#include "platform/x11/windows/X11WindowSystem.h"
 
 #include <QMenu>
 #include <QScreen>
@@ -60,13 +64,23 @@ protected:
             value("Height:")};
     }
 
+    // Of a tray that says and shows what the test has it say and show.
+    QColor foreground(const QRect& icon = {}) const
+    {
+        return qt::panelForeground({}, saidTray, saidWindows, icon);
+    }
+
     QtDesktop desktop;
-    qt::QtStatusBar bar;
+    x11::X11WindowSystem windows{*qt::x11Connection()};
+    x11::X11EmbeddingTray tray{*qt::x11Connection()};
+    qt::QtStatusBar bar{tray, windows};
+    headless::HeadlessEmbeddingTray saidTray;
+    headless::HeadlessWindowSystem saidWindows;
 };
 
 TEST_F(TrayTest, ShowsTheIconInATrayThatIsThere)
 {
-    const auto tray = startTray();
+    const auto panel = startTray();
     const auto item = makeItem();
     EXPECT_TRUE(desktop.runUntil([this] { return iconIsShown(); }));
 }
@@ -77,25 +91,25 @@ TEST_F(TrayTest, GoesOnWithoutATrayAndShowsTheIconWhenOneStarts)
     desktop.runFor(100ms);
     EXPECT_FALSE(iconIsShown());
 
-    const auto tray = startTray();
+    const auto panel = startTray();
     EXPECT_TRUE(desktop.runUntil([this] { return iconIsShown(); }));
 }
 
 TEST_F(TrayTest, ShowsTheIconAgainWhenTheTrayIsStartedAnew)
 {
-    auto tray = startTray();
+    auto panel = startTray();
     const auto item = makeItem();
     ASSERT_TRUE(desktop.runUntil([this] { return iconIsShown(); }));
 
-    tray.reset();
+    panel.reset();
     ASSERT_TRUE(desktop.runUntil([this] { return !iconIsShown(); }));
-    tray = startTray();
+    panel = startTray();
     EXPECT_TRUE(desktop.runUntil([this] { return iconIsShown(); }));
 }
 
 TEST_F(TrayTest, TakesTheIconAwayWithTheItem)
 {
-    const auto tray = startTray();
+    const auto panel = startTray();
     auto item = makeItem();
     ASSERT_TRUE(desktop.runUntil([this] { return iconIsShown(); }));
 
@@ -105,57 +119,59 @@ TEST_F(TrayTest, TakesTheIconAwayWithTheItem)
 
 TEST_F(TrayTest, ShowsATitleWhereThereIsNoPicture)
 {
-    const auto tray = startTray();
+    const auto panel = startTray();
     const auto item = bar.makeItem({{}, 0, "TB"}, {});
     EXPECT_TRUE(desktop.runUntil([this] { return iconIsShown(); }));
 }
 
 TEST_F(TrayTest, TakesTheColorThatTheTrayAsksFor)
 {
-    // The root window stands in for a tray's.
-    desktop.server().run(
-        {"xprop", "-root", "-f", "_NET_SYSTEM_TRAY_COLORS", "32c", "-set",
-         "_NET_SYSTEM_TRAY_COLORS", "65535, 0, 32768, 0, 0, 0, 0, 0, 0, 0, 0, 0"});
-    const auto root = desktop.server().run({"xwininfo", "-root"}).output;
-    const auto id = std::stoul(root.substr(root.find("0x")), nullptr, 16);
+    saidTray.symbolColor = Color{1, 0, 0.5};
+    EXPECT_EQ(foreground().rgba(), qRgba(255, 0, 128, 255));
+}
 
-    const QColor color = qt::panelForeground({static_cast<std::uint32_t>(id), {}});
-
-    EXPECT_EQ(color.rgba(), qRgba(255, 0, 128, 255));
+TEST_F(TrayTest, AsksNoEmbeddingTrayForTheColorOnTheMessageBus)
+{
+    saidTray.symbolColor = Color{1, 0, 0.5};
+    EXPECT_NE(
+        qt::panelForeground({0, QStringLiteral(":1.7")}, saidTray, saidWindows).rgba(),
+        qRgba(255, 0, 128, 255));
 }
 
 TEST_F(TrayTest, StandsOutFromAPanelThatSaysNothing)
 {
     const QRect place(100, 100, 22, 22);
     desktop.server().run({"xsetroot", "-solid", "#202226"});
-    EXPECT_GT(qt::panelForeground({7, {}}, place).lightness(), 200);
+    EXPECT_GT(foreground(place).lightness(), 200);
     desktop.server().run({"xsetroot", "-solid", "#e8e8e8"});
-    EXPECT_LT(qt::panelForeground({7, {}}, place).lightness(), 80);
+    EXPECT_LT(foreground(place).lightness(), 80);
 }
 
 // The icon turned white on a light panel once a dimmed screen had lain over both.
 TEST_F(TrayTest, TakesNoColorFromWhatLiesOverThePanel)
 {
-    const auto tray = startTray();
+    const auto panel = startTray();
     const auto item = makeItem();
     ASSERT_TRUE(desktop.runUntil([this] { return iconIsShown(); }));
     const QRect place = iconPlace();
-    EXPECT_TRUE(desktop.runUntil([&] { return qt::isSeen(place); }));
+    EXPECT_TRUE(desktop.runUntil([&] { return tray.showsIconAt(qt::desktopPixels(place)); }));
 
     QWidget cover(nullptr, Qt::X11BypassWindowManagerHint);
     cover.setGeometry(QGuiApplication::primaryScreen()->geometry());
     cover.show();
-    EXPECT_TRUE(desktop.runUntil([&] { return !qt::isSeen(place); }));
+    EXPECT_TRUE(desktop.runUntil([&] { return !tray.showsIconAt(qt::desktopPixels(place)); }));
     cover.hide();
-    EXPECT_TRUE(desktop.runUntil([&] { return qt::isSeen(place); }));
+    EXPECT_TRUE(desktop.runUntil([&] { return tray.showsIconAt(qt::desktopPixels(place)); }));
 }
 
 TEST_F(TrayTest, StandsOutFromDarkWindowsAndLightOnes)
 {
     QApplication::setPalette(QColor(40, 40, 40));
-    EXPECT_GT(qt::panelForeground({}).lightness(), 200);
+    EXPECT_GT(foreground().lightness(), 200);
     QApplication::setPalette(QColor(240, 240, 240));
-    EXPECT_LT(qt::panelForeground({}).lightness(), 80);
+    EXPECT_LT(foreground().lightness(), 80);
+    saidWindows.theme = "Adwaita-Dark";
+    EXPECT_GT(foreground().lightness(), 200);
 }
 
 TEST_F(TrayTest, HasItsPictureInTheSizesThatPanelsUse)

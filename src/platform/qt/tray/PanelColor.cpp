@@ -1,7 +1,6 @@
 #include "platform/qt/tray/PanelColor.h"
 
-#include "platform/qt/X11Queries.h"
-#include "platform/qt/XSettings.h"
+#include "platform/qt/graphics/QtColor.h"
 
 #include <QGuiApplication>
 #include <QPalette>
@@ -9,7 +8,6 @@
 #include <QScreen>
 
 #include <algorithm>
-#include <optional>
 
 namespace tallowbay::qt {
 
@@ -18,19 +16,6 @@ namespace {
 constexpr QRgb onLightPanel = 0xff2e2e32;
 constexpr QRgb onDarkPanel = 0xfff4f4f6;
 
-// The tray protocol's property holds red, green and blue of four colours, the foreground
-// first, each as 16 bits.
-std::optional<QColor> colorOfTray(std::uint32_t trayWindow)
-{
-    const auto values = windowProperty(trayWindow, "_NET_SYSTEM_TRAY_COLORS");
-    if (values.size() < 3)
-        return std::nullopt;
-    const auto component = [&](int index) {
-        return static_cast<quint16>(std::min<std::uint32_t>(values[index], 0xffff));
-    };
-    return QColor::fromRgba64(component(0), component(1), component(2));
-}
-
 // Desktops whose panel is dark whatever the windows are.
 bool panelIsAlwaysDark()
 {
@@ -38,15 +23,6 @@ bool panelIsAlwaysDark()
     return std::any_of(names.begin(), names.end(), [](const QByteArray& name) {
         return name == "GNOME" || name == "Unity" || name == "X-Cinnamon" || name == "Budgie";
     });
-}
-
-// GTK's name for the theme of the windows; Qt's palette knows nothing of it.
-bool gtkThemeIsDark()
-{
-    const auto owner = selectionOwner(withScreenNumber("_XSETTINGS_S"));
-    const auto theme = textOfXSettings(windowBytes(owner, "_XSETTINGS_SETTINGS"), "Net/ThemeName");
-    return QString::fromStdString(theme.value_or(""))
-        .contains(QLatin1String("dark"), Qt::CaseInsensitive);
 }
 
 int lightnessAt(QScreen& screen, const QPoint& place)
@@ -68,21 +44,26 @@ bool panelIsDarkAt(const QRect& icon)
     return lightness < 4 * 128;
 }
 
-bool windowsAreDark()
+// Qt's palette knows nothing of the themes of other toolkits.
+bool windowsAreDark(const WindowSystem& windows)
 {
-    return QGuiApplication::palette().color(QPalette::Window).lightness() < 128 || gtkThemeIsDark();
+    return QGuiApplication::palette().color(QPalette::Window).lightness() < 128
+        || QString::fromStdString(windows.windowTheme())
+               .contains(QLatin1String("dark"), Qt::CaseInsensitive);
 }
 
 } // namespace
 
-QColor panelForeground(const TrayHost& host, const QRect& embeddedIcon)
+QColor panelForeground(
+    const TrayHost& host, const EmbeddingTray& tray, const WindowSystem& windows,
+    const QRect& embeddedIcon)
 {
     const bool embeds = host.notifierOwner.isEmpty();
-    if (const auto color = embeds ? colorOfTray(host.selectionOwner) : std::nullopt)
-        return *color;
+    if (const auto color = embeds ? tray.foreground() : std::nullopt)
+        return qtColor(*color);
     if (embeds && !embeddedIcon.isEmpty())
         return panelIsDarkAt(embeddedIcon) ? onDarkPanel : onLightPanel;
-    return panelIsAlwaysDark() || windowsAreDark() ? onDarkPanel : onLightPanel;
+    return panelIsAlwaysDark() || windowsAreDark(windows) ? onDarkPanel : onLightPanel;
 }
 
 } // namespace tallowbay::qt

@@ -9,9 +9,11 @@ namespace {
 
 class QtStatusItem final : public StatusItem {
 public:
-    QtStatusItem(const StatusButton& button, const Menu& rows)
+    QtStatusItem(
+        const StatusButton& button, const Menu& rows, const EmbeddingTray& embeddingTray,
+        const WindowSystem& windows)
         : menu(makeMenu(rows))
-        , icon(button, *menu)
+        , icon(button, *menu, embeddingTray, windows)
     {
     }
 
@@ -24,7 +26,7 @@ private:
 
 std::unique_ptr<StatusItem> QtStatusBar::makeItem(const StatusButton& button, Menu menu)
 {
-    return std::make_unique<QtStatusItem>(button, menu);
+    return std::make_unique<QtStatusItem>(button, menu, embeddingTray, windows);
 }
 
 } // namespace tallowbay::qt

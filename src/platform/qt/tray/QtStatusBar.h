@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/EmbeddingTray.h"
 #include "platform/Menu.h"
 #include "platform/StatusBar.h"
 
@@ -9,7 +10,18 @@ namespace tallowbay::qt {
 // button, and comes back when the panel is started anew.
 class QtStatusBar final : public StatusBar {
 public:
+    // Both outlive the items.
+    QtStatusBar(const EmbeddingTray& embeddingTray, const WindowSystem& windows)
+        : embeddingTray(embeddingTray)
+        , windows(windows)
+    {
+    }
+
     std::unique_ptr<StatusItem> makeItem(const StatusButton&, Menu) override;
+
+private:
+    const EmbeddingTray& embeddingTray;
+    const WindowSystem& windows;
 };
 
 } // namespace tallowbay::qt

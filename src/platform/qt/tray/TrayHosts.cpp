@@ -1,7 +1,5 @@
 #include "platform/qt/tray/TrayHosts.h"
 
-#include "platform/qt/X11Queries.h"
-
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
@@ -36,8 +34,9 @@ void askBus(
 
 } // namespace
 
-TrayHosts::TrayHosts(Changed changed)
-    : changed(std::move(changed))
+TrayHosts::TrayHosts(const EmbeddingTray& embeddingTray, Changed changed)
+    : embeddingTray(embeddingTray)
+    , changed(std::move(changed))
 {
     watchNotifiers();
     timer.callOnTimeout([this] { look(); });
@@ -72,7 +71,7 @@ void TrayHosts::watchNotifiers()
 void TrayHosts::look()
 {
     TrayHost seen = current;
-    seen.selectionOwner = selectionOwner(withScreenNumber("_NET_SYSTEM_TRAY_S"));
+    seen.embedder = embeddingTray.window();
     if (seen.notifierOwner != watcherOwner)
         seen.notifierOwner.clear();
     update(seen);

@@ -1,10 +1,11 @@
 #pragma once
 
+#include "platform/EmbeddingTray.h"
+
 #include <QDBusServiceWatcher>
 #include <QString>
 #include <QTimer>
 
-#include <cstdint>
 #include <functional>
 
 namespace tallowbay::qt {
@@ -12,10 +13,10 @@ namespace tallowbay::qt {
 // Which program shows tray icons, by either of the two ways there are. Equal as long as it is the
 // same run of the same program.
 struct TrayHost {
-    std::uint32_t selectionOwner = 0; // the window of a tray that embeds windows
+    NativeWindow embedder = 0; // the window of a tray that embeds windows
     QString notifierOwner; // the bus name of a status notifier watcher that has a host
 
-    bool present() const { return selectionOwner != 0 || !notifierOwner.isEmpty(); }
+    bool present() const { return embedder != 0 || !notifierOwner.isEmpty(); }
     bool operator==(const TrayHost&) const = default;
 };
 
@@ -27,7 +28,7 @@ class TrayHosts {
 public:
     // Called on the main queue after every change; the first answer comes that way, too.
     using Changed = std::function<void(const TrayHost&)>;
-    explicit TrayHosts(Changed);
+    TrayHosts(const EmbeddingTray&, Changed);
 
 private:
     void watchNotifiers();
@@ -35,6 +36,7 @@ private:
     void askWatcherForItsHost(const QString& owner);
     void update(TrayHost);
 
+    const EmbeddingTray& embeddingTray;
     Changed changed;
     TrayHost current;
     QString watcherOwner;

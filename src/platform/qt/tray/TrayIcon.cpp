@@ -1,7 +1,7 @@
 #include "platform/qt/tray/TrayIcon.h"
 
 #include "platform/qt/Artwork.h"
-#include "platform/qt/X11Queries.h"
+#include "platform/qt/QtScreens.h"
 #include "platform/qt/graphics/QtTextMeasurer.h"
 #include "platform/qt/tray/PanelColor.h"
 
@@ -55,10 +55,14 @@ QPixmap titlePixmap(const QString& title, const QColor& color, int size)
 
 } // namespace
 
-TrayIcon::TrayIcon(StatusButton button, QMenu& menu)
+TrayIcon::TrayIcon(
+    StatusButton button, QMenu& menu, const EmbeddingTray& embeddingTray,
+    const WindowSystem& windows)
     : button(std::move(button))
     , menu(menu)
-    , hosts([this](const TrayHost& found) { moveTo(found); })
+    , embeddingTray(embeddingTray)
+    , windows(windows)
+    , hosts(embeddingTray, [this](const TrayHost& found) { moveTo(found); })
 {
     recolorTimer.callOnTimeout([this] { recolor(); });
 }
@@ -71,7 +75,7 @@ void TrayIcon::moveTo(const TrayHost& found)
     recolorTimer.stop();
     if (!host.present())
         return;
-    color = panelForeground(host);
+    color = panelForeground(host, embeddingTray, windows);
     icon = std::make_unique<QSystemTrayIcon>(picture(color));
     icon->setToolTip(QGuiApplication::applicationDisplayName());
     icon->setContextMenu(&menu);
@@ -91,9 +95,9 @@ void TrayIcon::recolor()
     // What lies over the panel, such as a film or the dimmed picture of a screen in which the user
     // selects something, says nothing of the panel's colour.
     const QRect place = icon->geometry();
-    if (!place.isEmpty() && !isSeen(place))
+    if (!place.isEmpty() && !embeddingTray.showsIconAt(desktopPixels(place)))
         return;
-    const QColor wanted = panelForeground(host, place);
+    const QColor wanted = panelForeground(host, embeddingTray, windows, place);
     if (wanted == color)
         return;
     color = wanted;

@@ -14,7 +14,7 @@ namespace tallowbay::qt {
 // One icon in whatever tray there is; none while there is no tray.
 class TrayIcon {
 public:
-    TrayIcon(StatusButton, QMenu&);
+    TrayIcon(StatusButton, QMenu&, const EmbeddingTray&, const WindowSystem&);
 
 private:
     void moveTo(const TrayHost&);
@@ -24,6 +24,8 @@ private:
 
     StatusButton button;
     QMenu& menu;
+    const EmbeddingTray& embeddingTray;
+    const WindowSystem& windows;
     TrayHost host;
     QColor color;
     std::unique_ptr<QSystemTrayIcon> icon;

@@ -1,9 +1,9 @@
-#include "platform/qt/XSettings.h"
+#include "platform/x11/windows/XSettings.h"
 
 #include <cstddef>
 #include <cstdint>
 
-namespace tallowbay::qt {
+namespace tallowbay::x11 {
 
 namespace {
 
@@ -83,4 +83,4 @@ std::optional<std::string> textOfXSettings(std::string_view property, std::strin
     return std::nullopt;
 }
 
-} // namespace tallowbay::qt
+} // namespace tallowbay::x11

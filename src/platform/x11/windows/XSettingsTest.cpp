@@ -1,8 +1,8 @@
-#include "platform/qt/XSettings.h"
+#include "platform/x11/windows/XSettings.h"
 
 #include <gtest/gtest.h>
 
-namespace tallowbay::qt {
+namespace tallowbay::x11 {
 namespace {
 
 using namespace std::string_literals;
@@ -72,4 +72,4 @@ TEST(XSettingsTest, SurvivesLengthsThatLie)
 }
 
 } // namespace
-} // namespace tallowbay::qt
+} // namespace tallowbay::x11

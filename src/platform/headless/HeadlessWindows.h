@@ -1,0 +1,44 @@
+#pragma once
+
+#include "platform/EmbeddingTray.h"
+#include "platform/WindowSystem.h"
+
+#include <map>
+
+namespace tallowbay::headless {
+
+// A display server that composes nothing unless it is told to, and keeps what it was asked for.
+class HeadlessWindowSystem final : public WindowSystem {
+public:
+    bool composesWindows() const override { return composes; }
+    bool blursBehind() const override { return composes && blurs; }
+    void blurBehind(NativeWindow window, const PixelRegion& region) override
+    {
+        blurred[window] = region;
+    }
+    void cutToShape(NativeWindow window, const PixelRegion& region) override
+    {
+        shapes[window] = region;
+    }
+    std::string windowTheme() const override { return theme; }
+
+    bool composes = false;
+    bool blurs = false;
+    std::string theme;
+    std::map<NativeWindow, PixelRegion> blurred;
+    std::map<NativeWindow, PixelRegion> shapes;
+};
+
+// No tray, unless it is given a window.
+class HeadlessEmbeddingTray final : public EmbeddingTray {
+public:
+    NativeWindow window() const override { return trayWindow; }
+    std::optional<Color> foreground() const override { return symbolColor; }
+    bool showsIconAt(const PixelRect& place) const override { return iconIsSeen && !place.empty(); }
+
+    NativeWindow trayWindow = 0;
+    std::optional<Color> symbolColor;
+    bool iconIsSeen = false;
+};
+
+} // namespace tallowbay::headless

@@ -1,0 +1,80 @@
+#include "platform/x11/windows/X11WindowSystem.h"
+
+#include "platform/x11/windows/XSettings.h"
+
+#include <xcb/shape.h>
+
+namespace tallowbay::x11 {
+
+namespace {
+
+const std::string blurBehindProperty = "_KDE_NET_WM_BLUR_BEHIND_REGION";
+
+// A request of an extension that is not there would end the connection.
+bool serverHasShapes(xcb_connection_t& server)
+{
+    const auto* extension = xcb_get_extension_data(&server, &xcb_shape_id);
+    return extension && extension->present;
+}
+
+xcb_rectangle_t serverRectangle(const PixelRect& rect)
+{
+    return {
+        static_cast<std::int16_t>(rect.x), static_cast<std::int16_t>(rect.y),
+        static_cast<std::uint16_t>(rect.width), static_cast<std::uint16_t>(rect.height)};
+}
+
+} // namespace
+
+X11WindowSystem::X11WindowSystem(xcb_connection_t& server)
+    : server(&server)
+    , queries(server)
+    , hasShapes(serverHasShapes(server))
+{
+}
+
+bool X11WindowSystem::composesWindows() const
+{
+    return queries.selectionOwner(withScreenNumber("_NET_WM_CM_S")) != XCB_NONE;
+}
+
+// Who blurs says so by a property of that name on the root window.
+bool X11WindowSystem::blursBehind() const
+{
+    return composesWindows() && queries.has(queries.root(), blurBehindProperty);
+}
+
+void X11WindowSystem::blurBehind(NativeWindow window, const PixelRegion& region)
+{
+    const auto target = static_cast<xcb_window_t>(window);
+    if (region.empty()) // the property without values would mean the whole window
+        return queries.remove(target, blurBehindProperty);
+    std::vector<std::uint32_t> values;
+    for (const PixelRect& rect : region)
+        for (int value : {rect.x, rect.y, rect.width, rect.height})
+            values.push_back(static_cast<std::uint32_t>(value));
+    queries.set(target, blurBehindProperty, values);
+}
+
+void X11WindowSystem::cutToShape(NativeWindow window, const PixelRegion& region)
+{
+    if (!hasShapes)
+        return;
+    std::vector<xcb_rectangle_t> rectangles;
+    for (const PixelRect& rect : region)
+        rectangles.push_back(serverRectangle(rect));
+    xcb_shape_rectangles(
+        server, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, XCB_CLIP_ORDERING_UNSORTED,
+        static_cast<xcb_window_t>(window), 0, 0, static_cast<std::uint32_t>(rectangles.size()),
+        rectangles.data());
+}
+
+// By the settings that GTK desktops publish.
+std::string X11WindowSystem::windowTheme() const
+{
+    const auto owner = queries.selectionOwner(withScreenNumber("_XSETTINGS_S"));
+    return textOfXSettings(queries.bytes(owner, "_XSETTINGS_SETTINGS"), "Net/ThemeName")
+        .value_or("");
+}
+
+} // namespace tallowbay::x11
