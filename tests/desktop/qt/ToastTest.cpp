@@ -1,4 +1,5 @@
 #include "desktop/qt/QtDesktop.h"
+#include "desktop/support/SessionBus.h"
 #include "platform/qt/X11Connection.h"
 #include "platform/x11/windows/X11WindowSystem.h"
 #include "views/QtToastViews.h"
@@ -157,8 +158,10 @@ protected:
     }
 
     const QColor red{220, 40, 40};
-    std::unique_ptr<ChildProcess> manager =
-        desktop.server().start({"xfwm4", "--compositor=on", "--replace"});
+    const SessionBus bus; // which the window manager keeps its settings behind
+    std::unique_ptr<ChildProcess> manager = desktop.server().start(
+        {"env", "DBUS_SESSION_BUS_ADDRESS=" + bus.address(), "xfwm4", "--compositor=on",
+         "--replace"});
     QWidget wall;
 };
 
