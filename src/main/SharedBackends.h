@@ -16,7 +16,7 @@
 #include "platform/qt/QtDispatch.h"
 #include "platform/qt/QtScreens.h"
 #include "platform/qt/graphics/QtImageCodec.h"
-#include "platform/qt/graphics/QtTextMeasurer.h"
+#include "platform/qt/graphics/GraphicsFonts.h"
 #include "platform/qt/update/AppcastUpdater.h"
 #include "platform/tesseract/TesseractRecognizer.h"
 
@@ -48,7 +48,7 @@ struct SharedBackends {
     qt::AppcastUpdater updater;
     qt::QtApplication application;
     qt::QtScreens screens;
-    qt::QtTextMeasurer textMeasurer;
+    qt::GraphicsFonts textMeasurer;
 };
 
 } // namespace tallowbay

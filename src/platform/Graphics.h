@@ -82,8 +82,7 @@ public:
 
     // The text stands in a box of exactly the size that TextMeasurer states, whose lower left
     // corner is the origin; the background fills that box. UTF-8; a line feed starts a new line
-    // below the last. The outlines grow with the font size without hinting, so that the box of
-    // n times the font is n times the box.
+    // below the last. The outlines grow with the font's size as the box does, without hinting.
     virtual void drawText(const std::string& text, const Point& origin, const TextStyle&) = 0;
 };
 

@@ -1,7 +1,7 @@
 #include "views/SetupNotice.h"
 
 #include "platform/qt/Artwork.h"
-#include "platform/qt/graphics/QtTextMeasurer.h"
+#include "platform/qt/graphics/GraphicsFonts.h"
 
 #include <QFrame>
 #include <QGuiApplication>

@@ -1,7 +1,7 @@
 #include "views/ToastWidget.h"
 
 #include "platform/qt/QtScreens.h"
-#include "platform/qt/graphics/QtTextMeasurer.h"
+#include "platform/qt/graphics/GraphicsFonts.h"
 
 #include <QGuiApplication>
 #include <QPainter>

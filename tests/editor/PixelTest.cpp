@@ -206,17 +206,6 @@ TEST_P(CanvasPixelTest, StandsATextInTheBoxThatIsMeasured)
         static_cast<int>(actual.pixel(static_cast<int>(21 * GetParam()), row) & 0xFF), 102, 1);
 }
 
-TEST_F(QtTest, GrowsTheTextBoxExactlyWithTheFont)
-{
-    const Size one = fonts.measure("a Text, 1 line", {16, FontWeight::semibold});
-    for (const double factor : {0.3, 1.7, 2.4, 10.0}) {
-        const Size other = fonts.measure("a Text, 1 line", {16 * factor, FontWeight::semibold});
-        EXPECT_NEAR(other.width, one.width * factor, 1e-9);
-        EXPECT_NEAR(other.height, one.height * factor, 1e-9);
-    }
-    EXPECT_DOUBLE_EQ(fonts.measure("a\nText, 1 line", annotationFont).height, 2 * one.height);
-}
-
 TEST_F(QtTest, ReplacesWhatIsThereWhenItComposesByCopy)
 {
     const auto bitmap = graphics.draw({2, 1}, 1, [](GraphicsContext& context) {

@@ -2,27 +2,13 @@
 
 #include "platform/qt/graphics/QtGraphicsContext.h"
 #include "platform/qt/graphics/QtImageCodec.h"
-
-#include <QGuiApplication>
+#include "platform/qt/graphics/TestApplication.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
 
 namespace tallowbay::test {
-
-// Fonts need an application object. A program has only one, so it stays; no screen is wanted.
-struct QtApplicationForFonts {
-    QtApplicationForFonts()
-    {
-        static int count = 1;
-        static char name[] = "test";
-        static char* arguments[] = {name, nullptr};
-        ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
-        static const QGuiApplication application(count, arguments);
-    }
-};
 
 class QtTest : public testing::Test {
 protected:

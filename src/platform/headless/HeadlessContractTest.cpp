@@ -9,6 +9,7 @@
 #include "platform/contract/OffscreenGraphicsContract.h"
 #include "platform/contract/PasteboardContract.h"
 #include "platform/contract/ProcessesContract.h"
+#include "platform/contract/TextMeasurerContract.h"
 #include "platform/contract/UserDefaultsContract.h"
 #include "platform/headless/Desktop.h"
 #include "platform/headless/PlainImageCodec.h"
@@ -166,6 +167,12 @@ struct RecordingGraphicsBackend {
     const OffscreenGraphics& graphics() { return recording; }
 };
 
+struct TextMeasurerBackend {
+    HeadlessTextMeasurer textMeasurer;
+
+    const TextMeasurer& measurer() { return textMeasurer; }
+};
+
 struct MemoryDefaultsBackend {
     MemoryUserDefaultsStore memory;
 
@@ -189,5 +196,6 @@ INSTANTIATE_TYPED_TEST_SUITE_P(Headless, PasteboardContract, headless::MemoryPas
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, FileEventsContract, headless::MemoryEventsBackend);
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, FolderEventsContract, headless::MemoryEventsBackend);
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, ProcessesContract, headless::ScriptedProcessesBackend);
+INSTANTIATE_TYPED_TEST_SUITE_P(Headless, TextMeasurerContract, headless::TextMeasurerBackend);
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, UserDefaultsContract, headless::MemoryDefaultsBackend);
 } // namespace tallowbay::contract

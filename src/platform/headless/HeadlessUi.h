@@ -11,6 +11,7 @@
 #include "platform/Updater.h"
 #include "platform/WindowPort.h"
 
+#include <algorithm>
 #include <list>
 #include <utility>
 #include <vector>
@@ -64,12 +65,21 @@ public:
     std::optional<Rect> frame = Rect{{0, 0}, {1920, 1080}};
 };
 
-// Every character is half as wide as the font is high.
+// Every byte of a text is half as wide as the font is high.
 class HeadlessTextMeasurer final : public TextMeasurer {
 public:
     Size measure(const std::string& text, const Font& font) const override
     {
-        return {font.sizePoints / 2 * static_cast<double>(text.size()), font.sizePoints * 1.25};
+        std::size_t lines = 0;
+        std::size_t longest = 0;
+        for (std::size_t begin = 0; begin <= text.size(); ++lines) {
+            const std::size_t end = std::min(text.find('\n', begin), text.size());
+            longest = std::max(longest, end - begin);
+            begin = end + 1;
+        }
+        return {
+            font.sizePoints / 2 * static_cast<double>(longest),
+            font.sizePoints * 1.25 * static_cast<double>(lines)};
     }
 };
 

@@ -1,7 +1,7 @@
 #include "platform/qt/AlertDialog.h"
 
 #include "platform/qt/Artwork.h"
-#include "platform/qt/graphics/QtTextMeasurer.h"
+#include "platform/qt/graphics/GraphicsFonts.h"
 
 #include <QGuiApplication>
 #include <QHBoxLayout>

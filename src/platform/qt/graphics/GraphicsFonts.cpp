@@ -31,10 +31,19 @@ QFont::Weight qtWeight(FontWeight weight)
 
 } // namespace
 
-GraphicsFonts::GraphicsFonts()
-    : base(QFontDatabase::systemFont(QFontDatabase::GeneralFont))
+QFont interfaceFont(const Font& font)
 {
-    base.setHintingPreference(QFont::PreferNoHinting);
+    QFont result = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
+    result.setFamilies({QStringLiteral("Inter"), result.family()});
+    result.setHintingPreference(QFont::PreferNoHinting);
+    result.setPixelSize(qRound(font.sizePoints)); // a point is a device-independent pixel
+    result.setWeight(qtWeight(font.weight));
+    return result;
+}
+
+GraphicsFonts::GraphicsFonts()
+    : base(interfaceFont({}))
+{
 }
 
 QFont GraphicsFonts::reference(const Font& font) const

@@ -7,8 +7,14 @@
 
 namespace tallowbay::qt {
 
-// The interface font as the graphics draw it: without hinting, so that a text of twice the size is
-// twice as wide.
+// The font of our windows and of what we draw: the one that they are designed for, else the
+// desktop's own. Without hinting, so that a text of twice the size is twice as wide, and a widget
+// shows what was measured.
+
+// For widgets, whose fonts are of whole points. Thread: main.
+QFont interfaceFont(const Font&);
+
+// Measures it in any size, and has it for drawing.
 //
 // The constructor belongs on the main thread and after the application object; copies may be used
 // on any thread.
@@ -16,7 +22,6 @@ class GraphicsFonts final : public TextMeasurer {
 public:
     GraphicsFonts();
 
-    // The box of the text: the longest line's width, and one line height a line.
     Size measure(const std::string& text, const Font&) const override;
 
     struct Measures {

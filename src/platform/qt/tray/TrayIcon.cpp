@@ -2,7 +2,7 @@
 
 #include "platform/qt/Artwork.h"
 #include "platform/qt/QtScreens.h"
-#include "platform/qt/graphics/QtTextMeasurer.h"
+#include "platform/qt/graphics/GraphicsFonts.h"
 #include "platform/qt/tray/PanelColor.h"
 
 #include <QCursor>
