@@ -11,7 +11,7 @@ namespace tallowbay {
 // One line of white text on a dark, blurred, rounded rectangle. Clicks and keys go to what lies
 // below it.
 struct ToastContent {
-    std::string message;
+    std::string message; // one line
     Font font;
     Rect frame; // of the window, on the screen
     double cornerRadius = 0;

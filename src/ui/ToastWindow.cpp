@@ -16,6 +16,7 @@ constexpr double cornerRadius = 12;
 
 ToastContent makeContent(const Screens& screens, const TextMeasurer& measurer, std::string message)
 {
+    std::replace(message.begin(), message.end(), '\n', ' ');
     const double textWidth = measurer.measure(message, toastFont).width;
     return {
         std::move(message), toastFont, toastFrame(screens.mainFrame(), textWidth), cornerRadius,

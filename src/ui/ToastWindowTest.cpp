@@ -57,6 +57,13 @@ TEST_F(ToastWindowTest, IsAtMost480PointsWide)
     EXPECT_EQ(show(std::string(200, 'x')).content.frame, (Rect{{960 - 240, 516}, {480, 48}}));
 }
 
+TEST_F(ToastWindowTest, HasOneLineAlsoWhereTheMessageHasSeveral)
+{
+    const auto& toast = show("what happened and why,\nin another sentence").content;
+    EXPECT_EQ(toast.message, "what happened and why, in another sentence");
+    EXPECT_EQ(toast.frame.size, (Size{42 * 7.5 + 48, 48}));
+}
+
 TEST_F(ToastWindowTest, IsCentredOnAMainScreenThatDoesNotBeginAtZero)
 {
     desktop.screens.frame = Rect{{100, 50}, {1000, 500}};

@@ -1,5 +1,8 @@
 #include "views/QtToastViews.h"
 
+#include "views/ToastWidget.h"
+
+#include <QPointer>
 #include <QTimer>
 #include <QVariantAnimation>
 
@@ -9,19 +12,13 @@ namespace {
 
 class ToastWindow final : public WindowPort {
 public:
-    ToastWindow(std::unique_ptr<ToastWidget> toast, std::vector<QPointer<ToastWidget>> older)
+    explicit ToastWindow(std::unique_ptr<ToastWidget> toast)
         : widget(std::move(toast))
-        , olderToasts(std::move(older))
     {
     }
 
     void orderFront() override
     {
-        std::vector<const ToastWidget*> visible;
-        for (const auto& older : olderToasts)
-            if (older && older->isVisible())
-                visible.push_back(older);
-        widget->captureBackdrop(visible);
         widget->show();
         widget->raise();
     }
@@ -32,7 +29,6 @@ public:
 
 private:
     std::unique_ptr<ToastWidget> widget;
-    std::vector<QPointer<ToastWidget>> olderToasts;
     QPointer<QVariantAnimation> animation;
 };
 
@@ -64,12 +60,7 @@ void ToastWindow::animateAlpha(
 
 std::unique_ptr<WindowPort> QtToastViews::make(const ToastContent& content)
 {
-    std::erase_if(toasts, [](const auto& toast) { return toast.isNull(); });
-    auto toast = std::make_unique<ToastWidget>(content, windows);
-    const QPointer<ToastWidget> newest = toast.get();
-    auto window = std::make_unique<ToastWindow>(std::move(toast), toasts);
-    toasts.push_back(newest);
-    return window;
+    return std::make_unique<ToastWindow>(std::make_unique<ToastWidget>(content, windows));
 }
 
 } // namespace tallowbay::views

@@ -1,8 +1,7 @@
 #pragma once
 
-#include "views/ToastWidget.h"
-
-#include <QPointer>
+#include "platform/ToastViews.h"
+#include "platform/WindowSystem.h"
 
 namespace tallowbay::views {
 
@@ -18,7 +17,6 @@ public:
 
 private:
     WindowSystem& windows;
-    std::vector<QPointer<ToastWidget>> toasts; // oldest first
 };
 
 } // namespace tallowbay::views

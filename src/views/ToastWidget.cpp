@@ -2,13 +2,9 @@
 
 #include "platform/qt/QtScreens.h"
 #include "platform/qt/graphics/GraphicsFonts.h"
+#include "views/RoundedRegion.h"
 
-#include <QGuiApplication>
 #include <QPainter>
-#include <QPainterPath>
-#include <QScreen>
-
-#include <algorithm>
 
 namespace tallowbay::views {
 
@@ -17,6 +13,7 @@ namespace {
 // The dark material: thin where what lies below is blurred, dense where it would disturb the text.
 constexpr QColor materialOverBlur(24, 24, 28, 199);
 constexpr QColor materialOverPlain(24, 24, 28, 224);
+constexpr QColor opaqueMaterial(30, 30, 34);
 constexpr QColor rimColor(255, 255, 255, 28);
 
 // A tooltip stays on top and bypasses the window manager in any case. Where that is not said, Qt
@@ -34,14 +31,6 @@ QFont textFontFor(const Font& font)
     result.setStyleStrategy(
         QFont::StyleStrategy(QFont::PreferAntialias | QFont::NoSubpixelAntialias));
     return result;
-}
-
-QImage blurred(const QImage& image, double scale)
-{
-    const int step = std::max(1, qRound(12 * scale));
-    const QSize small((image.width() + step - 1) / step, (image.height() + step - 1) / step);
-    return image.scaled(small, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
-        .scaled(image.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
 } // namespace
@@ -63,56 +52,36 @@ ToastWidget::ToastWidget(const ToastContent& content, WindowSystem& windows)
     setGeometry(qt::desktopRect(content.frame));
 }
 
-void ToastWidget::captureBackdrop(const std::vector<const ToastWidget*>& olderToasts)
-{
-    QScreen* screen = QGuiApplication::primaryScreen();
-    if (composited || !screen)
-        return;
-    const QRect area = geometry().translated(-screen->geometry().topLeft());
-    backdrop = screen->grabWindow(0, area.x(), area.y(), area.width(), area.height()).toImage();
-    QPainter painter(&backdrop);
-    for (const ToastWidget* older : olderToasts)
-        painter.drawImage(
-            QRectF(older->geometry().translated(-geometry().topLeft())), older->backdrop);
-    painter.end();
-    blurredBackdrop = blurred(backdrop, backdrop.devicePixelRatio());
-}
-
 void ToastWidget::setAlpha(double wanted)
 {
+    const bool appears = (alpha > 0) != (wanted > 0);
     alpha = wanted;
     if (composited)
-        setWindowOpacity(alpha);
-    else
-        update();
+        return setWindowOpacity(alpha);
+    if (appears && isVisible())
+        cutToShape();
+    update();
 }
 
 void ToastWidget::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
-    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-    if (!composited) {
-        painter.fillRect(rect(), Qt::black);
-        painter.drawImage(QRectF(rect()), backdrop);
+    painter.setRenderHint(QPainter::Antialiasing);
+    paintMaterial(painter);
+    if (!composited)
         painter.setOpacity(alpha);
-    }
-    paintToast(painter);
     paintText(painter);
 }
 
-void ToastWidget::paintToast(QPainter& painter) const
+void ToastWidget::paintMaterial(QPainter& painter) const
 {
     painter.setPen(Qt::NoPen);
-    if (!blurredBackdrop.isNull()) {
-        QBrush glass(blurredBackdrop);
-        const double scale = width() / double(blurredBackdrop.width());
-        glass.setTransform(QTransform::fromScale(scale, scale));
-        painter.setBrush(glass);
-        painter.drawPath(shape());
+    if (composited) {
+        painter.setBrush(blursBehind ? materialOverBlur : materialOverPlain);
+        painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
+    } else {
+        painter.fillRect(rect(), opaqueMaterial);
     }
-    const bool thin = blursBehind || !composited;
-    painter.setBrush(thin ? materialOverBlur : materialOverPlain);
-    painter.drawPath(shape());
     painter.setBrush(Qt::NoBrush);
     painter.setPen(QPen(rimColor, 1));
     const QRectF inside = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
@@ -124,33 +93,30 @@ void ToastWidget::paintText(QPainter& painter) const
     const QRect line = rect().adjusted(leastMargin, 0, -leastMargin, 0);
     painter.setFont(textFont);
     painter.setPen(Qt::white);
-    const QString singleLine = QString(message).replace(QLatin1Char('\n'), QLatin1Char(' '));
     const QString fitting =
-        QFontMetricsF(textFont).elidedText(singleLine, Qt::ElideRight, line.width());
-    painter.drawText(line, int(Qt::AlignCenter) | Qt::TextSingleLine, fitting);
+        QFontMetricsF(textFont).elidedText(message, Qt::ElideRight, line.width());
+    painter.drawText(line, Qt::AlignCenter, fitting);
 }
 
+// The server knows the window by now, and shows it after this.
 void ToastWidget::showEvent(QShowEvent* event)
 {
     QWidget::showEvent(event);
     if (blursBehind)
-        askForBlurBehind();
+        windows.blurBehind(winId(), shape());
+    if (!composited)
+        cutToShape();
 }
 
-void ToastWidget::askForBlurBehind()
+void ToastWidget::cutToShape()
 {
-    const auto toPixels = QTransform::fromScale(devicePixelRatioF(), devicePixelRatioF());
-    PixelRegion region;
-    for (const QRect& part : QRegion(shape().toFillPolygon(toPixels).toPolygon()))
-        region.push_back({part.x(), part.y(), part.width(), part.height()});
-    windows.blurBehind(winId(), region);
+    windows.cutToShape(winId(), alpha > 0 ? shape() : PixelRegion());
 }
 
-QPainterPath ToastWidget::shape() const
+PixelRegion ToastWidget::shape() const
 {
-    QPainterPath path;
-    path.addRoundedRect(rect(), cornerRadius, cornerRadius);
-    return path;
+    const double scale = devicePixelRatioF();
+    return roundedRegion({qRound(width() * scale), qRound(height() * scale)}, cornerRadius * scale);
 }
 
 } // namespace tallowbay::views

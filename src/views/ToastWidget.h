@@ -3,7 +3,6 @@
 #include "platform/ToastViews.h"
 #include "platform/WindowSystem.h"
 
-#include <QImage>
 #include <QWidget>
 
 namespace tallowbay::views {
@@ -11,15 +10,12 @@ namespace tallowbay::views {
 // What a toast looks like on the screen. It takes no input and no focus, and the window manager has
 // no say in where it is.
 //
-// Where nobody composes the windows, nothing shines through a window: then a picture of what lay
-// below when the toast came stands in for it.
+// Where nobody composes the windows, nothing shines through a window. There the material is opaque
+// and the window is cut to its rounded shape, so that around it stands what is really there; as the
+// toast fades, its text does, and at alpha zero nothing is left of the window.
 class ToastWidget final : public QWidget {
 public:
     ToastWidget(const ToastContent&, WindowSystem&);
-
-    // Takes the picture of what lies below, where one is needed. The older toasts are still on the
-    // screen, but not meant to be in it.
-    void captureBackdrop(const std::vector<const ToastWidget*>& olderToasts);
 
     void setAlpha(double);
     double currentAlpha() const { return alpha; }
@@ -27,10 +23,10 @@ public:
 private:
     void paintEvent(QPaintEvent*) override;
     void showEvent(QShowEvent*) override;
-    void paintToast(QPainter&) const;
+    void paintMaterial(QPainter&) const;
     void paintText(QPainter&) const;
-    void askForBlurBehind();
-    QPainterPath shape() const;
+    void cutToShape();
+    PixelRegion shape() const;
 
     WindowSystem& windows;
     const QString message;
@@ -39,8 +35,6 @@ private:
     const bool composited;
     const bool blursBehind;
     double alpha = 1;
-    QImage backdrop; // of the whole window, in device pixels
-    QImage blurredBackdrop;
 };
 
 } // namespace tallowbay::views

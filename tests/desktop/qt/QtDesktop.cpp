@@ -3,6 +3,8 @@
 #include <QScreen>
 #include <QWidget>
 
+#include <cmath>
+
 namespace tallowbay::test {
 
 namespace {
@@ -54,12 +56,18 @@ void QtDesktop::runFor(std::chrono::milliseconds duration)
 
 QColor QtDesktop::pixel(int x, int y) const
 {
+    return picture({x, y, 1, 1}).pixelColor(0, 0);
+}
+
+QImage QtDesktop::picture(const QRect& place) const
+{
     const QScreen* screen = QGuiApplication::primaryScreen();
     const double scale = screen->devicePixelRatio();
-    const QImage picture = QGuiApplication::primaryScreen()
-                               ->grabWindow(0, int(x / scale), int(y / scale), 1, 1)
-                               .toImage();
-    return picture.pixelColor(0, 0);
+    return QGuiApplication::primaryScreen()
+        ->grabWindow(
+            0, int(place.x() / scale), int(place.y() / scale),
+            int(std::ceil(place.width() / scale)), int(std::ceil(place.height() / scale)))
+        .toImage();
 }
 
 bool QtDesktop::focusWindow(const std::string& name) const

@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QColor>
+#include <QImage>
 
 #include <functional>
 
@@ -23,6 +24,7 @@ public:
 
     // What a person sees at this place, in the server's pixels.
     QColor pixel(int x, int y) const;
+    QImage picture(const QRect&) const;
 
     // Gives a window the keyboard; false if there is none of that name.
     bool focusWindow(const std::string& name) const;

@@ -1,5 +1,6 @@
 #include "desktop/qt/QtDesktop.h"
 #include "desktop/support/SessionBus.h"
+#include "desktop/support/XClient.h"
 #include "platform/qt/X11Connection.h"
 #include "platform/x11/windows/X11WindowSystem.h"
 #include "views/QtToastViews.h"
@@ -15,16 +16,64 @@ using testing::HasSubstr;
 namespace tallowbay::test {
 namespace {
 
+const QRect frame(500, 376, 280, 48);
 const ToastContent content{
     "3 Screenshot(s) Ready", {15, FontWeight::semibold}, {{500, 376}, {280, 48}}, 12,
     WindowLevel::statusBar,
 };
 
+int brightestOf(const QImage& picture)
+{
+    int brightest = 0;
+    for (int y = 0; y < picture.height(); ++y)
+        for (int x = 0; x < picture.width(); ++x)
+            brightest = std::max(brightest, picture.pixelColor(x, y).lightness());
+    return brightest;
+}
+
+// The least rectangle with all the pixels of the text.
+QRect inkOf(const QImage& picture)
+{
+    QRect ink;
+    for (int y = 0; y < picture.height(); ++y)
+        for (int x = 0; x < picture.width(); ++x)
+            if (picture.pixelColor(x, y).lightness() > 150)
+                ink |= QRect(x, y, 1, 1);
+    return ink;
+}
+
+// Another program.
+class OtherProgram {
+public:
+    explicit OtherProgram(const std::string& display)
+        : client(display)
+    {
+    }
+
+    void openBehind(const PixelRect& place, const QColor& color)
+    {
+        const auto window = xcb_generate_id(client.connection());
+        const std::uint32_t background = color.rgb() & 0xffffff;
+        xcb_create_window(
+            client.connection(), XCB_COPY_FROM_PARENT, window, client.root(),
+            static_cast<std::int16_t>(place.x), static_cast<std::int16_t>(place.y),
+            static_cast<std::uint16_t>(place.width), static_cast<std::uint16_t>(place.height), 0,
+            XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_BACK_PIXEL, &background);
+        const std::uint32_t below = XCB_STACK_MODE_BELOW;
+        xcb_configure_window(client.connection(), window, XCB_CONFIG_WINDOW_STACK_MODE, &below);
+        xcb_map_window(client.connection(), window);
+        client.sync();
+    }
+
+private:
+    XClient client;
+};
+
 class ToastTest : public testing::Test {
 protected:
-    std::unique_ptr<WindowPort> show()
+    std::unique_ptr<WindowPort> show(const ToastContent& shown = content)
     {
-        auto toast = views.make(content);
+        auto toast = views.make(shown);
         toast->setAlpha(0);
         toast->orderFront();
         toast->setAlpha(1);
@@ -50,13 +99,29 @@ TEST_F(ToastTest, StandsInTheMiddleOfTheScreen)
     EXPECT_EQ(desktop.pixel(640, 424), desktop.background);
 }
 
-TEST_F(ToastTest, HasRoundCornersWithoutACompositingManager)
+// The corners went on showing what had been there when the toast came.
+TEST_F(ToastTest, ShowsAtItsRoundCornersAWindowThatOpensBehindIt)
 {
     const auto toast = show();
+    ASSERT_TRUE(desktop.runUntil([&] { return desktop.pixel(640, 380) != desktop.background; }));
+    const QColor red(220, 40, 40);
+    OtherProgram other(desktop.server().display());
 
-    EXPECT_TRUE(desktop.runUntil([&] { return desktop.pixel(640, 380) != desktop.background; }));
-    EXPECT_EQ(desktop.pixel(500, 376), desktop.background);
-    EXPECT_EQ(desktop.pixel(779, 423), desktop.background);
+    other.openBehind({300, 200, 700, 450}, red);
+
+    const auto isRed = [&](int x, int y) {
+        return desktop.runUntil([&, x, y] { return desktop.pixel(x, y) == red; });
+    };
+    for (const int x : {500, 779})
+        for (const int y : {376, 423})
+            EXPECT_TRUE(isRed(x, y)) << x << ", " << y;
+    // Where a circle of 12 points passes
+    EXPECT_EQ(desktop.pixel(502, 379), red);
+    EXPECT_NE(desktop.pixel(504, 380), red);
+    EXPECT_EQ(desktop.pixel(777, 420), red);
+    EXPECT_NE(desktop.pixel(775, 419), red);
+    for (const int x : {500, 640, 779})
+        EXPECT_LT(desktop.pixel(x, 390).lightness(), 80) << x;
 }
 
 TEST_F(ToastTest, IsInvisibleAtAlphaZero)
@@ -79,16 +144,38 @@ TEST_F(ToastTest, LeavesTheScreenWhenItIsDestroyed)
     EXPECT_TRUE(desktop.runUntil([&] { return desktop.pixel(640, 380) == desktop.background; }));
 }
 
-TEST_F(ToastTest, IsNotInThePictureThatANewerToastTakes)
+TEST_F(ToastTest, FadesItsTextWithoutACompositingManager)
 {
-    auto older = show();
-    ASSERT_TRUE(desktop.runUntil([&] { return desktop.pixel(640, 380) != desktop.background; }));
-    const auto newer = show();
-    older.reset();
+    const auto toast = show();
+    ASSERT_TRUE(desktop.runUntil([&] { return brightestOf(desktop.picture(frame)) > 240; }));
 
-    newer->setAlpha(0);
+    toast->setAlpha(0.5);
 
-    EXPECT_TRUE(desktop.runUntil([&] { return desktop.pixel(640, 380) == desktop.background; }));
+    EXPECT_TRUE(desktop.runUntil([&] { return brightestOf(desktop.picture(frame)) < 170; }));
+    EXPECT_GT(brightestOf(desktop.picture(frame)), 110);
+    EXPECT_LT(desktop.pixel(640, 380).lightness(), 80);
+}
+
+TEST_F(ToastTest, CutsALongMessageOffAndSaysSo)
+{
+    ToastContent wide = content;
+    wide.message = std::string(200, 'W');
+    wide.frame = {{400, 376}, {480, 48}};
+    const auto toast = show(wide);
+    const QRect line(400, 376, 480, 48);
+    ASSERT_TRUE(desktop.runUntil([&] { return !inkOf(desktop.picture(line)).isEmpty(); }));
+
+    const QImage shown = desktop.picture(line);
+    const QRect ink = inkOf(shown);
+    EXPECT_GE(ink.left(), 16);
+    EXPECT_LT(ink.left(), 40);
+    EXPECT_LE(ink.right(), 480 - 16);
+    EXPECT_GT(ink.right(), 480 - 40);
+    EXPECT_LT(ink.height(), 15);
+    // The last to be seen are the three dots, which stand on the line.
+    const QRect end = inkOf(shown.copy(ink.right() - 12, 0, 13, 48));
+    EXPECT_GT(end.top(), ink.center().y());
+    EXPECT_EQ(end.bottom(), ink.bottom());
 }
 
 TEST_F(ToastTest, LetsClicksAndKeysThrough)
