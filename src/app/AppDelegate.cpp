@@ -34,7 +34,9 @@ AppDelegate::AppDelegate(const Platform& platform, Windows windows)
     : platform(platform)
     , windows(std::move(windows))
     , location(platform.defaults, platform.fileSystem, platform.desktop)
-    , toasts(platform.dispatch, platform.screens, platform.textMeasurer, platform.toastViews)
+    , toastPresenter(
+          platform.dispatch, platform.screens, platform.textMeasurer, platform.toastViews)
+    , toasts(platform.defaults.standard(), toastPresenter)
     , pasteWatcher(platform, [this] { screenshotBatch.handlePaste(); })
     , screenshotBatch(
           platform, toasts,

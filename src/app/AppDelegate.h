@@ -14,6 +14,7 @@
 #include "platform/Menu.h"
 #include "platform/Platform.h"
 #include "platform/StatusBar.h"
+#include "ui/ToastGate.h"
 #include "ui/ToastWindow.h"
 
 #include <functional>
@@ -78,7 +79,8 @@ private:
     const Platform platform;
     Windows windows;
     ScreenshotLocation location;
-    ToastPresenter toasts;
+    ToastPresenter toastPresenter;
+    ToastGate toasts;
     PasteWatcher pasteWatcher;
     ScreenshotBatch screenshotBatch;
     OCRTrigger ocrTrigger;

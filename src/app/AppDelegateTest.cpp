@@ -60,6 +60,12 @@ protected:
         desktop.dispatch.runMain();
     }
 
+    void paste()
+    {
+        desktop.keyTap.press(9, eventFlag::command);
+        desktop.dispatch.runMain();
+    }
+
     void press(const std::string& title)
     {
         for (const MenuItem& item : desktop.statusBar.items.front().menu) {
@@ -135,9 +141,8 @@ TEST_F(AppDelegateTest, BringsScreenshotsTogetherInOnePaste)
         (Paths{
             optimized / "Screenshot 1.png", optimized / "Screenshot 2.png",
             optimized / "Screenshot 3.png"}));
-    desktop.keyTap.press(9, eventFlag::command);
-    desktop.dispatch.runMain();
-    EXPECT_THAT(app->batch().pendingURLs, IsEmpty());
+    paste();
+    EXPECT_THAT(app->batch().urls(), IsEmpty());
     EXPECT_EQ(desktop.pasteboard.files.size(), 3u);
     EXPECT_THAT(desktop.keyPoster.journal, IsEmpty());
 }
@@ -151,15 +156,14 @@ TEST_F(AppDelegateTest, PastesByItselfWhatWasPastedTooEarly)
     desktop.dispatch.runUntilIdle();
     EXPECT_EQ(desktop.keyPoster.journal.size(), 2u);
     EXPECT_EQ(desktop.pasteboard.files, Paths{optimized / "Screenshot 1.png"});
-    EXPECT_THAT(app->batch().pendingURLs, IsEmpty());
+    EXPECT_THAT(app->batch().urls(), IsEmpty());
 }
 
 TEST_F(AppDelegateTest, PrintsItsLinesInOrder)
 {
     launch();
     screenshot("Screenshot 1.png");
-    desktop.keyTap.press(9, eventFlag::command);
-    desktop.dispatch.runMain();
+    paste();
     EXPECT_THAT(
         desktop.console.lines,
         ElementsAre(
@@ -207,7 +211,7 @@ TEST_F(AppDelegateTest, UndoesTheLastScreenshotByHotkey)
     screenshot("Screenshot 2.png");
     pressHotkey(6, 0x1100);
     EXPECT_EQ(desktop.pasteboard.files, Paths{optimized / "Screenshot 1.png"});
-    EXPECT_EQ(app->batch().pendingURLs, Paths{optimized / "Screenshot 1.png"});
+    EXPECT_EQ(app->batch().urls(), Paths{optimized / "Screenshot 1.png"});
 }
 
 TEST_F(AppDelegateTest, ClearsTheBatchByHotkey)
@@ -217,7 +221,7 @@ TEST_F(AppDelegateTest, ClearsTheBatchByHotkey)
     screenshot("Screenshot 2.png");
     pressHotkey(8, 0x1100);
     EXPECT_THAT(desktop.pasteboard.files, IsEmpty());
-    EXPECT_THAT(app->batch().pendingURLs, IsEmpty());
+    EXPECT_THAT(app->batch().urls(), IsEmpty());
 }
 
 TEST_F(AppDelegateTest, OpensTheEditorWithoutTheSettingsByHotkey)
@@ -236,11 +240,15 @@ TEST_F(AppDelegateTest, ExtractsTextByHotkeyAndHoldsTheBatchMeanwhile)
     });
     desktop.textRecognizer.willFindLines({"Hello"});
     launch();
+    screenshot("Screenshot 1.png");
     pressHotkey(7, 0x300);
-    EXPECT_TRUE(app->batch().ocrInProgress);
+    paste();
+    EXPECT_EQ(app->batch().urls().size(), 1u);
+
     desktop.dispatch.runUntilIdle();
-    EXPECT_FALSE(app->batch().ocrInProgress);
     EXPECT_EQ(desktop.pasteboard.text, "Hello");
+    paste();
+    EXPECT_THAT(app->batch().urls(), IsEmpty());
 }
 
 TEST_F(AppDelegateTest, DoesNothingByHotkeyWhileOneIsRecorded)
@@ -251,7 +259,7 @@ TEST_F(AppDelegateTest, DoesNothingByHotkeyWhileOneIsRecorded)
     for (const auto& registration : desktop.hotkeys.registered())
         pressHotkey(registration.combination.first, registration.combination.second);
     EXPECT_THAT(opened, IsEmpty());
-    EXPECT_FALSE(app->batch().ocrInProgress);
+    EXPECT_EQ(desktop.dispatch.backgroundCount(), 0u); // where text is extracted
     EXPECT_EQ(desktop.pasteboard.files.size(), 1u);
 }
 
@@ -280,7 +288,7 @@ TEST_F(AppDelegateTest, DoesWhatOthersAskFor)
     EXPECT_EQ(app->perform(Command::about), CommandResult::done);
     EXPECT_EQ(abouts, 1);
     EXPECT_EQ(app->perform(Command::ocr), CommandResult::done);
-    EXPECT_TRUE(app->batch().ocrInProgress);
+    EXPECT_EQ(desktop.dispatch.backgroundCount(), 1u); // where text is extracted
     EXPECT_EQ(app->perform(Command::quit), CommandResult::done);
     EXPECT_EQ(desktop.application.terminations, 1);
 }
@@ -299,7 +307,7 @@ TEST_F(AppDelegateTest, DoesDuringTheSetupWhatItsMenuDoes)
     launch(false);
     for (const Command command : {Command::open, Command::ocr, Command::undo, Command::clear})
         EXPECT_EQ(app->perform(command), CommandResult::setupFirst);
-    EXPECT_FALSE(app->batch().ocrInProgress);
+    EXPECT_EQ(desktop.dispatch.backgroundCount(), 0u);
     for (const Command command : {Command::settings, Command::about, Command::quit})
         EXPECT_EQ(app->perform(command), CommandResult::done);
     completeSetup();
@@ -331,7 +339,7 @@ TEST_F(AppDelegateCleanupTest, ForgetsADeletedScreenshotOfTheBatchAndKeepsThePas
     age("Screenshot 1.png");
     desktop.dispatch.advance(30s);
     EXPECT_FALSE(desktop.files.exists(optimized / "Screenshot 1.png"));
-    EXPECT_EQ(app->batch().pendingURLs, Paths{optimized / "Screenshot 2.png"});
+    EXPECT_EQ(app->batch().urls(), Paths{optimized / "Screenshot 2.png"});
     EXPECT_EQ(desktop.pasteboard.files.size(), 2u);
 }
 
@@ -354,7 +362,7 @@ TEST_F(AppDelegateCleanupTest, ForgetsAScreenshotThatCannotBeDeleted)
     desktop.dispatch.advance(30s);
     EXPECT_TRUE(desktop.files.exists(optimized / "Screenshot 1.png"));
     EXPECT_THAT(strip->images, IsEmpty());
-    EXPECT_THAT(app->batch().pendingURLs, IsEmpty());
+    EXPECT_THAT(app->batch().urls(), IsEmpty());
 }
 
 // Menu.

@@ -2,26 +2,11 @@
 
 #include "app/ScreenshotBatch.h"
 #include "ocr/OCRCapture.h"
-#include "platform/Pasteboard.h"
-#include "platform/UserDefaults.h"
-#include "platform/UserDefaultsStore.h"
-#include "ui/ToastWindow.h"
+#include "ui/ToastGate.h"
 
 namespace tallowbay {
 
-namespace {
-
-std::string joinedByBlankLines(const std::vector<std::string>& texts)
-{
-    std::string all;
-    for (const std::string& text : texts)
-        all += all.empty() ? text : "\n\n" + text;
-    return all;
-}
-
-} // namespace
-
-OCRTrigger::OCRTrigger(const Platform& platform, ToastPresenter& toasts, ScreenshotBatch& batch)
+OCRTrigger::OCRTrigger(const Platform& platform, ToastGate& toasts, ScreenshotBatch& batch)
     : platform(platform)
     , toasts(toasts)
     , batch(batch)
@@ -30,7 +15,7 @@ OCRTrigger::OCRTrigger(const Platform& platform, ToastPresenter& toasts, Screens
 
 void OCRTrigger::triggerOCR()
 {
-    batch.ocrInProgress = true;
+    batch.beginTextExtraction();
     OCRCapture::run(platform, lifetime.guard([this](const std::optional<std::string>& text) {
         finishOCR(text);
     }));
@@ -38,27 +23,13 @@ void OCRTrigger::triggerOCR()
 
 void OCRTrigger::finishOCR(const std::optional<std::string>& text)
 {
-    batch.ocrInProgress = false;
     if (!text || text->empty()) {
-        showToast("No Text Found");
+        batch.endTextExtractionWithoutText();
+        toasts.show("No Text Found");
         return;
     }
-    addText(*text);
-    showToast(std::to_string(batch.pendingOCRTexts.size()) + " Text(s) Copied");
-}
-
-void OCRTrigger::addText(const std::string& text)
-{
-    batch.pendingOCRTexts.push_back(text);
-    platform.pasteboard.clear();
-    platform.pasteboard.writeText(joinedByBlankLines(batch.pendingOCRTexts));
-    batch.lastClipboardWriteCount = platform.pasteboard.changeCount();
-}
-
-void OCRTrigger::showToast(const std::string& message)
-{
-    if (!boolValue(platform.defaults.standard(), "toastsDisabled", false))
-        toasts.show(message);
+    const std::size_t count = batch.endTextExtraction(*text);
+    toasts.show(std::to_string(count) + " Text(s) Copied");
 }
 
 } // namespace tallowbay

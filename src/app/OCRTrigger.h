@@ -9,15 +9,15 @@
 namespace tallowbay {
 
 class ScreenshotBatch;
-class ToastPresenter;
+class ToastGate;
 
-// What the text extraction does to the batch: each recognised text joins the texts of the batch,
-// and all of them stand on the pasteboard, in place of the batch's screenshots.
+// Extracts the text of a region that the user selects, for the batch, and tells the user how that
+// ended.
 //
 // Thread: main queue.
 class OCRTrigger {
 public:
-    OCRTrigger(const Platform&, ToastPresenter&, ScreenshotBatch&);
+    OCRTrigger(const Platform&, ToastGate&, ScreenshotBatch&);
 
     // Lets the user select a region. Until its text is there, a paste does not end the batch. A
     // second call starts a second capture.
@@ -25,11 +25,9 @@ public:
 
 private:
     void finishOCR(const std::optional<std::string>& text);
-    void addText(const std::string&);
-    void showToast(const std::string& message);
 
     const Platform platform;
-    ToastPresenter& toasts;
+    ToastGate& toasts;
     ScreenshotBatch& batch;
     Lifetime lifetime;
 };

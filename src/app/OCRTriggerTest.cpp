@@ -2,6 +2,7 @@
 
 #include "app/ScreenshotBatch.h"
 #include "platform/headless/Desktop.h"
+#include "ui/ToastGate.h"
 #include "ui/ToastWindow.h"
 
 #include <gmock/gmock.h>
@@ -43,9 +44,19 @@ protected:
         desktop.dispatch.runUntilIdle();
     }
 
+    // Of a batch with a screenshot.
+    bool aPasteEndsTheBatch()
+    {
+        EXPECT_THAT(batch.urls(), ElementsAre(screenshot));
+        batch.handlePaste();
+        return batch.urls().empty();
+    }
+
     headless::Desktop desktop;
     bool cancelled = false;
-    ToastPresenter toasts{desktop.dispatch, desktop.screens, desktop.textMeasurer, desktop.toasts};
+    ToastPresenter toastPresenter{
+        desktop.dispatch, desktop.screens, desktop.textMeasurer, desktop.toasts};
+    ToastGate toasts{desktop.defaults.standard(), toastPresenter};
     ScreenshotBatch batch{desktop.platform(), toasts, {[] {}, [] { return nullptr; }}};
     std::unique_ptr<OCRTrigger> trigger =
         std::make_unique<OCRTrigger>(desktop.platform(), toasts, batch);
@@ -55,15 +66,14 @@ TEST_F(OCRTriggerTest, PutsTheTextOnThePasteboard)
 {
     capture("Hello");
     EXPECT_EQ(desktop.pasteboard.text, "Hello");
-    EXPECT_THAT(batch.pendingOCRTexts, ElementsAre("Hello"));
     EXPECT_THAT(desktop.toasts.messages(), ElementsAre("1 Text(s) Copied"));
 }
 
 TEST_F(OCRTriggerTest, RecordsItsOwnWrite)
 {
     capture("Hello");
-    EXPECT_EQ(batch.lastClipboardWriteCount, desktop.pasteboard.changeCount());
-    EXPECT_GT(batch.lastClipboardWriteCount, 0);
+    EXPECT_EQ(batch.lastWriteCount(), desktop.pasteboard.changeCount());
+    EXPECT_GT(batch.lastWriteCount(), 0);
 }
 
 TEST_F(OCRTriggerTest, GathersTheTextsOfABatchWithABlankLineBetween)
@@ -89,7 +99,7 @@ TEST_F(OCRTriggerTest, ReplacesTheScreenshotsOnThePasteboardAndKeepsThemInTheBat
     capture("Hello");
     EXPECT_THAT(desktop.pasteboard.files, IsEmpty());
     EXPECT_EQ(desktop.pasteboard.text, "Hello");
-    EXPECT_THAT(batch.pendingURLs, ElementsAre(screenshot));
+    EXPECT_THAT(batch.urls(), ElementsAre(screenshot));
 }
 
 TEST_F(OCRTriggerTest, LeavesThePasteboardAloneWhenTheUserCancels)
@@ -99,7 +109,6 @@ TEST_F(OCRTriggerTest, LeavesThePasteboardAloneWhenTheUserCancels)
     cancel();
     EXPECT_EQ(desktop.pasteboard.changeCount(), count);
     EXPECT_THAT(desktop.pasteboard.files, ElementsAre(screenshot));
-    EXPECT_THAT(batch.pendingOCRTexts, IsEmpty());
     EXPECT_EQ(desktop.toasts.messages().back(), "No Text Found");
 }
 
@@ -107,7 +116,6 @@ TEST_F(OCRTriggerTest, TakesAnEmptyTextForNone)
 {
     capture("");
     EXPECT_EQ(desktop.pasteboard.changeCount(), 0);
-    EXPECT_THAT(batch.pendingOCRTexts, IsEmpty());
     EXPECT_THAT(desktop.toasts.messages(), ElementsAre("No Text Found"));
 }
 
@@ -124,26 +132,24 @@ TEST_F(OCRTriggerTest, RefusesToResetTheBatchFromTheHotkeyToTheEnd)
 {
     batch.addToClipboard(screenshot);
     trigger->triggerOCR();
-    EXPECT_TRUE(batch.ocrInProgress);
-    batch.handlePaste();
-    EXPECT_THAT(batch.pendingURLs, ElementsAre(screenshot));
+    EXPECT_FALSE(aPasteEndsTheBatch());
 
     desktop.dispatch.runUntilIdle();
-    EXPECT_FALSE(batch.ocrInProgress);
-    batch.handlePaste();
-    EXPECT_THAT(batch.pendingURLs, IsEmpty());
+    EXPECT_TRUE(aPasteEndsTheBatch());
 }
 
 TEST_F(OCRTriggerTest, EndsTheCaptureWhenTheUserCancelsOrTheRecogniserThrows)
 {
+    batch.addToClipboard(screenshot);
     cancel();
-    EXPECT_FALSE(batch.ocrInProgress);
+    EXPECT_TRUE(aPasteEndsTheBatch());
     cancelled = false;
+    batch.addToClipboard(screenshot);
     desktop.textRecognizer.willThrow();
     trigger->triggerOCR();
     desktop.dispatch.runUntilIdle();
-    EXPECT_FALSE(batch.ocrInProgress);
     EXPECT_EQ(desktop.toasts.messages().back(), "No Text Found");
+    EXPECT_TRUE(aPasteEndsTheBatch());
 }
 
 TEST_F(OCRTriggerTest, KeepsATextThatCameBeforeACancelledCapture)
@@ -163,7 +169,8 @@ TEST_F(OCRTriggerTest, LetsASecondCaptureStartBesideTheFirst)
     trigger->triggerOCR();
     desktop.dispatch.runUntilIdle();
     EXPECT_EQ(desktop.pasteboard.text, "First\n\nSecond");
-    EXPECT_FALSE(batch.ocrInProgress);
+    batch.addToClipboard(screenshot);
+    EXPECT_TRUE(aPasteEndsTheBatch());
 }
 
 TEST_F(OCRTriggerTest, DoesNothingWhenTheTextComesAfterItsEnd)

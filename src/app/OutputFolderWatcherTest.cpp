@@ -3,6 +3,7 @@
 #include "app/ScreenshotBatch.h"
 #include "app/TestEditorStrip.h"
 #include "platform/headless/Desktop.h"
+#include "ui/ToastGate.h"
 #include "ui/ToastWindow.h"
 
 #include <gtest/gtest.h>
@@ -20,14 +21,17 @@ protected:
     {
         for (const char* name : {"a.png", "b.png", "c.png"}) {
             desktop.files.create(optimized / name);
-            batch.pendingURLs.push_back(optimized / name);
+            batch.addToClipboard(optimized / name);
         }
+        desktop.console.lines.clear();
     }
 
     headless::Desktop desktop;
     TestEditorStrip editor;
     EditorStrip* annotationWindow = nullptr;
-    ToastPresenter toasts{desktop.dispatch, desktop.screens, desktop.textMeasurer, desktop.toasts};
+    ToastPresenter toastPresenter{
+        desktop.dispatch, desktop.screens, desktop.textMeasurer, desktop.toasts};
+    ToastGate toasts{desktop.defaults.standard(), toastPresenter};
     ScreenshotBatch batch{desktop.platform(), toasts, {[] {}, [this] { return annotationWindow; }}};
     OutputFolderWatcher watcher{desktop.platform(), batch, [this] { return annotationWindow; }};
 };
@@ -44,12 +48,11 @@ TEST_F(OutputFolderWatcherTest, DropsADeletedCopyFromTheBatchAndKeepsTheOrderOfT
     watcher.startDirectoryWatcher();
     desktop.files.remove(optimized / "b.png");
     desktop.dispatch.runMain();
-    EXPECT_EQ(batch.pendingURLs, (Paths{optimized / "a.png", optimized / "c.png"}));
+    EXPECT_EQ(batch.urls(), (Paths{optimized / "a.png", optimized / "c.png"}));
 }
 
 TEST_F(OutputFolderWatcherTest, LeavesThePasteboardAlone)
 {
-    batch.writeClipboard(batch.pendingURLs);
     watcher.startDirectoryWatcher();
     desktop.files.remove(optimized / "b.png");
     desktop.dispatch.runMain();
@@ -61,19 +64,19 @@ TEST_F(OutputFolderWatcherTest, DropsEverythingWithTheFolder)
     watcher.startDirectoryWatcher();
     desktop.files.remove(optimized);
     desktop.dispatch.runMain();
-    EXPECT_TRUE(batch.pendingURLs.empty());
+    EXPECT_TRUE(batch.urls().empty());
 }
 
 TEST_F(OutputFolderWatcherTest, TellsTheEditorFirst)
 {
     annotationWindow = &editor;
     std::size_t inBatch = 0;
-    editor.onRemoveDeletedFiles = [&] { inBatch = batch.pendingURLs.size(); };
+    editor.onRemoveDeletedFiles = [&] { inBatch = batch.urls().size(); };
     watcher.startDirectoryWatcher();
     desktop.files.remove(optimized / "b.png");
     desktop.dispatch.runMain();
     EXPECT_EQ(inBatch, 3u);
-    EXPECT_EQ(batch.pendingURLs.size(), 2u);
+    EXPECT_EQ(batch.urls().size(), 2u);
 }
 
 TEST_F(OutputFolderWatcherTest, SilentlyDoesWithoutAFolderThatCannotBeWatched)
@@ -92,7 +95,7 @@ TEST_F(OutputFolderWatcherTest, HearsNothingOnceStopped)
     EXPECT_EQ(desktop.folderEvents.runningCount(), 0u);
     desktop.files.remove(optimized / "b.png");
     desktop.dispatch.runMain();
-    EXPECT_EQ(batch.pendingURLs.size(), 3u);
+    EXPECT_EQ(batch.urls().size(), 3u);
 }
 
 } // namespace

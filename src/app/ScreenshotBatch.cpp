@@ -7,9 +7,7 @@
 #include "platform/Dispatch.h"
 #include "platform/FileSystem.h"
 #include "platform/Pasteboard.h"
-#include "platform/UserDefaults.h"
-#include "platform/UserDefaultsStore.h"
-#include "ui/ToastWindow.h"
+#include "ui/ToastGate.h"
 
 #include <algorithm>
 
@@ -27,6 +25,14 @@ std::string kibibytes(const FileSystem& fileSystem, const fs::path& file)
     return std::to_string(fileSystem.size(file).value_or(0) / 1024) + "KB";
 }
 
+std::string joinedByBlankLines(const std::vector<std::string>& texts)
+{
+    std::string all;
+    for (const std::string& text : texts)
+        all += all.empty() ? text : "\n\n" + text;
+    return all;
+}
+
 bool isFresh(const FileSystem& fileSystem, const Clock& clock, const fs::path& file)
 {
     const auto created = fileSystem.creationDate(file);
@@ -35,7 +41,7 @@ bool isFresh(const FileSystem& fileSystem, const Clock& clock, const fs::path& f
 
 } // namespace
 
-ScreenshotBatch::ScreenshotBatch(const Platform& platform, ToastPresenter& toasts, Hooks hooks)
+ScreenshotBatch::ScreenshotBatch(const Platform& platform, ToastGate& toasts, Hooks hooks)
     : platform(platform)
     , toasts(toasts)
     , hooks(std::move(hooks))
@@ -82,7 +88,7 @@ void ScreenshotBatch::finishJob(const Outcome& outcome)
     if (const auto* output = std::get_if<fs::path>(&outcome))
         addToClipboard(*output);
     else if (std::holds_alternative<Failed>(outcome))
-        showToast("Compression failed — screenshot skipped");
+        toasts.show("Compression failed — screenshot skipped");
 }
 
 void ScreenshotBatch::addToClipboard(const fs::path& url)
@@ -91,7 +97,7 @@ void ScreenshotBatch::addToClipboard(const fs::path& url)
     if (EditorStrip* editor = hooks.annotationWindow())
         editor->addURL(url);
     writeClipboard(pendingURLs);
-    showToast(std::to_string(pendingURLs.size()) + " Screenshot(s) Ready");
+    toasts.show(std::to_string(pendingURLs.size()) + " Screenshot(s) Ready");
     firePasteIfComplete();
 }
 
@@ -124,7 +130,7 @@ void ScreenshotBatch::handlePaste()
     }
     platform.pasteboard.clear();
     pasteQueued = true;
-    showToast("Pasting...");
+    toasts.show("Pasting...");
     platform.console.line(">>> CMD+V QUEUED — clipboard cleared, waiting for compression");
 }
 
@@ -171,7 +177,7 @@ void ScreenshotBatch::undoLastScreenshot()
 {
     EditorStrip* editor = hooks.annotationWindow();
     const bool removed = editor ? uncheckLastInEditor(*editor) : removeLastFromBatch();
-    showToast(removed ? "Last screenshot removed" : "Nothing to undo");
+    toasts.show(removed ? "Last screenshot removed" : "Nothing to undo");
 }
 
 // The recognised texts stay, deliberately.
@@ -184,7 +190,17 @@ void ScreenshotBatch::clearAllScreenshots()
             editor->setPendingDivider();
     }
     platform.pasteboard.clear();
-    showToast("Clipboard cleared");
+    toasts.show("Clipboard cleared");
+}
+
+std::size_t ScreenshotBatch::endTextExtraction(const std::string& text)
+{
+    ocrInProgress = false;
+    pendingOCRTexts.push_back(text);
+    platform.pasteboard.clear();
+    platform.pasteboard.writeText(joinedByBlankLines(pendingOCRTexts));
+    lastClipboardWriteCount = platform.pasteboard.changeCount();
+    return pendingOCRTexts.size();
 }
 
 void ScreenshotBatch::clearTallowbayClipboard()
@@ -204,12 +220,6 @@ void ScreenshotBatch::forgetMissingFiles()
 void ScreenshotBatch::forget(const std::set<fs::path>& expired)
 {
     std::erase_if(pendingURLs, [&](const fs::path& url) { return expired.contains(url); });
-}
-
-void ScreenshotBatch::showToast(const std::string& message)
-{
-    if (!boolValue(platform.defaults.standard(), "toastsDisabled", false))
-        toasts.show(message);
 }
 
 } // namespace tallowbay

@@ -17,7 +17,7 @@
 namespace tallowbay {
 
 class EditorStrip;
-class ToastPresenter;
+class ToastGate;
 
 // The heart of the program: every new screenshot is compressed and joins the batch, and after each
 // the whole batch stands on the pasteboard, so that one paste inserts all screenshots since the
@@ -32,7 +32,7 @@ public:
         std::function<EditorStrip*()> annotationWindow; // null until the editor exists
     };
 
-    ScreenshotBatch(const Platform&, ToastPresenter&, Hooks);
+    ScreenshotBatch(const Platform&, ToastGate&, Hooks);
 
     // A new screenshot in the system's folder.
     void acceptScreenshot(const std::filesystem::path&);
@@ -46,6 +46,14 @@ public:
     void undoLastScreenshot();
     void clearAllScreenshots();
 
+    // A text is being extracted. Until the end, a paste does not end the batch.
+    void beginTextExtraction() { ocrInProgress = true; }
+
+    // The text joins those of the batch, and all of them stand on the pasteboard, in place of the
+    // screenshots. Returns how many they are.
+    std::size_t endTextExtraction(const std::string& text);
+    void endTextExtractionWithoutText() { ocrInProgress = false; }
+
     // At quit: nothing of ours stays on the pasteboard, and nothing of others' is lost.
     void clearTallowbayClipboard();
 
@@ -58,12 +66,14 @@ public:
     // Drops these screenshots; the pasteboard is left alone.
     void forget(const std::set<std::filesystem::path>&);
 
-    std::vector<std::filesystem::path> pendingURLs; // oldest first
-    std::vector<std::string> pendingOCRTexts;
-    int compressionInProgress = 0; // accepted screenshots whose processing has not ended
-    bool pasteQueued = false;
-    bool ocrInProgress = false; // while set, the batch is not reset
-    std::int64_t lastClipboardWriteCount = 0;
+    // The compressed screenshots of the batch, oldest first.
+    const std::vector<std::filesystem::path>& urls() const { return pendingURLs; }
+
+    // Accepted screenshots whose processing has not ended.
+    int compressing() const { return compressionInProgress; }
+
+    // The pasteboard's change count after our own last write of a batch.
+    std::int64_t lastWriteCount() const { return lastClipboardWriteCount; }
 
 private:
     struct Skipped { };
@@ -84,11 +94,16 @@ private:
     void firePasteIfComplete();
     bool removeLastFromBatch();
     bool uncheckLastInEditor(EditorStrip&);
-    void showToast(const std::string& message);
 
     const Platform platform;
-    ToastPresenter& toasts;
+    ToastGate& toasts;
     Hooks hooks;
+    std::vector<std::filesystem::path> pendingURLs; // oldest first
+    std::vector<std::string> pendingOCRTexts;
+    int compressionInProgress = 0;
+    bool pasteQueued = false;
+    bool ocrInProgress = false;
+    std::int64_t lastClipboardWriteCount = 0;
     ImageCompressor compressor;
     std::shared_ptr<std::atomic<bool>> abandoned = std::make_shared<std::atomic<bool>>(false);
     Lifetime lifetime;

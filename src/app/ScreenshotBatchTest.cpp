@@ -2,6 +2,7 @@
 
 #include "app/TestEditorStrip.h"
 #include "platform/headless/Desktop.h"
+#include "ui/ToastGate.h"
 #include "ui/ToastWindow.h"
 
 #include <gmock/gmock.h>
@@ -56,7 +57,9 @@ protected:
     TestEditorStrip editor;
     EditorStrip* annotationWindow = nullptr;
     std::vector<Paths> pasted; // what each synthetic paste inserted
-    ToastPresenter toasts{desktop.dispatch, desktop.screens, desktop.textMeasurer, desktop.toasts};
+    ToastPresenter toastPresenter{
+        desktop.dispatch, desktop.screens, desktop.textMeasurer, desktop.toasts};
+    ToastGate toasts{desktop.defaults.standard(), toastPresenter};
     ScreenshotBatch batch{
         desktop.platform(),
         toasts,
@@ -67,9 +70,9 @@ protected:
 TEST_F(ScreenshotBatchTest, PutsAScreenshotOnThePasteboard)
 {
     take("Screenshot 1.png");
-    EXPECT_EQ(batch.pendingURLs, Paths{copyOf("Screenshot 1.png")});
+    EXPECT_EQ(batch.urls(), Paths{copyOf("Screenshot 1.png")});
     EXPECT_EQ(desktop.pasteboard.files, Paths{copyOf("Screenshot 1.png")});
-    EXPECT_EQ(batch.compressionInProgress, 0);
+    EXPECT_EQ(batch.compressing(), 0);
 }
 
 TEST_F(ScreenshotBatchTest, LogsTheSizesInWholeKibibytes)
@@ -96,7 +99,7 @@ TEST_F(ScreenshotBatchTest, PutsThreeQuickScreenshotsOnThePasteboardTogether)
     accept("Screenshot 1.png");
     accept("Screenshot 2.png");
     accept("Screenshot 3.png");
-    EXPECT_EQ(batch.compressionInProgress, 3);
+    EXPECT_EQ(batch.compressing(), 3);
     desktop.dispatch.runUntilIdle();
     const Paths all{
         copyOf("Screenshot 1.png"), copyOf("Screenshot 2.png"), copyOf("Screenshot 3.png")};
@@ -110,10 +113,10 @@ TEST_F(ScreenshotBatchTest, RaisesTheCounterBeforeTheJobCanLowerIt)
 {
     desktop.files.create("/home/u/Desktop/Screenshot 1.png");
     batch.acceptScreenshot("/home/u/Desktop/Screenshot 1.png");
-    EXPECT_EQ(batch.compressionInProgress, 0);
+    EXPECT_EQ(batch.compressing(), 0);
     desktop.dispatch.runBackground(); // a job that is quicker than the main queue
-    EXPECT_EQ(batch.compressionInProgress, 0);
-    EXPECT_EQ(batch.pendingURLs.size(), 1u);
+    EXPECT_EQ(batch.compressing(), 0);
+    EXPECT_EQ(batch.urls().size(), 1u);
 }
 
 TEST_F(ScreenshotBatchTest, CompressesForAUserWhoWatches)
@@ -127,9 +130,9 @@ TEST_F(ScreenshotBatchTest, AppendsInTheOrderInWhichCompressionsEnd)
     accept("Screenshot 1.png");
     accept("Screenshot 2.png");
     desktop.dispatch.runBackground(1);
-    EXPECT_EQ(batch.compressionInProgress, 1);
+    EXPECT_EQ(batch.compressing(), 1);
     desktop.dispatch.runBackground(0);
-    EXPECT_EQ(batch.pendingURLs, (Paths{copyOf("Screenshot 2.png"), copyOf("Screenshot 1.png")}));
+    EXPECT_EQ(batch.urls(), (Paths{copyOf("Screenshot 2.png"), copyOf("Screenshot 1.png")}));
 }
 
 TEST_F(ScreenshotBatchTest, IgnoresAScreenshotThatIsAMinuteOld)
@@ -137,8 +140,8 @@ TEST_F(ScreenshotBatchTest, IgnoresAScreenshotThatIsAMinuteOld)
     desktop.files.create("/home/u/Desktop/Screenshot 1.png");
     desktop.dispatch.advance(60s);
     take("Screenshot 1.png");
-    EXPECT_THAT(batch.pendingURLs, IsEmpty());
-    EXPECT_EQ(batch.compressionInProgress, 0);
+    EXPECT_THAT(batch.urls(), IsEmpty());
+    EXPECT_EQ(batch.compressing(), 0);
     EXPECT_THAT(desktop.console.lines, IsEmpty());
     EXPECT_THAT(desktop.toasts.made, IsEmpty());
     EXPECT_THAT(desktop.processes.journal, IsEmpty());
@@ -149,7 +152,7 @@ TEST_F(ScreenshotBatchTest, TakesAScreenshotThatIsJustUnderAMinuteOld)
     desktop.files.create("/home/u/Desktop/Screenshot 1.png");
     desktop.dispatch.advance(59999ms);
     take("Screenshot 1.png");
-    EXPECT_EQ(batch.pendingURLs.size(), 1u);
+    EXPECT_EQ(batch.urls().size(), 1u);
 }
 
 TEST_F(ScreenshotBatchTest, IgnoresAFileThatWasCopiedInAndIsTwoMinutesOld)
@@ -158,8 +161,8 @@ TEST_F(ScreenshotBatchTest, IgnoresAFileThatWasCopiedInAndIsTwoMinutesOld)
     desktop.files.setCreationDate(
         "/home/u/Desktop/Screenshot 1.png", desktop.clock.wallNow() - 2min);
     take("Screenshot 1.png");
-    EXPECT_THAT(batch.pendingURLs, IsEmpty());
-    EXPECT_EQ(batch.compressionInProgress, 0);
+    EXPECT_THAT(batch.urls(), IsEmpty());
+    EXPECT_EQ(batch.compressing(), 0);
 }
 
 TEST_F(ScreenshotBatchTest, TakesAFileWithoutACreationDateOrFromTheFuture)
@@ -170,15 +173,15 @@ TEST_F(ScreenshotBatchTest, TakesAFileWithoutACreationDateOrFromTheFuture)
     desktop.files.create("/home/u/Desktop/Screenshot 2.png");
     desktop.files.setCreationDate("/home/u/Desktop/Screenshot 2.png", desktop.clock.wallNow() + 1h);
     take("Screenshot 2.png");
-    EXPECT_EQ(batch.pendingURLs.size(), 2u);
+    EXPECT_EQ(batch.urls().size(), 2u);
 }
 
 TEST_F(ScreenshotBatchTest, IgnoresAScreenshotThatWasProcessedBefore)
 {
     desktop.files.create(copyOf("Screenshot 1.png"));
     take("Screenshot 1.png");
-    EXPECT_THAT(batch.pendingURLs, IsEmpty());
-    EXPECT_EQ(batch.compressionInProgress, 0);
+    EXPECT_THAT(batch.urls(), IsEmpty());
+    EXPECT_EQ(batch.compressing(), 0);
     EXPECT_THAT(desktop.console.lines, IsEmpty());
     EXPECT_THAT(desktop.processes.journal, IsEmpty());
 }
@@ -187,8 +190,8 @@ TEST_F(ScreenshotBatchTest, ReportsAFailedCompression)
 {
     compressionFails = true;
     take("Screenshot 1.png");
-    EXPECT_THAT(batch.pendingURLs, IsEmpty());
-    EXPECT_EQ(batch.compressionInProgress, 0);
+    EXPECT_THAT(batch.urls(), IsEmpty());
+    EXPECT_EQ(batch.compressing(), 0);
     EXPECT_THAT(desktop.console.lines, ElementsAre("Compression failed for Screenshot 1.png"));
     EXPECT_THAT(desktop.toasts.messages(), ElementsAre("Compression failed — screenshot skipped"));
     EXPECT_TRUE(desktop.files.exists("/home/u/Desktop/Screenshot 1.png"));
@@ -221,7 +224,7 @@ TEST_F(ScreenshotBatchTest, WritesFilesAndNothingElse)
     batch.writeClipboard({copyOf("a.png"), copyOf("b.png")});
     EXPECT_EQ(desktop.pasteboard.files, (Paths{copyOf("a.png"), copyOf("b.png")}));
     EXPECT_EQ(desktop.pasteboard.text, "");
-    EXPECT_EQ(batch.lastClipboardWriteCount, desktop.pasteboard.changeCount());
+    EXPECT_EQ(batch.lastWriteCount(), desktop.pasteboard.changeCount());
     EXPECT_THAT(desktop.console.lines, ElementsAre("Clipboard updated: 2 image(s)"));
 }
 
@@ -241,19 +244,18 @@ TEST_F(ScreenshotBatchTest, ChangesNothingOnAPasteWithoutABatch)
     batch.handlePaste();
     EXPECT_EQ(desktop.pasteboard.files, Paths{"/etc/hostname"});
     EXPECT_THAT(desktop.console.lines, IsEmpty());
-    EXPECT_FALSE(batch.pasteQueued);
+    take("Screenshot 1.png");
+    EXPECT_THAT(pasted, IsEmpty());
 }
 
 TEST_F(ScreenshotBatchTest, EndsTheBatchOnAPasteAndLeavesItOnThePasteboard)
 {
     take("Screenshot 1.png");
     take("Screenshot 2.png");
-    batch.pendingOCRTexts = {"some text"};
     batch.handlePaste();
-    EXPECT_THAT(batch.pendingURLs, IsEmpty());
-    EXPECT_THAT(batch.pendingOCRTexts, IsEmpty());
+    EXPECT_THAT(batch.urls(), IsEmpty());
     EXPECT_EQ(desktop.pasteboard.files.size(), 2u);
-    EXPECT_EQ(desktop.console.lines.back(), ">>> resetBatch — clearing 2 URL(s), 1 OCR text(s)");
+    EXPECT_EQ(desktop.console.lines.back(), ">>> resetBatch — clearing 2 URL(s), 0 OCR text(s)");
     EXPECT_THAT(pasted, IsEmpty());
 }
 
@@ -271,8 +273,7 @@ TEST_F(ScreenshotBatchTest, HoldsAPasteThatComesDuringCompression)
     accept("Screenshot 2.png");
     batch.handlePaste();
     EXPECT_THAT(desktop.pasteboard.files, IsEmpty());
-    EXPECT_TRUE(batch.pasteQueued);
-    EXPECT_EQ(batch.pendingURLs.size(), 1u);
+    EXPECT_EQ(batch.urls().size(), 1u);
     EXPECT_EQ(
         desktop.console.lines.back(),
         ">>> CMD+V QUEUED — clipboard cleared, waiting for compression");
@@ -289,14 +290,16 @@ TEST_F(ScreenshotBatchTest, FiresAHeldPasteWithTheWholeBatchAndResetsIt)
     desktop.dispatch.runUntilIdle();
     EXPECT_THAT(
         pasted, ElementsAre(ElementsAre(copyOf("Screenshot 1.png"), copyOf("Screenshot 2.png"))));
-    EXPECT_THAT(batch.pendingURLs, IsEmpty());
-    EXPECT_FALSE(batch.pasteQueued);
+    EXPECT_THAT(batch.urls(), IsEmpty());
     EXPECT_THAT(
         desktop.console.lines,
         ElementsAre(
             "✓ Screenshot 2.png → 812KB → 231KB", "Clipboard updated: 2 image(s)",
             ">>> Firing queued paste with 2 image(s)",
             ">>> resetBatch — clearing 2 URL(s), 0 OCR text(s)"));
+
+    take("Screenshot 3.png");
+    EXPECT_EQ(pasted.size(), 1u);
 }
 
 TEST_F(ScreenshotBatchTest, FiresAHeldPasteOnlyWhenTheLastCompressionEnds)
@@ -325,7 +328,6 @@ TEST_F(ScreenshotBatchTest, KeepsAHeldPasteForTheNextScreenshotIfTheLastOneFails
     batch.handlePaste();
     compressionFails = true;
     desktop.dispatch.runUntilIdle();
-    EXPECT_TRUE(batch.pasteQueued);
     EXPECT_THAT(pasted, IsEmpty());
 
     compressionFails = false;
@@ -337,11 +339,10 @@ TEST_F(ScreenshotBatchTest, FiresAHeldPasteDuringTextRecognitionAndKeepsTheBatch
 {
     accept("Screenshot 1.png");
     batch.handlePaste();
-    batch.ocrInProgress = true;
+    batch.beginTextExtraction();
     desktop.dispatch.runUntilIdle();
     EXPECT_EQ(pasted.size(), 1u);
-    EXPECT_EQ(batch.pendingURLs.size(), 1u);
-    EXPECT_FALSE(batch.pasteQueued);
+    EXPECT_EQ(batch.urls().size(), 1u);
     EXPECT_EQ(desktop.console.lines.back(), ">>> resetBatch SKIPPED — OCR in progress");
 }
 
@@ -351,8 +352,10 @@ TEST_F(ScreenshotBatchTest, KeepsAHeldPasteIfTheLastScreenshotIsSkipped)
     batch.handlePaste();
     desktop.files.create(copyOf("Screenshot 1.png"));
     desktop.dispatch.runUntilIdle();
-    EXPECT_TRUE(batch.pasteQueued);
     EXPECT_THAT(pasted, IsEmpty());
+
+    take("Screenshot 2.png");
+    EXPECT_THAT(pasted, ElementsAre(ElementsAre(copyOf("Screenshot 2.png"))));
 }
 
 // Reset.
@@ -360,25 +363,37 @@ TEST_F(ScreenshotBatchTest, KeepsAHeldPasteIfTheLastScreenshotIsSkipped)
 TEST_F(ScreenshotBatchTest, KeepsTheBatchWhileTextIsBeingRecognised)
 {
     take("Screenshot 1.png");
-    batch.ocrInProgress = true;
+    batch.beginTextExtraction();
     batch.resetBatch();
-    EXPECT_EQ(batch.pendingURLs.size(), 1u);
+    EXPECT_EQ(batch.urls().size(), 1u);
     EXPECT_EQ(desktop.console.lines.back(), ">>> resetBatch SKIPPED — OCR in progress");
 }
 
 TEST_F(ScreenshotBatchTest, SaysEvenOfAnEmptyBatchThatItIsKept)
 {
-    batch.ocrInProgress = true;
+    batch.beginTextExtraction();
     batch.resetBatch();
     EXPECT_THAT(desktop.console.lines, ElementsAre(">>> resetBatch SKIPPED — OCR in progress"));
 }
 
 TEST_F(ScreenshotBatchTest, ResetsABatchOfTextsAlone)
 {
-    batch.pendingOCRTexts = {"a", "b"};
+    batch.endTextExtraction("a");
+    batch.endTextExtraction("b");
     batch.resetBatch();
     EXPECT_THAT(
         desktop.console.lines, ElementsAre(">>> resetBatch — clearing 0 URL(s), 2 OCR text(s)"));
+}
+
+TEST_F(ScreenshotBatchTest, ResetsScreenshotsAndTextsTogether)
+{
+    take("Screenshot 1.png");
+    take("Screenshot 2.png");
+    batch.endTextExtraction("some text");
+    batch.resetBatch();
+    EXPECT_EQ(desktop.console.lines.back(), ">>> resetBatch — clearing 2 URL(s), 1 OCR text(s)");
+    EXPECT_EQ(desktop.pasteboard.text, "some text");
+    EXPECT_EQ(batch.endTextExtraction("another"), 1u);
 }
 
 TEST_F(ScreenshotBatchTest, StartsANewGroupInTheEditorAfterAReset)
@@ -406,7 +421,7 @@ TEST_F(ScreenshotBatchTest, UndoRemovesTheLastScreenshotAndKeepsItsFile)
     take("Screenshot 2.png");
     batch.undoLastScreenshot();
     desktop.dispatch.runMain();
-    EXPECT_EQ(batch.pendingURLs, Paths{copyOf("Screenshot 1.png")});
+    EXPECT_EQ(batch.urls(), Paths{copyOf("Screenshot 1.png")});
     EXPECT_EQ(desktop.pasteboard.files, Paths{copyOf("Screenshot 1.png")});
     EXPECT_EQ(desktop.toasts.messages().back(), "Last screenshot removed");
     EXPECT_TRUE(desktop.files.exists(copyOf("Screenshot 2.png")));
@@ -435,11 +450,11 @@ TEST_F(ScreenshotBatchTest, UndoWithAnEditorLeavesThePasteboardToItsCheckMarks)
     openEditor();
     take("Screenshot 1.png");
     take("Screenshot 2.png");
-    batch.pendingURLs.push_back(copyOf("Screenshot 2.png")); // twice in the batch
+    batch.addToClipboard(copyOf("Screenshot 2.png")); // twice in the batch
     editor.checked = {"/elsewhere/older.png", copyOf("Screenshot 2.png")};
     batch.undoLastScreenshot();
     desktop.dispatch.runMain();
-    EXPECT_EQ(batch.pendingURLs, Paths{copyOf("Screenshot 1.png")});
+    EXPECT_EQ(batch.urls(), Paths{copyOf("Screenshot 1.png")});
     EXPECT_EQ(desktop.pasteboard.files, Paths{"/elsewhere/older.png"});
     EXPECT_EQ(desktop.toasts.messages().back(), "Last screenshot removed");
 }
@@ -452,19 +467,21 @@ TEST_F(ScreenshotBatchTest, UndoWithAnEditorThatHasNothingCheckedSaysSo)
     batch.undoLastScreenshot();
     desktop.dispatch.runMain();
     EXPECT_EQ(desktop.toasts.messages().back(), "Nothing to undo");
-    EXPECT_EQ(batch.pendingURLs.size(), 1u);
+    EXPECT_EQ(batch.urls().size(), 1u);
 }
 
 TEST_F(ScreenshotBatchTest, ClearEmptiesThePasteboardAndTheBatchButKeepsTheTexts)
 {
     take("Screenshot 1.png");
-    batch.pendingOCRTexts = {"some text"};
+    batch.endTextExtraction("some text");
     batch.clearAllScreenshots();
     desktop.dispatch.runMain();
-    EXPECT_THAT(batch.pendingURLs, IsEmpty());
-    EXPECT_EQ(batch.pendingOCRTexts.size(), 1u);
+    EXPECT_THAT(batch.urls(), IsEmpty());
     EXPECT_THAT(desktop.pasteboard.files, IsEmpty());
+    EXPECT_EQ(desktop.pasteboard.text, "");
     EXPECT_EQ(desktop.toasts.messages().back(), "Clipboard cleared");
+    EXPECT_EQ(batch.endTextExtraction("more"), 2u);
+    EXPECT_EQ(desktop.pasteboard.text, "some text\n\nmore");
 }
 
 TEST_F(ScreenshotBatchTest, ClearUnchecksTheEditorsScreenshotsAndStartsANewGroup)
@@ -530,7 +547,7 @@ TEST_F(ScreenshotBatchTest, SaysNothingOfACompressionThatTheQuitEnded)
     desktop.dispatch.runUntilIdle();
     EXPECT_THAT(desktop.console.lines, IsEmpty());
     EXPECT_THAT(desktop.toasts.made, IsEmpty());
-    EXPECT_EQ(batch.compressionInProgress, 0);
+    EXPECT_EQ(batch.compressing(), 0);
     // One was under way, and its fallback was tried; the other was not begun.
     EXPECT_EQ(desktop.processes.journal.size(), 2u);
 }
