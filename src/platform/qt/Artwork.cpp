@@ -20,8 +20,9 @@ QStringList files(const QString& name)
     initialiseResources();
     const QDir folder(QStringLiteral(":/icons"));
     QStringList paths;
-    for (const QString& file : folder.entryList({name + QStringLiteral("-*.png")}))
-        paths += folder.filePath(file);
+    for (const QString& file : folder.entryList()) // such as "MenubarIcon-16.png"
+        if (file.left(file.lastIndexOf(QLatin1Char('-'))) == name)
+            paths += folder.filePath(file);
     return paths;
 }
 
