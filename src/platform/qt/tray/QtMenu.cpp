@@ -34,13 +34,19 @@ QIcon symbolIcon(const std::string& symbol)
     return icon;
 }
 
+// Qt takes a single one for the mark of a key.
+QString withPlainAmpersands(const std::string& title)
+{
+    return QString::fromStdString(title).replace(QLatin1Char('&'), QLatin1String("&&"));
+}
+
 void addRow(QMenu& menu, const MenuItem& item)
 {
     if (item.separator) {
         menu.addSeparator();
         return;
     }
-    QAction* action = menu.addAction(symbolIcon(item.symbol), QString::fromStdString(item.title));
+    QAction* action = menu.addAction(symbolIcon(item.symbol), withPlainAmpersands(item.title));
     action->setEnabled(static_cast<bool>(item.action));
     if (!item.keyEquivalent.empty()) {
         const auto key = QString::fromStdString(item.keyEquivalent).toUpper();
@@ -48,7 +54,10 @@ void addRow(QMenu& menu, const MenuItem& item)
         action->setShortcutVisibleInContextMenu(true);
     }
     if (item.action)
-        QObject::connect(action, &QAction::triggered, action, [run = item.action] { run(); });
+        QObject::connect(action, &QAction::triggered, action, [run = item.action] {
+            const auto running = run; // it may end the menu, and with it this connection
+            running();
+        });
 }
 
 } // namespace

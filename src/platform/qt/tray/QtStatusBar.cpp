@@ -17,6 +17,9 @@ public:
     {
     }
 
+    // Whoever chose a row of the menu may still be in it.
+    ~QtStatusItem() override { menu.release()->deleteLater(); }
+
 private:
     std::unique_ptr<QMenu> menu;
     TrayIcon icon;
