@@ -290,7 +290,8 @@ TEST_F(AppDelegateTest, DoesWhatOthersAskFor)
     EXPECT_EQ(app->perform(Command::ocr), CommandResult::done);
     EXPECT_EQ(desktop.dispatch.backgroundCount(), 1u); // where text is extracted
     EXPECT_EQ(app->perform(Command::quit), CommandResult::done);
-    EXPECT_EQ(desktop.application.terminations, 1);
+    desktop.dispatch.runMain();
+    EXPECT_TRUE(desktop.application.ended());
 }
 
 TEST_F(AppDelegateTest, SaysWhichCommandsItLacks)
@@ -415,7 +416,8 @@ TEST_F(AppDelegateTest, ActsOnItsMenu)
     press("Check for Updates...");
     EXPECT_EQ(desktop.updater.checks, 1);
     press("Quit");
-    EXPECT_EQ(desktop.application.terminations, 1);
+    desktop.dispatch.runMain();
+    EXPECT_TRUE(desktop.application.ended());
 }
 
 TEST_F(AppDelegateTest, DisablesTheRowsOfWindowsThatAreMissing)
@@ -457,7 +459,7 @@ TEST_F(AppDelegateTest, GivesItsHotkeysBackLastAtQuit)
 
 TEST_F(AppDelegateTest, StopsWaitingForThePermissionAtQuit)
 {
-    desktop.permissions.seeKeys.state = Permission::State::needsUser;
+    desktop.permissions.refuseKeys();
     launch();
     EXPECT_EQ(desktop.dispatch.timerCount(), 3u);
     app->applicationWillTerminate();

@@ -209,7 +209,7 @@ TEST_F(AppOrderTest, StopsItsPartsInThisOrder)
 
 TEST_F(AppOrderTest, EndsTheWaitForThePermissionBeforeTheOtherTimers)
 {
-    desktop.permissions.seeKeys.state = Permission::State::needsUser;
+    desktop.permissions.refuseKeys();
     app.applicationDidFinishLaunching();
     journal.clear();
     app.applicationWillTerminate();

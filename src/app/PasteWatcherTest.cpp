@@ -20,8 +20,7 @@ protected:
 
     void allowKeys(bool allowed)
     {
-        desktop.permissions.seeKeys.state =
-            allowed ? Permission::State::granted : Permission::State::needsUser;
+        allowed ? desktop.permissions.grantKeys() : desktop.permissions.refuseKeys();
     }
 
     headless::Desktop desktop;

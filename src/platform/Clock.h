@@ -12,10 +12,11 @@ class Clock {
 public:
     virtual ~Clock() = default;
 
-    // Comparable with file dates; jumps when the user sets the clock.
+    // Comparable with file dates, which lag behind by up to a tick of the file system; jumps when
+    // the user sets the clock.
     virtual WallTime wallNow() const = 0;
 
-    // Never runs backwards; its zero means nothing.
+    // Goes on as time passes and never runs backwards, whoever asks; its zero means nothing.
     virtual MonotonicTime monotonicNow() const = 0;
 };
 

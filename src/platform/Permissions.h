@@ -12,7 +12,7 @@ struct Permission {
         unavailable, // this session has no way to do it
     };
     State state = State::unavailable;
-    std::string reason; // for people; empty if granted
+    std::string reason; // for people; empty exactly if granted
 
     bool granted() const { return state == State::granted; }
 };

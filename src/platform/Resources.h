@@ -12,11 +12,11 @@ class Resources {
 public:
     virtual ~Resources() = default;
 
-    // The path of an executable that was shipped or installed for us under this name; empty path
-    // if there is none.
+    // The absolute path of an executable that was shipped or installed for us under this name;
+    // empty path if there is none, and for an empty name or one with a slash.
     virtual std::filesystem::path executable(const std::string& name) const = 0;
 
-    // Whether there is artwork of this name.
+    // Whether there is artwork of exactly this name.
     virtual bool hasImage(const std::string& name) const = 0;
 };
 

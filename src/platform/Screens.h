@@ -13,7 +13,8 @@ class Screens {
 public:
     virtual ~Screens() = default;
 
-    // The full frame of the main screen; empty while no screen is connected.
+    // The full frame of the main screen, whose origin is zero by definition; empty while no screen
+    // is connected.
     virtual std::optional<Rect> mainFrame() const = 0;
 };
 

@@ -64,15 +64,15 @@ TEST_F(ToastWindowTest, HasOneLineAlsoWhereTheMessageHasSeveral)
     EXPECT_EQ(toast.frame.size, (Size{42 * 7.5 + 48, 48}));
 }
 
-TEST_F(ToastWindowTest, IsCentredOnAMainScreenThatDoesNotBeginAtZero)
+TEST_F(ToastWindowTest, IsCentredOnASmallScreen)
 {
-    desktop.screens.frame = Rect{{100, 50}, {1000, 500}};
-    EXPECT_EQ(show("OK").content.frame.origin, (Point{600 - 110, 300 - 24}));
+    desktop.screens.mainSize = Size{1000, 500};
+    EXPECT_EQ(show("OK").content.frame.origin, (Point{500 - 110, 250 - 24}));
 }
 
 TEST_F(ToastWindowTest, AssumesAScreenWhereThereIsNone)
 {
-    desktop.screens.frame = std::nullopt;
+    desktop.screens.mainSize = std::nullopt;
     EXPECT_EQ(show("OK").content.frame.origin, (Point{720 - 110, 450 - 24}));
 }
 

@@ -1,28 +1,28 @@
 #pragma once
 
-#include "platform/Console.h"
 #include "platform/DesktopSettings.h"
 #include "platform/Platform.h"
 #include "platform/ToolPaths.h"
 #include "platform/headless/HandFedHotkeys.h"
 #include "platform/headless/HandFedKeys.h"
+#include "platform/headless/HeadlessAlerts.h"
+#include "platform/headless/HeadlessApplication.h"
+#include "platform/headless/HeadlessPermissions.h"
+#include "platform/headless/HeadlessResources.h"
+#include "platform/headless/HeadlessScreens.h"
+#include "platform/headless/HeadlessStatusBar.h"
 #include "platform/headless/HeadlessUi.h"
+#include "platform/headless/HeadlessUpdater.h"
 #include "platform/headless/MemoryFileSystem.h"
 #include "platform/headless/MemoryPasteboard.h"
 #include "platform/headless/MemoryUserDefaults.h"
 #include "platform/headless/PlainImageCodec.h"
+#include "platform/headless/RecordingConsole.h"
 #include "platform/headless/ScriptedProcesses.h"
 #include "platform/headless/ScriptedTextRecognizer.h"
 #include "platform/headless/VirtualTime.h"
 
 namespace tallowbay::headless {
-
-class RecordingConsole final : public Console {
-public:
-    void line(std::string_view text) override { lines.emplace_back(text); }
-
-    std::vector<std::string> lines;
-};
 
 // A whole desktop in memory: every seam, with the controls of each.
 struct Desktop {
@@ -47,7 +47,7 @@ struct Desktop {
     HeadlessStatusBar statusBar;
     HeadlessAlerts alerts;
     HeadlessUpdater updater;
-    HeadlessApplication application;
+    HeadlessApplication application{dispatch};
     HeadlessScreens screens;
     HeadlessTextMeasurer textMeasurer;
     HeadlessToasts toasts{dispatch};

@@ -3,7 +3,6 @@
 #include "platform/KeyPoster.h"
 #include "platform/KeyTap.h"
 #include "platform/Keys.h"
-#include "platform/Permissions.h"
 
 #include <utility>
 #include <vector>
@@ -40,15 +39,6 @@ public:
 
     std::vector<Posted> journal;
     std::function<void(const Posted&)> onPost; // optional: what the program in front does with it
-};
-
-class HeadlessPermissions final : public Permissions {
-public:
-    Permission accessibility() const override { return seeKeys; }
-    Permission screenRecording() const override { return seeScreen; }
-
-    Permission seeKeys{Permission::State::granted, {}};
-    Permission seeScreen{Permission::State::granted, {}};
 };
 
 } // namespace tallowbay::headless

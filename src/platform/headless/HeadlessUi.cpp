@@ -6,22 +6,6 @@ namespace tallowbay::headless {
 
 namespace {
 
-class ListedItem final : public StatusItem {
-public:
-    using Items = std::list<HeadlessStatusBar::Shown>;
-
-    ListedItem(Items& items, Items::iterator place)
-        : items(items)
-        , place(place)
-    {
-    }
-    ~ListedItem() override { items.erase(place); }
-
-private:
-    Items& items;
-    Items::iterator place;
-};
-
 class RecordedToast final : public WindowPort {
 public:
     RecordedToast(std::shared_ptr<ToastRecord> record, Dispatch& dispatch)
@@ -69,24 +53,6 @@ private:
 };
 
 } // namespace
-
-std::unique_ptr<StatusItem> HeadlessStatusBar::makeItem(const StatusButton& button, Menu menu)
-{
-    items.push_back({button, std::move(menu)});
-    return std::make_unique<ListedItem>(items, std::prev(items.end()));
-}
-
-Subscription HeadlessAlerts::showWarning(const Alert& alert, Answer answer)
-{
-    shown.push_back(alert);
-    waiting = std::move(answer);
-    return Subscription([this] { waiting = nullptr; });
-}
-
-void HeadlessAlerts::press(std::size_t button)
-{
-    std::exchange(waiting, nullptr)(button);
-}
 
 std::unique_ptr<WindowPort> HeadlessToasts::make(const ToastContent& content)
 {

@@ -1,69 +1,16 @@
 #pragma once
 
-#include "platform/Alerts.h"
-#include "platform/Application.h"
 #include "platform/Dispatch.h"
-#include "platform/Menu.h"
-#include "platform/Screens.h"
-#include "platform/StatusBar.h"
 #include "platform/TextMeasurer.h"
 #include "platform/ToastViews.h"
-#include "platform/Updater.h"
 #include "platform/WindowPort.h"
 
 #include <algorithm>
-#include <list>
-#include <utility>
+#include <memory>
+#include <string>
 #include <vector>
 
 namespace tallowbay::headless {
-
-class HeadlessStatusBar final : public StatusBar {
-public:
-    struct Shown {
-        StatusButton button;
-        Menu menu;
-    };
-
-    std::unique_ptr<StatusItem> makeItem(const StatusButton& button, Menu menu) override;
-
-    std::list<Shown> items;
-};
-
-class HeadlessAlerts final : public Alerts {
-public:
-    Subscription showWarning(const Alert& alert, Answer answer) override;
-
-    // Presses a button of the alert that is open.
-    void press(std::size_t button);
-    bool open() const { return static_cast<bool>(waiting); }
-
-    std::vector<Alert> shown;
-
-private:
-    Answer waiting;
-};
-
-class HeadlessUpdater final : public Updater {
-public:
-    void checkForUpdates() override { ++checks; }
-
-    int checks = 0;
-};
-
-class HeadlessApplication final : public Application {
-public:
-    void terminate() override { ++terminations; }
-
-    int terminations = 0;
-};
-
-class HeadlessScreens final : public Screens {
-public:
-    std::optional<Rect> mainFrame() const override { return frame; }
-
-    std::optional<Rect> frame = Rect{{0, 0}, {1920, 1080}};
-};
 
 // Every byte of a text is half as wide as the font is high.
 class HeadlessTextMeasurer final : public TextMeasurer {

@@ -10,10 +10,4 @@ bool ScriptedProcesses::run(
     return found != programs.end() && found->second(arguments) == 0;
 }
 
-std::filesystem::path HeadlessResources::executable(const std::string& name) const
-{
-    const auto found = executables.find(name);
-    return found == executables.end() ? std::filesystem::path() : found->second;
-}
-
 } // namespace tallowbay::headless

@@ -1,11 +1,9 @@
 #pragma once
 
 #include "platform/Processes.h"
-#include "platform/Resources.h"
 
 #include <functional>
 #include <map>
-#include <set>
 
 namespace tallowbay::headless {
 
@@ -32,15 +30,6 @@ public:
 
 private:
     std::map<std::filesystem::path, Program> programs;
-};
-
-class HeadlessResources final : public Resources {
-public:
-    std::filesystem::path executable(const std::string& name) const override;
-    bool hasImage(const std::string& name) const override { return images.contains(name); }
-
-    std::map<std::string, std::filesystem::path> executables;
-    std::set<std::string> images{"MenubarIcon"};
 };
 
 } // namespace tallowbay::headless

@@ -1,5 +1,6 @@
 #include "platform/posix/LinuxResources.h"
 
+#include "platform/contract/ResourcesContract.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -11,6 +12,22 @@ namespace tallowbay::posix {
 namespace fs = std::filesystem;
 
 namespace {
+
+struct LinuxResourcesBackend {
+    test::TemporaryFolder root;
+    LinuxResources installed{
+        root.path / "bin", [](const std::string& name) { return name == "MenubarIcon"; }};
+
+    const Resources& resources() { return installed; }
+    fs::path ship(const std::string& name)
+    {
+        const auto folder = root.path / "libexec" / "tallowbay";
+        fs::create_directories(folder);
+        std::ofstream(folder / name) << "#!/bin/sh\n";
+        fs::permissions(folder / name, fs::perms(0755));
+        return folder / name;
+    }
+};
 
 class LinuxResourcesTest : public testing::Test {
 protected:
@@ -95,3 +112,7 @@ TEST(RunningProgramFolderTest, IsWhereThisTestLies)
 } // namespace
 
 } // namespace tallowbay::posix
+
+namespace tallowbay::contract {
+INSTANTIATE_TYPED_TEST_SUITE_P(Linux, ResourcesContract, posix::LinuxResourcesBackend);
+} // namespace tallowbay::contract

@@ -1,10 +1,30 @@
 #include "platform/x11/X11Permissions.h"
 
+#include "platform/contract/PermissionsContract.h"
 #include "platform/x11/X11TestDesktop.h"
 
 #include <gtest/gtest.h>
 
+#include <optional>
+
 namespace tallowbay::x11 {
+
+namespace {
+
+struct X11PermissionsBackend {
+    std::optional<X11TestDesktop> desktop;
+    std::optional<X11Permissions> made;
+
+    const Permissions& permissionsIn(contract::SessionKind kind)
+    {
+        test::XServer::Options options{640, 480, {}};
+        if (kind == contract::SessionKind::screenOnly)
+            options.extraArguments = {"-extension", "XTEST"};
+        desktop.emplace(std::make_unique<test::XServer>(options));
+        const bool wayland = kind == contract::SessionKind::nothing;
+        return made.emplace(*desktop->session, wayland ? "wayland-0" : nullptr);
+    }
+};
 
 TEST(X11PermissionsTest, GrantsEverythingOnAnXServer)
 {
@@ -37,4 +57,10 @@ TEST(X11PermissionsTest, TellsThatKeysCannotBeTyped)
     EXPECT_TRUE(permissions.screenRecording().granted());
 }
 
+} // namespace
+
 } // namespace tallowbay::x11
+
+namespace tallowbay::contract {
+INSTANTIATE_TYPED_TEST_SUITE_P(X11, PermissionsContract, x11::X11PermissionsBackend);
+} // namespace tallowbay::contract

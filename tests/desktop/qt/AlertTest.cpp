@@ -9,9 +9,6 @@
 
 #include <optional>
 
-using namespace std::chrono_literals;
-using testing::ElementsAre;
-
 namespace tallowbay::test {
 namespace {
 
@@ -66,16 +63,6 @@ TEST_F(AlertTest, ShowsItsTextsAndButtonsAsTheyStand)
     EXPECT_TRUE(button("Here")->isDefault());
 }
 
-TEST_F(AlertTest, AnswersOnceWithTheButtonThatIsPressed)
-{
-    for (std::size_t index = 0; index < question.buttons.size(); ++index) {
-        const auto token = ask();
-        button(question.buttons[index])->click();
-        EXPECT_EQ(answer, index);
-    }
-    EXPECT_EQ(answers, 3);
-}
-
 TEST_F(AlertTest, TakesClosingForTheLastButton)
 {
     const auto token = ask();
@@ -106,28 +93,6 @@ TEST_F(AlertTest, TakesEscapeForTheLastButton)
 
     EXPECT_TRUE(desktop.runUntil([this] { return answers > 0; }));
     EXPECT_EQ(answer, 2u);
-}
-
-TEST_F(AlertTest, ClosesWithoutAnAnswerWhenTheTokenEnds)
-{
-    auto token = ask();
-    token.reset();
-
-    EXPECT_TRUE(desktop.runUntil([this] { return !dialog(); }));
-    EXPECT_EQ(answers, 0);
-}
-
-TEST_F(AlertTest, MayEndItsOwnTokenInTheAnswer)
-{
-    Subscription token;
-    token = alerts.showWarning(question, [&](std::size_t button) {
-        token.reset();
-        answer = button;
-    });
-    button("There")->click();
-
-    EXPECT_EQ(answer, 1u);
-    EXPECT_TRUE(desktop.runUntil([this] { return !dialog(); }));
 }
 
 } // namespace

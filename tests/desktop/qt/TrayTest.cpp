@@ -14,9 +14,6 @@
 
 #include <gmock/gmock.h>
 
-using namespace std::chrono_literals;
-using testing::ElementsAre;
-
 namespace tallowbay::test {
 namespace {
 
@@ -77,52 +74,6 @@ protected:
     headless::HeadlessEmbeddingTray saidTray;
     headless::HeadlessWindowSystem saidWindows;
 };
-
-TEST_F(TrayTest, ShowsTheIconInATrayThatIsThere)
-{
-    const auto panel = startTray();
-    const auto item = makeItem();
-    EXPECT_TRUE(desktop.runUntil([this] { return iconIsShown(); }));
-}
-
-TEST_F(TrayTest, GoesOnWithoutATrayAndShowsTheIconWhenOneStarts)
-{
-    const auto item = makeItem();
-    desktop.runFor(100ms);
-    EXPECT_FALSE(iconIsShown());
-
-    const auto panel = startTray();
-    EXPECT_TRUE(desktop.runUntil([this] { return iconIsShown(); }));
-}
-
-TEST_F(TrayTest, ShowsTheIconAgainWhenTheTrayIsStartedAnew)
-{
-    auto panel = startTray();
-    const auto item = makeItem();
-    ASSERT_TRUE(desktop.runUntil([this] { return iconIsShown(); }));
-
-    panel.reset();
-    ASSERT_TRUE(desktop.runUntil([this] { return !iconIsShown(); }));
-    panel = startTray();
-    EXPECT_TRUE(desktop.runUntil([this] { return iconIsShown(); }));
-}
-
-TEST_F(TrayTest, TakesTheIconAwayWithTheItem)
-{
-    const auto panel = startTray();
-    auto item = makeItem();
-    ASSERT_TRUE(desktop.runUntil([this] { return iconIsShown(); }));
-
-    item.reset();
-    EXPECT_TRUE(desktop.runUntil([this] { return !iconIsShown(); }));
-}
-
-TEST_F(TrayTest, ShowsATitleWhereThereIsNoPicture)
-{
-    const auto panel = startTray();
-    const auto item = bar.makeItem({{}, 0, "TB"}, {});
-    EXPECT_TRUE(desktop.runUntil([this] { return iconIsShown(); }));
-}
 
 TEST_F(TrayTest, TakesTheColorThatTheTrayAsksFor)
 {

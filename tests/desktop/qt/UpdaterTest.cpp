@@ -217,29 +217,5 @@ TEST_F(UpdaterTest, RefusesAddressesThatAreNone)
     }
 }
 
-TEST_F(UpdaterTest, ChangesNothingWhenAskedAgainDuringACheck)
-{
-    WebServer server(okWith(feed("1.2.0")));
-    setFeed(server.address());
-    updater.checkForUpdates();
-    updater.checkForUpdates();
-    EXPECT_EQ(message(), "Tallowbay 1.2.0 is available");
-    desktop.runFor(50ms);
-    EXPECT_EQ(server.requests, 1);
-}
-
-TEST_F(UpdaterTest, MayGoDuringACheck)
-{
-    WebServer server("");
-    setFeed(server.address());
-    {
-        qt::AppcastUpdater ending(defaults, {"1.0.0", "", {}, [](const QUrl&) {}});
-        ending.checkForUpdates();
-        desktop.runUntil([&] { return server.requests > 0; });
-    }
-    desktop.runFor(20ms);
-    EXPECT_FALSE(dialog());
-}
-
 } // namespace
 } // namespace tallowbay::test

@@ -1,7 +1,6 @@
 #include "platform/posix/files/PosixFileSystem.h"
 
 #include "platform/contract/FileSystemContract.h"
-#include "platform/posix/StdoutConsole.h"
 #include "support/AsOrdinaryUser.h"
 #include "support/TemporaryFolder.h"
 
@@ -307,80 +306,6 @@ TEST_F(EnvironmentTest, NamesTheTemporaryFolderOfTheEnvironment)
     EXPECT_EQ(PosixFileSystem().temporaryFolder(), "/var/tmp");
     set("TMPDIR", nullptr);
     EXPECT_EQ(PosixFileSystem().temporaryFolder(), "/tmp");
-}
-
-class StdoutConsoleTest : public testing::Test {
-protected:
-    StdoutConsoleTest() { EXPECT_EQ(::pipe2(ends, O_CLOEXEC), 0); }
-    ~StdoutConsoleTest() override
-    {
-        ::close(ends[0]);
-        ::close(ends[1]);
-    }
-    void closeReader() { ::close(std::exchange(ends[0], -1)); }
-
-    std::string read(std::size_t count)
-    {
-        std::string text(count, '\0');
-        std::size_t done = 0;
-        while (done < count) {
-            const auto got = ::read(ends[0], text.data() + done, count - done);
-            if (got <= 0)
-                break;
-            done += static_cast<std::size_t>(got);
-        }
-        text.resize(done);
-        return text;
-    }
-
-    int ends[2] = {-1, -1};
-};
-
-TEST_F(StdoutConsoleTest, WritesALineAtOnce)
-{
-    StdoutConsole console(ends[1]);
-    console.line("✓ saved");
-    EXPECT_EQ(read(10), "✓ saved\n");
-    console.line("");
-    EXPECT_EQ(read(1), "\n");
-}
-
-TEST_F(StdoutConsoleTest, SurvivesAReaderThatHasGone)
-{
-    StdoutConsole console(ends[1]);
-    closeReader();
-    console.line("lost");
-    sigset_t pending;
-    ::sigpending(&pending);
-    EXPECT_EQ(sigismember(&pending, SIGPIPE), 0);
-}
-
-TEST_F(StdoutConsoleTest, SurvivesAClosedOutput)
-{
-    StdoutConsole console(-1);
-    console.line("lost");
-}
-
-TEST_F(StdoutConsoleTest, KeepsTheLinesOfSeveralThreadsApart)
-{
-    StdoutConsole console(ends[1]);
-    // Longer than what a pipe takes in one piece.
-    const std::string longLine(100'000, 'a');
-    const std::string otherLine(100'000, 'b');
-    std::jthread first([&] { console.line(longLine); });
-    std::jthread second([&] { console.line(otherLine); });
-    const auto text = read(200'002);
-    EXPECT_TRUE(
-        text == longLine + '\n' + otherLine + '\n' || text == otherLine + '\n' + longLine + '\n');
-}
-
-TEST_F(StdoutConsoleTest, WaitsForAnOutputThatDoesNotBlock)
-{
-    ASSERT_EQ(::fcntl(ends[1], F_SETFL, O_NONBLOCK), 0);
-    StdoutConsole console(ends[1]);
-    const std::string longLine(300'000, 'a');
-    std::jthread writer([&] { console.line(longLine); });
-    EXPECT_EQ(read(300'001), longLine + '\n');
 }
 
 } // namespace

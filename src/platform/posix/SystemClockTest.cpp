@@ -1,0 +1,34 @@
+#include "platform/posix/SystemClock.h"
+
+#include "platform/contract/ClockContract.h"
+#include "support/TemporaryFolder.h"
+
+#include <fstream>
+
+namespace tallowbay::posix {
+
+namespace {
+
+struct SystemClockBackend {
+    SystemClock system;
+    test::TemporaryFolder folder;
+
+    const Clock& clock() { return system; }
+    void pass(std::chrono::milliseconds time) { std::this_thread::sleep_for(time); }
+    WallTime dateOfNewFile()
+    {
+        const auto path = folder.path / "new";
+        std::ofstream(path) << "data";
+        const auto date = std::filesystem::last_write_time(path);
+        return std::chrono::time_point_cast<WallTime::duration>(
+            std::chrono::file_clock::to_sys(date));
+    }
+};
+
+} // namespace
+
+} // namespace tallowbay::posix
+
+namespace tallowbay::contract {
+INSTANTIATE_TYPED_TEST_SUITE_P(System, ClockContract, posix::SystemClockBackend);
+} // namespace tallowbay::contract
