@@ -7,7 +7,9 @@
 #include "platform/contract/ScreensContract.h"
 #include "platform/contract/StatusBarContract.h"
 #include "platform/contract/UpdaterContract.h"
+#include "platform/contract/WindowSystemContract.h"
 #include "platform/headless/Desktop.h"
+#include "platform/headless/HeadlessWindows.h"
 
 namespace tallowbay::headless {
 
@@ -136,6 +138,18 @@ struct HeadlessUpdaterBackend {
     int checks() { return headless->checks; }
 };
 
+struct HeadlessWindowSystemBackend {
+    HeadlessWindowSystem headless;
+
+    WindowSystem& windows() { return headless; }
+    NativeWindow window() { return 7; }
+    void startComposing() { headless.composes = true; }
+    void offerBlur() { headless.blurs = true; }
+    void publishTheme(const std::string& name) { headless.theme = name; }
+    PixelRegion blurredRegion() { return headless.blurred[window()]; }
+    PixelRegion shape() { return headless.shapes.at(window()); }
+};
+
 } // namespace
 
 } // namespace tallowbay::headless
@@ -150,4 +164,6 @@ INSTANTIATE_TYPED_TEST_SUITE_P(Headless, ResourcesContract, headless::HeadlessRe
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, ScreensContract, headless::HeadlessScreensBackend);
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, StatusBarContract, headless::HeadlessStatusBarBackend);
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, UpdaterContract, headless::HeadlessUpdaterBackend);
+INSTANTIATE_TYPED_TEST_SUITE_P(
+    Headless, WindowSystemContract, headless::HeadlessWindowSystemBackend);
 } // namespace tallowbay::contract

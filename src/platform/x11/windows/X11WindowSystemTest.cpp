@@ -2,13 +2,9 @@
 
 #include "desktop/support/XClient.h"
 #include "desktop/support/XServer.h"
-
-#include <gmock/gmock.h>
+#include "platform/contract/WindowSystemContract.h"
 
 #include <xcb/shape.h>
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace tallowbay::x11 {
 namespace {
@@ -16,20 +12,36 @@ namespace {
 using namespace std::string_literals;
 
 // Both sides as raw as they can be: one connection is the toolkit's, with a window that it shows.
-class X11WindowSystemTest : public testing::Test {
-protected:
-    std::vector<std::uint32_t> blurRegion()
+class X11WindowSystemBackend {
+public:
+    WindowSystem& windows() { return system; }
+    NativeWindow window() { return toolkit.window(); }
+
+    void startComposing() { other.own("_NET_WM_CM_S0"); }
+    void offerBlur()
     {
-        toolkit.sync();
-        const auto cookie = xcb_get_property(
-            toolkit.connection(), false, toolkit.window(),
-            toolkit.atom("_KDE_NET_WM_BLUR_BEHIND_REGION"), XCB_GET_PROPERTY_TYPE_ANY, 0, 100);
-        const std::unique_ptr<xcb_get_property_reply_t, decltype(&std::free)> reply(
-            xcb_get_property_reply(toolkit.connection(), cookie, nullptr), &std::free);
-        const auto* values = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
-        return {values, values + reply->value_len};
+        other.setValues(other.root(), "_KDE_NET_WM_BLUR_BEHIND_REGION", "CARDINAL", {0});
+        other.sync();
+    }
+    void publishTheme(const std::string& name)
+    {
+        const auto length = std::string{static_cast<char>(name.size()), 0, 0, 0};
+        const auto settings = "\0\0\0\0\0\0\0\0\1\0\0\0"s // little-endian, one setting
+                              "\1\0\015\0Net/ThemeName\0\0\0\0\0\0\0"s
+            + length + name + std::string((4 - name.size() % 4) % 4, '\0');
+        other.setProperty(other.window(), "_XSETTINGS_SETTINGS", "_XSETTINGS_SETTINGS", settings);
+        other.own("_XSETTINGS_S0");
     }
 
+    PixelRegion blurredRegion()
+    {
+        const auto numbers = blurNumbers();
+        PixelRegion region;
+        for (std::size_t i = 0; i + 4 <= numbers.size(); i += 4)
+            region.push_back(
+                {int(numbers[i]), int(numbers[i + 1]), int(numbers[i + 2]), int(numbers[i + 3])});
+        return region;
+    }
     PixelRegion shape()
     {
         const auto cookie =
@@ -44,69 +56,24 @@ protected:
         return result;
     }
 
-    void startCompositor() { other.own("_NET_WM_CM_S0"); }
-    void offerBlur()
+private:
+    std::vector<std::uint32_t> blurNumbers()
     {
-        other.setValues(other.root(), "_KDE_NET_WM_BLUR_BEHIND_REGION", "CARDINAL", {0});
-        other.sync();
+        toolkit.sync();
+        const auto cookie = xcb_get_property(
+            toolkit.connection(), false, toolkit.window(),
+            toolkit.atom("_KDE_NET_WM_BLUR_BEHIND_REGION"), XCB_GET_PROPERTY_TYPE_ANY, 0, 100);
+        const std::unique_ptr<xcb_get_property_reply_t, decltype(&std::free)> reply(
+            xcb_get_property_reply(toolkit.connection(), cookie, nullptr), &std::free);
+        const auto* values = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
+        return {values, values + reply->value_len};
     }
 
     const test::XServer server;
     test::XClient toolkit{server.display()};
     test::XClient other{server.display()};
-    X11WindowSystem windows{*toolkit.connection()};
+    X11WindowSystem system{*toolkit.connection()};
 };
-
-TEST_F(X11WindowSystemTest, KnowsWhetherAProgramComposesTheWindowsAtThatMoment)
-{
-    EXPECT_FALSE(windows.composesWindows());
-    startCompositor();
-    EXPECT_TRUE(windows.composesWindows());
-}
-
-TEST_F(X11WindowSystemTest, BlursBehindWhereTheCompositorOffersIt)
-{
-    startCompositor();
-    EXPECT_FALSE(windows.blursBehind());
-    offerBlur();
-    EXPECT_TRUE(windows.blursBehind());
-}
-
-TEST_F(X11WindowSystemTest, BlursNothingThatACompositorLeftBehind)
-{
-    offerBlur();
-    EXPECT_FALSE(windows.blursBehind());
-}
-
-TEST_F(X11WindowSystemTest, AsksForBlurByTheRegionsNumbersAndTakesTheWishBack)
-{
-    windows.blurBehind(toolkit.window(), {{1, 2, 30, 40}, {5, 6, 70, 80}});
-    EXPECT_THAT(blurRegion(), ElementsAre(1, 2, 30, 40, 5, 6, 70, 80));
-    windows.blurBehind(toolkit.window(), {{9, 9, 9, 9}});
-    EXPECT_THAT(blurRegion(), ElementsAre(9, 9, 9, 9));
-    windows.blurBehind(toolkit.window(), {});
-    EXPECT_THAT(blurRegion(), IsEmpty());
-}
-
-TEST_F(X11WindowSystemTest, CutsAWindowToItsLastShape)
-{
-    windows.cutToShape(toolkit.window(), {{0, 0, 1, 1}});
-    windows.cutToShape(toolkit.window(), {{2, 0, 6, 1}, {0, 1, 10, 5}});
-    EXPECT_THAT(shape(), ElementsAre(PixelRect{2, 0, 6, 1}, PixelRect{0, 1, 10, 5}));
-    windows.cutToShape(toolkit.window(), {});
-    EXPECT_THAT(shape(), IsEmpty());
-}
-
-TEST_F(X11WindowSystemTest, TellsTheThemeThatTheDesktopPublishes)
-{
-    EXPECT_EQ(windows.windowTheme(), "");
-    const auto settings = "\0\0\0\0\0\0\0\0\1\0\0\0"s // little-endian, one setting
-                          "\1\0\015\0Net/ThemeName\0\0\0\0\0\0\0"s
-                          "\4\0\0\0Dusk"s;
-    other.setProperty(other.window(), "_XSETTINGS_SETTINGS", "_XSETTINGS_SETTINGS", settings);
-    other.own("_XSETTINGS_S0");
-    EXPECT_EQ(windows.windowTheme(), "Dusk");
-}
 
 TEST(X11WindowSystemWithoutShapesTest, LeavesTheWindowARectangleAndTheConnectionAlive)
 {
@@ -122,3 +89,7 @@ TEST(X11WindowSystemWithoutShapesTest, LeavesTheWindowARectangleAndTheConnection
 
 } // namespace
 } // namespace tallowbay::x11
+
+namespace tallowbay::contract {
+INSTANTIATE_TYPED_TEST_SUITE_P(X11, WindowSystemContract, x11::X11WindowSystemBackend);
+} // namespace tallowbay::contract

@@ -1,0 +1,102 @@
+#pragma once
+
+#include "platform/WindowSystem.h"
+
+#include <gmock/gmock.h>
+
+namespace tallowbay::contract {
+
+// Every window system keeps its header's promises. A backend, whose desktop composes no windows at
+// first and names no theme, offers:
+//   WindowSystem& windows();
+//   NativeWindow window();          one of ours
+//   void startComposing();          without blur
+//   void offerBlur();               as a program does that composes the windows, or once did
+//   void publishTheme(name);
+//   PixelRegion blurredRegion();    of our window; empty for none
+//   PixelRegion shape();            of our window, after it was cut
+template <typename Backend> class WindowSystemContract : public testing::Test {
+protected:
+    Backend backend;
+    WindowSystem& windows = backend.windows();
+    const NativeWindow window = backend.window();
+};
+
+TYPED_TEST_SUITE_P(WindowSystemContract);
+
+TYPED_TEST_P(WindowSystemContract, KnowsWhetherWindowsAreComposedAtThatMoment)
+{
+    EXPECT_FALSE(this->windows.composesWindows());
+    this->backend.startComposing();
+    EXPECT_TRUE(this->windows.composesWindows());
+}
+
+TYPED_TEST_P(WindowSystemContract, BlursWhereItIsOfferedAndWindowsAreComposed)
+{
+    this->backend.startComposing();
+    EXPECT_FALSE(this->windows.blursBehind());
+    this->backend.offerBlur();
+    EXPECT_TRUE(this->windows.blursBehind());
+}
+
+TYPED_TEST_P(WindowSystemContract, BlursNothingWhereWindowsAreNotComposed)
+{
+    this->backend.offerBlur();
+    EXPECT_FALSE(this->windows.blursBehind());
+}
+
+TYPED_TEST_P(WindowSystemContract, BlursTheRegionThatWasGivenLast)
+{
+    this->windows.blurBehind(this->window, {{1, 2, 30, 40}, {5, 6, 70, 80}});
+    EXPECT_THAT(
+        this->backend.blurredRegion(),
+        testing::ElementsAre(PixelRect{1, 2, 30, 40}, PixelRect{5, 6, 70, 80}));
+    this->windows.blurBehind(this->window, {{9, 8, 7, 6}});
+    EXPECT_THAT(this->backend.blurredRegion(), testing::ElementsAre(PixelRect{9, 8, 7, 6}));
+}
+
+TYPED_TEST_P(WindowSystemContract, TakesTheWishForBlurBackWithAnEmptyRegion)
+{
+    this->windows.blurBehind(this->window, {{1, 2, 30, 40}});
+    this->windows.blurBehind(this->window, {});
+    EXPECT_THAT(this->backend.blurredRegion(), testing::IsEmpty());
+}
+
+TYPED_TEST_P(WindowSystemContract, CutsAWindowToTheShapeThatWasGivenLast)
+{
+    this->windows.cutToShape(this->window, {{0, 0, 1, 1}});
+    this->windows.cutToShape(this->window, {{2, 0, 6, 1}, {0, 1, 10, 5}});
+    EXPECT_THAT(
+        this->backend.shape(), testing::ElementsAre(PixelRect{2, 0, 6, 1}, PixelRect{0, 1, 10, 5}));
+}
+
+TYPED_TEST_P(WindowSystemContract, LeavesNothingOfAWindowThatIsCutToAnEmptyShape)
+{
+    this->windows.cutToShape(this->window, {{0, 0, 1, 1}});
+    this->windows.cutToShape(this->window, {});
+    EXPECT_THAT(this->backend.shape(), testing::IsEmpty());
+}
+
+TYPED_TEST_P(WindowSystemContract, KeepsShapeAndBlurApart)
+{
+    this->windows.cutToShape(this->window, {{0, 0, 10, 10}});
+    this->windows.blurBehind(this->window, {{1, 1, 5, 5}});
+    EXPECT_THAT(this->backend.shape(), testing::ElementsAre(PixelRect{0, 0, 10, 10}));
+    EXPECT_THAT(this->backend.blurredRegion(), testing::ElementsAre(PixelRect{1, 1, 5, 5}));
+}
+
+TYPED_TEST_P(WindowSystemContract, NamesTheThemeOfTheWindowsOnceTheDesktopDoes)
+{
+    EXPECT_EQ(this->windows.windowTheme(), "");
+    this->backend.publishTheme("Dusk");
+    EXPECT_EQ(this->windows.windowTheme(), "Dusk");
+}
+
+REGISTER_TYPED_TEST_SUITE_P(
+    WindowSystemContract, KnowsWhetherWindowsAreComposedAtThatMoment,
+    BlursWhereItIsOfferedAndWindowsAreComposed, BlursNothingWhereWindowsAreNotComposed,
+    BlursTheRegionThatWasGivenLast, TakesTheWishForBlurBackWithAnEmptyRegion,
+    CutsAWindowToTheShapeThatWasGivenLast, LeavesNothingOfAWindowThatIsCutToAnEmptyShape,
+    KeepsShapeAndBlurApart, NamesTheThemeOfTheWindowsOnceTheDesktopDoes);
+
+} // namespace tallowbay::contract
