@@ -78,23 +78,25 @@ std::optional<std::string> AnnotationExporter::encode(
                                             : codec->encodeJpeg(bitmap, jpegQuality);
 }
 
-void AnnotationExporter::writeFlattenedImage(const Bitmap& bitmap, const fs::path& url) const
+std::optional<std::string> AnnotationExporter::compressed(
+    const Bitmap& bitmap, const fs::path& url) const
 {
     const auto bytes = encode(bitmap, url);
     const PrivateFolder folder(*fileSystem);
     if (!bytes || !folder.path())
-        return;
-    // A write that failed leaves the compressor without its input, and the visible file as it was.
+        return std::nullopt;
+    // A write that failed leaves the tools without their input.
     const fs::path input = *folder.path() / url.filename();
     fileSystem->writeAtomically(input, *bytes);
-    const auto compressed = compressor.compress(input, *folder.path() / "compressed");
-    if (!compressed)
-        return;
-    if (const auto result = fileSystem->read(*compressed)) {
-        const fs::path visible = compressor.outputFor(url);
-        fileSystem->createFolders(visible.parent_path());
-        fileSystem->writeAtomically(visible, *result);
-    }
+    const auto output = compressor.compress(input, *folder.path() / "compressed");
+    return output ? fileSystem->read(*output) : std::nullopt;
+}
+
+void AnnotationExporter::writeFlattenedImage(std::string_view bytes, const fs::path& url) const
+{
+    const fs::path visible = compressor.outputFor(url);
+    fileSystem->createFolders(visible.parent_path());
+    fileSystem->writeAtomically(visible, bytes);
 }
 
 } // namespace tallowbay

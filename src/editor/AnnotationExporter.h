@@ -7,6 +7,7 @@
 #include "platform/OffscreenGraphics.h"
 
 #include <filesystem>
+#include <string_view>
 #include <vector>
 
 namespace tallowbay {
@@ -30,10 +31,14 @@ public:
     // By the extension, whatever its case: PNG for "png", else JPEG. Empty if that fails.
     std::optional<std::string> encode(const Bitmap&, const std::filesystem::path& url) const;
 
-    // Compresses the picture into the folder of compressed copies, under the same file name. The
-    // file there is replaced whole, so that a reader finds the old one or the new one; of two
-    // writes the later one wins. It stays as it was if anything fails, and nobody is told.
-    void writeFlattenedImage(const Bitmap&, const std::filesystem::path& url) const;
+    // The bytes that the visible file is to hold: encoded and sent through the compressing tools,
+    // in a folder of their own. Empty if anything fails.
+    std::optional<std::string> compressed(const Bitmap&, const std::filesystem::path& url) const;
+
+    // Puts them into the folder of compressed copies, under the same file name. The file there is
+    // replaced whole, so that a reader finds the old one or the new one; on failure it stays as it
+    // was, and nobody is told.
+    void writeFlattenedImage(std::string_view bytes, const std::filesystem::path& url) const;
 
 private:
     FileSystem* fileSystem;

@@ -53,6 +53,13 @@ protected:
         return lines;
     }
 
+    // Both halves, as a save does it
+    void write(const std::filesystem::path& url)
+    {
+        if (const auto bytes = exporter.compressed(bitmap, url))
+            exporter.writeFlattenedImage(*bytes, url);
+    }
+
     headless::Desktop desktop;
     headless::PlainImageCodec codec;
     headless::RecordingOffscreenGraphics graphics;
@@ -197,14 +204,14 @@ TEST_F(AnnotationExporterTest, ReplacesTheVisibleFileByTheCompressedOneAtOnce)
 {
     desktop.files.create(optimized / "Shot.PNG", "old");
     seen.clear();
-    exporter.writeFlattenedImage(bitmap, optimized / "Shot.PNG");
+    write(optimized / "Shot.PNG");
     EXPECT_EQ(desktop.files.read(optimized / "Shot.PNG"), "compressed PNG 2x1\n0000000000000000");
     EXPECT_THAT(seen, ElementsAre("compressed PNG 2x1\n0000000000000000"));
 }
 
 TEST_F(AnnotationExporterTest, LetsTheToolsWorkInAFolderOfTheirOwnUnderTheSameName)
 {
-    exporter.writeFlattenedImage(bitmap, optimized / "Shot.jpg");
+    write(optimized / "Shot.jpg");
     ASSERT_EQ(desktop.processes.journal.size(), 1u);
     const auto& arguments = desktop.processes.journal[0].arguments;
     const std::filesystem::path input = arguments.back();
@@ -216,7 +223,7 @@ TEST_F(AnnotationExporterTest, LetsTheToolsWorkInAFolderOfTheirOwnUnderTheSameNa
 
 TEST_F(AnnotationExporterTest, CreatesTheVisibleFolderWhereItIsMissing)
 {
-    exporter.writeFlattenedImage(bitmap, "/elsewhere/Shot.png");
+    write("/elsewhere/Shot.png");
     EXPECT_TRUE(desktop.files.exists(optimized / "Shot.png"));
     EXPECT_FALSE(desktop.files.exists("/elsewhere/Shot.png"));
 }
@@ -225,7 +232,7 @@ TEST_F(AnnotationExporterTest, LeavesTheVisibleFileAloneWhenTheToolsFail)
 {
     desktop.files.create(optimized / "Shot.png", "old");
     failing = true;
-    exporter.writeFlattenedImage(bitmap, optimized / "Shot.png");
+    write(optimized / "Shot.png");
     EXPECT_EQ(desktop.files.read(optimized / "Shot.png"), "old");
     EXPECT_EQ(desktop.files.list("/tmp")->size(), 0u);
 }
@@ -233,7 +240,7 @@ TEST_F(AnnotationExporterTest, LeavesTheVisibleFileAloneWhenTheToolsFail)
 TEST_F(AnnotationExporterTest, RunsNoToolWhenNothingCanBeEncoded)
 {
     codec.failEncoding = true;
-    exporter.writeFlattenedImage(bitmap, optimized / "Shot.png");
+    write(optimized / "Shot.png");
     EXPECT_THAT(desktop.processes.journal, IsEmpty());
     EXPECT_FALSE(desktop.files.exists(optimized / "Shot.png"));
 }
@@ -242,7 +249,7 @@ TEST_F(AnnotationExporterTest, KeepsTheVisibleFileWhenThereIsNoRoomForATemporary
 {
     desktop.files.create(optimized / "Shot.png", "old");
     desktop.files.makeReadOnly("/tmp");
-    exporter.writeFlattenedImage(bitmap, optimized / "Shot.png");
+    write(optimized / "Shot.png");
     EXPECT_EQ(desktop.files.read(optimized / "Shot.png"), "old");
 }
 

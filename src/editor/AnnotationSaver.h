@@ -4,6 +4,10 @@
 #include "editor/AnnotationExporter.h"
 #include "platform/Dispatch.h"
 
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <memory>
 #include <set>
 
 namespace tallowbay {
@@ -18,28 +22,35 @@ struct EditedScreenshot {
 
 // Writes edited screenshots in the background. There is one for the whole program.
 //
-// Saves are neither merged nor ordered: of two saves of one file the one that ends later wins.
+// What was asked for last is what the file shows once all saves of it have ended, whichever of them
+// is the quickest: the saves of one file are made one after the other, and one that a newer save
+// has overtaken leaves the file alone. Only if the newest fails, the newest that did not is
+// written. Different files are written side by side.
+//
 // Thread: main queue.
 class AnnotationSaver {
 public:
-    AnnotationSaver(Dispatch& dispatch, AnnotationExporter exporter)
-        : dispatch(dispatch)
-        , exporter(std::move(exporter))
-    {
-    }
+    AnnotationSaver(Dispatch&, AnnotationExporter);
+    ~AnnotationSaver(); // what was asked for is still written
 
     // Without a picture, or without items, nothing is written: the file stays as it was written
     // last.
     void save(EditedScreenshot);
 
-    // From the moment that a save is asked for until one save of that path has ended; another one
-    // of the same path may still be writing then.
-    const std::set<std::filesystem::path>& pathsBeingWritten() const { return writing; }
+    // The files whose last save has not ended.
+    std::set<std::filesystem::path> pathsBeingWritten() const;
+
+    // Called when a path leaves pathsBeingWritten(). It may ask for another save.
+    std::function<void(const std::filesystem::path&)> onWritten;
 
 private:
+    class FileSaves;
+
+    void finish(const std::filesystem::path&);
+
     Dispatch& dispatch;
-    AnnotationExporter exporter;
-    std::set<std::filesystem::path> writing;
+    const AnnotationExporter exporter;
+    std::map<std::filesystem::path, std::shared_ptr<FileSaves>> writing;
     Lifetime lifetime;
 };
 

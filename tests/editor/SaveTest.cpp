@@ -1,16 +1,21 @@
 #include "editor/AnnotationConstants.h"
 #include "editor/AnnotationExporter.h"
+#include "editor/AnnotationSaver.h"
 #include "editor/QtFixture.h"
 #include "platform/posix/LinuxResources.h"
 #include "platform/posix/PosixProcesses.h"
 #include "platform/posix/files/PosixFileSystem.h"
+#include "support/LoopDispatch.h"
 #include "support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 
 #include <atomic>
 #include <fstream>
+#include <random>
 #include <thread>
+
+using namespace std::chrono_literals;
 
 namespace tallowbay::test {
 namespace {
@@ -32,8 +37,8 @@ protected:
         const fs::path& shot)
     {
         const AnnotationItem item{tool, {{0, 0}, {500, 500}}, std::nullopt, systemRed};
-        exporter.writeFlattenedImage(
-            *exporter.flattenAnnotation(image, {item}, {500, 500}, imageInset), shot);
+        const auto flattened = exporter.flattenAnnotation(image, {item}, {500, 500}, imageInset);
+        exporter.writeFlattenedImage(*exporter.compressed(*flattened, shot), shot);
     }
     std::variant<Bitmap, ImageError> load(const fs::path& shot) const
     {
@@ -60,6 +65,81 @@ TEST_F(SaveTest, WritesWhatIsMeantThroughTheRealPngquant)
         EXPECT_LE(written.pixel(x, y) & 0xFF, 46u + 3);
     }
     EXPECT_THAT(*files.list(folder.path), testing::ElementsAre(shot)) << "nothing stays beside it";
+}
+
+// Items over a picture that is slow to compress, saved one after the other without a pause
+class QuickEditsTest : public SaveTest {
+protected:
+    // Of a picture of 1200 x 800 pixels, which the canvas shows at half its size
+    static constexpr Size canvasSize{696, 496};
+    const AnnotationItem highlight{
+        AnnotationTool::highlight, {{60, 60}, {100, 50}}, std::nullopt, systemYellow};
+    const AnnotationItem mask{
+        AnnotationTool::blur, {{40, 40}, {616, 416}}, std::nullopt, systemYellow};
+
+    static Image secret()
+    {
+        // Few colours, so that pngquant is content, in no order, so that it has something to do
+        std::mt19937 random;
+        std::vector<std::uint32_t> colors(100);
+        for (auto& color : colors)
+            color = 0xFF404040u | random();
+        auto bitmap = std::make_shared<Bitmap>(PixelSize{1200, 800});
+        for (int y = 0; y < 800; ++y)
+            for (int x = 0; x < 1200; ++x)
+                bitmap->row(y)[x] = colors[random() % colors.size()];
+        return bitmap;
+    }
+
+    void edit(const std::vector<std::vector<AnnotationItem>>& edits)
+    {
+        LoopDispatch dispatch;
+        AnnotationSaver saver(dispatch, exporterWith(posix::linuxToolPaths(resources)));
+        const Image picture = secret();
+        for (const auto& items : edits)
+            saver.save({shot, items, picture, canvasSize});
+        EXPECT_TRUE(dispatch.runUntil([&] { return saver.pathsBeingWritten().empty(); }, 60s));
+    }
+
+    int countVisible()
+    {
+        const auto written = std::get<Bitmap>(load(shot));
+        int visible = 0;
+        for (int y = 0; y < written.size().height; ++y)
+            for (int x = 0; x < written.size().width; ++x)
+                visible += (written.pixel(x, y) >> 16 & 0xFF) > 49;
+        return visible;
+    }
+
+    const fs::path shot = folder.path / "Shot.png";
+};
+
+TEST_F(QuickEditsTest, ShowAHighlight)
+{
+    edit({{highlight}});
+    EXPECT_EQ(countVisible(), 1200 * 800);
+}
+
+// Bug: the masked picture was ready before the one with the highlight alone, which then replaced
+// it.
+TEST_F(QuickEditsTest, HideWhatIsMaskedRightAfterAHighlight)
+{
+    edit({{highlight}, {highlight, mask}});
+    EXPECT_EQ(countVisible(), 0);
+}
+
+TEST_F(QuickEditsTest, HideWhatIsMaskedAgainAfterAnUndo)
+{
+    edit({{highlight}, {highlight, mask}, {highlight}, {highlight, mask}});
+    EXPECT_EQ(countVisible(), 0);
+}
+
+TEST_F(QuickEditsTest, HideWhatAMaskIsMovedTo)
+{
+    AnnotationItem before = mask;
+    before.rect.origin.x -= 600;
+    edit({{before}, {mask}});
+    EXPECT_EQ(countVisible(), 0);
 }
 
 // Two edits of one file in quick succession, again and again, while someone reads it
