@@ -66,19 +66,59 @@ std::variant<ImageFileHead, ImageError> readPngHead(std::string_view bytes)
     return checkedHead(ImageFileFormat::png, *width, *height);
 }
 
+struct PngChunk {
+    std::string_view name;
+    std::string_view content;
+};
+
+// Empty behind the last chunk, and for one that is cut off.
+std::optional<PngChunk> nextChunk(Reader& reader)
+{
+    constexpr std::size_t nameLength = 4, checksumLength = 4;
+    const auto length = reader.number(4);
+    if (!length)
+        return std::nullopt;
+    const std::string_view name = reader.text(nameLength);
+    const std::string_view content = reader.text(nameLength + *length);
+    if (!reader.skip(nameLength + *length + checksumLength))
+        return std::nullopt;
+    return PngChunk{name, content.substr(nameLength)};
+}
+
 bool isCompletePng(std::string_view bytes)
 {
     Reader reader(bytes);
     reader.skip(pngSignature.size());
-    while (const auto length = reader.number(4)) {
-        const bool isEnd = reader.text(4) == "IEND";
-        constexpr std::size_t nameAndChecksum = 8;
-        if (!reader.skip(*length + std::size_t{nameAndChecksum}))
-            return false;
-        if (isEnd)
+    while (const auto chunk = nextChunk(reader))
+        if (chunk->name == "IEND")
             return true;
-    }
     return false;
+}
+
+bool areNear(std::uint32_t value, std::uint32_t wanted, std::uint32_t tolerance)
+{
+    return value + tolerance >= wanted && value <= wanted + tolerance;
+}
+
+// Both count hundred-thousandths, as the file does.
+
+bool isGammaOfSrgb(std::string_view content)
+{
+    constexpr std::uint32_t wanted = 45455, tolerance = wanted / 20; // less cannot be told apart
+    const auto gamma = Reader(content).number(4);
+    return gamma && areNear(*gamma, wanted, tolerance);
+}
+
+bool arePrimariesOfSrgb(std::string_view content)
+{
+    constexpr std::uint32_t tolerance = 1000;
+    Reader reader(content);
+    for (const std::uint32_t wanted : {31270, 32900, 64000, 33000, 30000, 60000, 15000, 6000}) {
+        const auto value = reader.number(4);
+        if (!value || !areNear(*value, wanted, tolerance))
+            return false;
+    }
+    return true;
 }
 
 namespace marker {
@@ -174,6 +214,21 @@ std::variant<ImageFileHead, ImageError> readImageFileHead(std::string_view bytes
 bool isCompleteImageFile(std::string_view bytes, ImageFileFormat format)
 {
     return format == ImageFileFormat::png ? isCompletePng(bytes) : isCompleteJpeg(bytes);
+}
+
+bool isSrgbByItsGamma(std::string_view bytes)
+{
+    Reader reader(bytes);
+    reader.skip(pngSignature.size());
+    bool hasGamma = false;
+    for (auto chunk = nextChunk(reader); chunk && chunk->name != "IDAT";
+         chunk = nextChunk(reader)) {
+        if (chunk->name == "iCCP" || (chunk->name == "cHRM" && !arePrimariesOfSrgb(chunk->content)))
+            return false;
+        if (chunk->name == "gAMA")
+            hasGamma = isGammaOfSrgb(chunk->content);
+    }
+    return hasGamma;
 }
 
 } // namespace tallowbay::qt

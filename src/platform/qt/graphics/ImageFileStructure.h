@@ -19,4 +19,9 @@ std::variant<ImageFileHead, ImageError> readImageFileHead(std::string_view bytes
 // matter. Decoders alone do not tell: they fill what is missing with grey.
 bool isCompleteImageFile(std::string_view bytes, ImageFileFormat);
 
+// Whether a PNG says that it is sRGB in the way that is older than the chunk of that name: by a
+// gamma of 1/2.2, with sRGB's primaries or none. A real curve of 2.2 is darker in dark tones;
+// nobody who writes this means it, and no viewer shows it so.
+bool isSrgbByItsGamma(std::string_view png);
+
 } // namespace tallowbay::qt

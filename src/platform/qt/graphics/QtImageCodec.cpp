@@ -106,10 +106,12 @@ try {
     const auto format = std::get<ImageFileHead>(head).format;
     if (!isCompleteImageFile(bytes, format))
         return ImageError::damaged;
-    QImage image = inSrgb(MemoryReader(bytes, format).read());
+    QImage image = MemoryReader(bytes, format).read();
     if (image.isNull())
         return ImageError::damaged;
-    return bitmapOf(image);
+    if (format == ImageFileFormat::png && isSrgbByItsGamma(bytes))
+        image.setColorSpace(QColorSpace::SRgb);
+    return bitmapOf(inSrgb(std::move(image)));
 } catch (const std::bad_alloc&) {
     return ImageError::tooLarge;
 }

@@ -173,6 +173,80 @@ TEST_F(QtImageCodecTest, ConvertsProfilesOfPalettes)
     EXPECT_THAT(decoded(encoded(image, "png")).pixel(4, 4), IsNear(0xFFD75D1Fu, 4));
 }
 
+// A PNG with these chunks behind its head.
+std::string withChunks(const std::string& png, const std::string& chunks)
+{
+    constexpr std::size_t headEnd = 8 + 25;
+    return png.substr(0, headEnd) + chunks + png.substr(headEnd);
+}
+std::string gammaChunk(std::uint32_t gamma)
+{
+    return chunk("gAMA", bigEndian(gamma));
+}
+std::string primariesChunk(const std::vector<std::uint32_t>& values)
+{
+    std::string content;
+    for (const auto value : values)
+        content += bigEndian(value);
+    return chunk("cHRM", content);
+}
+const std::string srgbPrimaries =
+    primariesChunk({31270, 32900, 64000, 33000, 30000, 60000, 15000, 6000});
+const std::string adobePrimaries =
+    primariesChunk({31270, 32900, 64000, 33000, 21000, 71000, 15000, 6000});
+
+// Greys from black to white in steps of 17
+QImage ramp(QImage::Format format)
+{
+    QImage image(16, 1, QImage::Format_RGB32);
+    for (int x = 0; x < 16; ++x)
+        image.setPixel(x, 0, qRgb(x * 17, x * 17, x * 17));
+    return image.convertToFormat(format);
+}
+
+// Bug: such a picture came out darker in its dark tones than every other program shows it.
+TEST_F(QtImageCodecTest, TakesAGammaOf22ForSrgb)
+{
+    for (const auto format :
+         {QImage::Format_RGB32, QImage::Format_Grayscale8, QImage::Format_RGBA64}) {
+        const std::string png = encoded(ramp(format), "png");
+        const Bitmap expected = decoded(png);
+        for (const auto& chunks :
+             {gammaChunk(45455), gammaChunk(45455) + srgbPrimaries,
+              srgbPrimaries + gammaChunk(45000), gammaChunk(47000)})
+            EXPECT_EQ(decoded(withChunks(png, chunks)), expected) << chunks;
+    }
+}
+
+TEST_F(QtImageCodecTest, AppliesEveryOtherGamma)
+{
+    const std::string png = encoded(ramp(QImage::Format_RGB32), "png");
+    for (const auto& primaries : {std::string(), srgbPrimaries}) {
+        // 0.5333 of the full light is 193 in sRGB
+        const Bitmap linear = decoded(withChunks(png, gammaChunk(100000) + primaries));
+        EXPECT_THAT(linear.pixel(8, 0), IsNear(0xFFC1C1C1u, 2));
+        EXPECT_THAT(linear.pixel(1, 0), IsNear(0xFF494949u, 2));
+        // 0.5333 to the power of 1.8 is 0.3227, which is 154 in sRGB
+        const Bitmap old = decoded(withChunks(png, gammaChunk(55556) + primaries));
+        EXPECT_THAT(old.pixel(8, 0), IsNear(0xFF9A9A9Au, 2));
+    }
+}
+
+TEST_F(QtImageCodecTest, AppliesOtherPrimariesAndProfilesWhateverTheGamma)
+{
+    QImage image(8, 8, QImage::Format_RGB32);
+    image.fill(qRgb(100, 200, 50));
+    const std::string plain = encoded(image, "png");
+    // A green that sRGB does not have
+    const Bitmap wide = decoded(withChunks(plain, gammaChunk(45455) + adobePrimaries));
+    EXPECT_LT(wide.pixel(4, 4) >> 16 & 0xFF, 60u);
+
+    image.fill(QColor(200, 100, 50));
+    image.setColorSpace(QColorSpace(QColorSpace::DisplayP3));
+    const std::string profiled = withChunks(encoded(image, "png"), gammaChunk(45455));
+    EXPECT_THAT(decoded(profiled).pixel(4, 4), IsNear(0xFFD75D1Fu, 4));
+}
+
 TEST_F(QtImageCodecTest, TurnsAPictureAsItsOrientationSays)
 {
     // Left half dark, right half light, upper rows with red
