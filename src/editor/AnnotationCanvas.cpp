@@ -4,6 +4,7 @@
 #include "editor/AnnotationConstants.h"
 #include "editor/CanvasRenderer.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -15,6 +16,9 @@ constexpr KeyCode deleteKey = 51;
 
 constexpr Size textFieldSize{200, 24};
 constexpr double textFieldDrop = 10; // of the field's lower edge below the click
+
+// Readable on the field's ground over every picture, whatever the colour of the text.
+constexpr Color placeholderColor = Color::white(1, 0.85);
 
 Rect spannedBy(Point a, Point b)
 {
@@ -261,13 +265,23 @@ void AnnotationCanvas::keyDown(const KeyPress& key)
 
 void AnnotationCanvas::showTextField(Point point)
 {
-    textFieldLook = {
-        {{point.x, point.y - textFieldDrop}, textFieldSize},
-        annotationFont,
-        currentColor(Color::white(1)),
-        annotationTextBackground,
-        "Type here..."};
-    activeTextField = view.showTextField(textFieldLook);
+    textAnchor = point;
+    textColor = currentColor(Color::white(1));
+    activeTextField = view.showTextField(
+        {textFieldFrame(), annotationFont, textColor, annotationTextBackground, "Type here...",
+         placeholderColor});
+}
+
+// At the click, but inside of the canvas: what is typed must be readable.
+Rect AnnotationCanvas::textFieldFrame() const
+{
+    const auto within = [](double wanted, double length, double room) {
+        return std::max(std::min(wanted, room - length), 0.0);
+    };
+    return {
+        {within(textAnchor.x, textFieldSize.width, canvas.size.width),
+         within(textAnchor.y - textFieldDrop, textFieldSize.height, canvas.size.height)},
+        textFieldSize};
 }
 
 void AnnotationCanvas::commitTextIfNeeded()
@@ -275,11 +289,10 @@ void AnnotationCanvas::commitTextIfNeeded()
     if (!activeTextField)
         return;
     const std::string text = trimmed(activeTextField->text());
-    const Point anchor{textFieldLook.frame.origin.x, textFieldLook.frame.origin.y + textFieldDrop};
     activeTextField.reset();
     view.becomeFirstResponder();
     if (!text.empty())
-        add({AnnotationTool::text, {anchor, {0, 0}}, text, textFieldLook.textColor});
+        add({AnnotationTool::text, {textAnchor, {0, 0}}, text, textColor});
 }
 
 } // namespace tallowbay

@@ -46,6 +46,7 @@ struct TextFieldLook {
     Color textColor;
     Color background;
     std::string placeholder;
+    Color placeholderColor;
     bool operator==(const TextFieldLook&) const = default;
 };
 
@@ -134,13 +135,15 @@ private:
     void reportUpdate(std::size_t index);
     void add(AnnotationItem);
     Color currentColor(Color withoutWindow) const;
+    Rect textFieldFrame() const;
 
     AnnotationCanvasPort& view;
     const TextMeasurer& measurer;
     AnnotationCanvasDelegate* delegate = nullptr;
     CanvasState canvas;
     std::unique_ptr<InlineTextField> activeTextField;
-    TextFieldLook textFieldLook; // of the active field
+    Point textAnchor; // of the active field's item
+    Color textColor;
 };
 
 } // namespace tallowbay

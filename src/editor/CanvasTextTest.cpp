@@ -1,5 +1,7 @@
 #include "editor/CanvasFixture.h"
 
+#include <cmath>
+
 namespace tallowbay {
 namespace {
 
@@ -26,12 +28,12 @@ TEST_F(CanvasTextTest, OpensAFieldAtTheClick)
     canvas.mouseUp({70, 70});
     window.color = systemRed;
     canvas.mouseDown({200, 150});
-    const TextFieldLook expected{
-        {{200, 140}, {200, 24}},
-        {16, FontWeight::semibold},
-        systemRed,
-        {0, 0, 0, 0.6},
-        "Type here..."};
+    const TextFieldLook expected{{{200, 140}, {200, 24}},
+                                 {16, FontWeight::semibold},
+                                 systemRed,
+                                 {0, 0, 0, 0.6},
+                                 "Type here...",
+                                 {1, 1, 1, 0.85}};
     EXPECT_THAT(view.shownFields, ElementsAre(expected));
     EXPECT_TRUE(canvas.hasActiveTextField());
     EXPECT_EQ(canvas.state().selectedAnnotationIndex, std::nullopt);
@@ -110,6 +112,53 @@ TEST_F(CanvasTextTest, CommitsAnOpenFieldAtTheSecondClickAndOpensNoOther)
     EXPECT_THAT(window.added, ElementsAre(textAt({200, 150}, "hello")));
     EXPECT_FALSE(canvas.hasActiveTextField());
     EXPECT_EQ(view.shownFields.size(), 1u);
+}
+
+TEST_F(CanvasTextTest, KeepsTheFieldInsideOfTheCanvasAndTheTextAtTheClick)
+{
+    struct Row {
+        Point click, fieldOrigin;
+    };
+    for (const Row& row : {
+             Row{{400, 200}, {296, 190}},
+             Row{{200, 4}, {200, 0}},
+             Row{{200, 395}, {200, 372}},
+             Row{{490, 2}, {296, 0}},
+         }) {
+        canvas.setAnnotations({});
+        type(row.click, "a");
+        EXPECT_EQ(view.shownFields.back().frame, (Rect{row.fieldOrigin, {200, 24}}));
+        canvas.commitTextIfNeeded();
+        EXPECT_EQ(only().rect.origin, row.click);
+    }
+    canvas.setSize({120, 100});
+    type({90, 50}, "");
+    EXPECT_EQ(view.shownFields.back().frame, (Rect{{0, 40}, {200, 24}}));
+}
+
+// How bright a colour is, from 0 to 1, when it lies over a grey
+double luminance(Color color, double below)
+{
+    const auto part = [&](double value) {
+        const double mixed = value * color.alpha + below * (1 - color.alpha);
+        return mixed <= 0.03928 ? mixed / 12.92 : std::pow((mixed + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * part(color.red) + 0.7152 * part(color.green) + 0.0722 * part(color.blue);
+}
+
+TEST_F(CanvasTextTest, ShowsAPlaceholderThatIsReadableInEveryColourOverEveryPicture)
+{
+    for (const Color& color : swatchColorValues) {
+        window.color = color;
+        type({200, 150}, "");
+        canvas.commitTextIfNeeded();
+        const TextFieldLook& look = view.shownFields.back();
+        for (const double picture : {0.0, 0.5, 1.0}) {
+            const double ground = picture * (1 - look.background.alpha);
+            const double dark = luminance(look.background, picture);
+            EXPECT_GT((luminance(look.placeholderColor, ground) + 0.05) / (dark + 0.05), 4.5);
+        }
+    }
 }
 
 TEST_F(CanvasTextTest, MovesAnItemInsteadOfOpeningAFieldOnIt)

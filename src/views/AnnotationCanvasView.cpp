@@ -70,9 +70,6 @@ std::unique_ptr<InlineTextField> AnnotationCanvasView::showTextField(const TextF
 {
     auto* const edit = new InlineTextEdit(look, fonts, this);
     edit->committed = [this] { logic.textFieldCommitted(); };
-    const double top = height() - look.frame.maxY();
-    edit->setGeometry(
-        QRectF(look.frame.minX(), top, look.frame.size.width, look.frame.size.height).toRect());
     edit->show();
     edit->setFocus();
     return std::make_unique<ShownTextField>(edit);

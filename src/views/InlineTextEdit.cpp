@@ -3,12 +3,25 @@
 #include "platform/qt/graphics/QtColor.h"
 
 #include <QKeyEvent>
+#include <QRegularExpression>
+#include <QValidator>
 
 namespace tallowbay::views {
 
 namespace {
 
-constexpr float placeholderAlpha = 0.5F;
+// Whatever comes in, by key, paste, drop or input method, stays one line: a break becomes a blank.
+class OneLine final : public QValidator {
+public:
+    using QValidator::QValidator;
+    State validate(QString& text, int&) const override
+    {
+        static const QRegularExpression breaks(
+            QStringLiteral("\\r\\n|[\\n\\r\\v\\f\\x{85}\\x{2028}\\x{2029}]"));
+        text.replace(breaks, QStringLiteral(" "));
+        return Acceptable;
+    }
+};
 
 } // namespace
 
@@ -17,18 +30,23 @@ InlineTextEdit::InlineTextEdit(
     : QLineEdit(parent)
 {
     setObjectName(QStringLiteral("annotationTextField"));
-    setFrame(false);
+    QLineEdit::setFrame(false);
+    setValidator(new OneLine(this));
     setAttribute(Qt::WA_MacShowFocusRect, false);
     setFont(fonts.scaled(look.font).font);
     setPlaceholderText(QString::fromStdString(look.placeholder));
     QPalette colors = palette();
-    const QColor text = qt::qtColor(look.textColor);
-    QColor faint = text;
-    faint.setAlphaF(placeholderAlpha);
     colors.setColor(QPalette::Base, qt::qtColor(look.background));
-    colors.setColor(QPalette::Text, text);
-    colors.setColor(QPalette::PlaceholderText, faint);
+    colors.setColor(QPalette::Text, qt::qtColor(look.textColor));
+    colors.setColor(QPalette::PlaceholderText, qt::qtColor(look.placeholderColor));
     setPalette(colors);
+    setFrame(look.frame);
+}
+
+void InlineTextEdit::setFrame(const Rect& frame)
+{
+    const double top = parentWidget()->height() - frame.maxY();
+    setGeometry(QRectF(frame.minX(), top, frame.size.width, frame.size.height).toRect());
 }
 
 void InlineTextEdit::keyPressEvent(QKeyEvent* event)

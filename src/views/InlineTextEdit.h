@@ -13,11 +13,15 @@ class InlineTextEdit final : public QLineEdit {
 public:
     InlineTextEdit(const TextFieldLook&, const qt::GraphicsFonts&, QWidget* parent);
 
+    // In points of the canvas, which is the parent.
+    void setFrame(const Rect&);
+
     // Return was pressed. May take the field away.
     std::function<void()> committed;
 
 protected:
     void keyPressEvent(QKeyEvent*) override;
+    bool focusNextPrevChild(bool) override { return false; } // Tab would leave it behind, open
 };
 
 } // namespace tallowbay::views
