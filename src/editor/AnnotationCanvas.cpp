@@ -45,6 +45,8 @@ void AnnotationCanvas::setSize(Size size)
 void AnnotationCanvas::setBackgroundImage(Image image)
 {
     canvas.backgroundImage = std::move(image);
+    if (!canvas.backgroundImage)
+        canvas.endNewShape(); // the end of the drag will not be heard
     view.redraw();
 }
 
@@ -93,7 +95,8 @@ std::optional<HandleHit> AnnotationCanvas::hitTestResizeHandle(Point point) cons
 void AnnotationCanvas::resizeAnnotation(std::size_t index, ResizeHandle handle, Point to)
 {
     Rect& rect = checkedAt(canvas.annotations, index).rect;
-    rect = resizedRect(rect, handle, to);
+    rect = resizedRect(canvas.resizedFrom.value_or(rect), handle, to);
+    view.redraw();
     reportChange();
 }
 
@@ -101,30 +104,38 @@ void AnnotationCanvas::mouseDown(Point point)
 {
     if (!canvas.backgroundImage || !delegate)
         return;
-    if (const auto grip = hitTestResizeHandle(point)) {
-        canvas.resizingIndex = grip->index;
-        canvas.resizeHandle = grip->handle;
-    } else if (const auto index = hitTestAnnotation(point)) {
-        beginMoving(*index, point);
-    } else {
-        mouseDownOnEmptyCanvas(point);
+    if (activeTextField) {
+        // The click takes the keyboard from the field. On empty canvas it does nothing more.
+        const bool isOnItem = hitTestResizeHandle(point) || hitTestAnnotation(point);
+        commitTextIfNeeded();
+        if (!isOnItem && delegate->selectedTool() == AnnotationTool::text)
+            return;
     }
+    if (const auto grip = hitTestResizeHandle(point))
+        beginResizing(*grip);
+    else if (const auto index = hitTestAnnotation(point))
+        beginMoving(*index, point);
+    else
+        mouseDownOnEmptyCanvas(point);
 }
 
 void AnnotationCanvas::mouseDownOnEmptyCanvas(Point point)
 {
-    const bool wantsText = delegate->selectedTool() == AnnotationTool::text;
-    if (wantsText && activeTextField) {
-        commitTextIfNeeded();
-        return;
-    }
     clearSelection();
-    if (wantsText) {
+    if (delegate->selectedTool() == AnnotationTool::text) {
         showTextField(point);
     } else {
         canvas.dragStart = point;
         canvas.liveRect = Rect{};
     }
+}
+
+void AnnotationCanvas::beginResizing(const HandleHit& grip)
+{
+    canvas.resizingIndex = grip.index;
+    canvas.resizeHandle = grip.handle;
+    canvas.resizedFrom = canvas.annotations[grip.index].rect;
+    view.redraw();
 }
 
 void AnnotationCanvas::beginMoving(std::size_t index, Point point)
@@ -165,6 +176,7 @@ void AnnotationCanvas::moveBy(Point distance)
     Rect& rect = checkedAt(canvas.annotations, *canvas.movingIndex).rect;
     rect.origin.x += distance.x;
     rect.origin.y += distance.y;
+    view.redraw();
     reportChange();
 }
 
@@ -172,20 +184,23 @@ void AnnotationCanvas::mouseUp(Point point)
 {
     if (!canvas.backgroundImage)
         return;
-    if (const auto index = std::exchange(canvas.resizingIndex, std::nullopt)) {
-        canvas.resizeHandle.reset();
+    // What only the gesture has shown, handles or a preview, is to go.
+    if (const auto index = canvas.resizingIndex) {
+        canvas.endResize();
+        view.redraw();
         reportUpdate(*index);
         return;
     }
-    if (const auto index = std::exchange(canvas.movingIndex, std::nullopt)) {
-        canvas.moveLastPoint.reset();
+    if (const auto index = canvas.movingIndex) {
+        canvas.endMove();
         view.setCursor(CanvasCursor::openHand);
+        view.redraw();
         reportUpdate(*index);
         return;
     }
     const auto made = draggedOutItem(point);
-    canvas.liveRect.reset();
-    canvas.dragStart.reset();
+    if (canvas.endNewShape())
+        view.redraw();
     if (made)
         add(*made);
 }
@@ -217,7 +232,6 @@ std::optional<AnnotationItem> AnnotationCanvas::draggedOutItem(Point end) const
 
 void AnnotationCanvas::reportChange()
 {
-    view.redraw();
     if (delegate)
         delegate->annotationsChanged(std::vector(canvas.annotations));
 }

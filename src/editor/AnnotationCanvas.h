@@ -116,7 +116,8 @@ public:
     std::optional<std::size_t> hitTestAnnotation(Point) const;
     std::optional<HandleHit> hitTestResizeHandle(Point) const;
 
-    // An index outside of the list stops the process.
+    // Throughout a drag of a handle the rectangle at its beginning is the one that is resized. An
+    // index outside of the list stops the process.
     void resizeAnnotation(std::size_t index, ResizeHandle, Point);
 
     void showTextField(Point);
@@ -128,6 +129,7 @@ public:
 
 private:
     void mouseDownOnEmptyCanvas(Point);
+    void beginResizing(const HandleHit&);
     void beginMoving(std::size_t index, Point);
     void moveBy(Point);
     std::optional<AnnotationItem> draggedOutItem(Point end) const;

@@ -89,6 +89,8 @@ void drawDecorations(GraphicsContext& context, const CanvasState& state, std::si
 void drawLiveShape(GraphicsContext& context, const CanvasState& state, const LivePreview& preview)
 {
     const Rect live = *state.liveRect;
+    if (live.size == Size{})
+        return; // the mouse has not moved
     const Point end{live.origin.x + live.size.width, live.origin.y + live.size.height};
     switch (preview.tool) {
     case AnnotationTool::highlight:

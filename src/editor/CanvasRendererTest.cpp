@@ -109,6 +109,20 @@ TEST_F(CanvasRendererTest, DrawsItemsFromTheFirstToTheLast)
             HasSubstr("fill rect(1 2 3 4)"), HasSubstr("text"), HasSubstr("fill rect(7 8 9 10)")));
 }
 
+TEST_F(CanvasRendererTest, DrawsLaterItemsOverTheDecorationsOfLowerOnes)
+{
+    const AnnotationItem above = highlightAt({{30, 30}, {20, 20}}, systemRed);
+    for (const AnnotationItem& below :
+         {highlightAt({{10, 20}, {100, 50}}), blurAt({{10, 20}, {100, 50}}),
+          arrowAt({{10, 20}, {100, 50}}), textAt({10, 20}, "a b")}) {
+        CanvasState state;
+        state.annotations = {below, above};
+        state.selectedAnnotationIndex = 0;
+        state.hoveredIndex = 0;
+        EXPECT_EQ(drawnState(state), drawnItem(below, true, true) + drawnItem(above));
+    }
+}
+
 TEST_F(CanvasRendererTest, LeavesTheCompositingOperationOfTheContextAlone)
 {
     canvas.setAnnotations({highlightAt({{1, 2}, {3, 4}}), blurAt({{1, 2}, {3, 4}})});
@@ -337,6 +351,14 @@ TEST_F(CanvasRendererTest, PreviewsAnArrowFromTheStartOfTheDrag)
         drawnLive(AnnotationTool::arrow, {{10, 20}, {-60, 30}}),
         drawnItem(arrowAt({{10, 20}, {-60, 30}})));
     EXPECT_THAT(drawnLive(AnnotationTool::arrow, {{10, 20}, {-60, 30}}, std::nullopt), IsEmpty());
+}
+
+TEST_F(CanvasRendererTest, PreviewsNoShapeWithoutASize)
+{
+    for (const auto tool : annotationTools)
+        EXPECT_THAT(drawnLive(tool, {}), IsEmpty());
+    EXPECT_EQ(drawnLive(AnnotationTool::arrow, {{10, 20}, {0, 30}}).size(), 2u);
+    EXPECT_EQ(drawnLive(AnnotationTool::arrow, {{10, 20}, {30, 0}}).size(), 2u);
 }
 
 TEST_F(CanvasRendererTest, PreviewsABlurWithAThinRedOutline)

@@ -2,6 +2,8 @@
 
 #include "base/Fatal.h"
 
+#include <utility>
+
 namespace tallowbay {
 
 namespace {
@@ -16,28 +18,44 @@ void follow(std::optional<std::size_t>& index, std::size_t removed)
 
 } // namespace
 
+bool CanvasState::endNewShape()
+{
+    liveRect.reset();
+    return std::exchange(dragStart, std::nullopt).has_value();
+}
+
+void CanvasState::endResize()
+{
+    resizingIndex.reset();
+    resizeHandle.reset();
+    resizedFrom.reset();
+}
+
+void CanvasState::endMove()
+{
+    movingIndex.reset();
+    moveLastPoint.reset();
+}
+
 void CanvasState::replaceAnnotations(std::vector<AnnotationItem> items)
 {
     annotations = std::move(items);
-    movingIndex.reset();
-    moveLastPoint.reset();
-    resizingIndex.reset();
-    resizeHandle.reset();
+    endMove();
+    endResize();
     hoveredIndex.reset();
     selectedAnnotationIndex.reset();
 }
 
-AnnotationItem CanvasState::removeAnnotation(std::size_t index)
+void CanvasState::removeAnnotation(std::size_t index)
 {
-    AnnotationItem removed = checkedAt(annotations, index);
+    checkedAt(annotations, index);
     annotations.erase(annotations.begin() + static_cast<std::ptrdiff_t>(index));
     for (auto* stored : {&movingIndex, &resizingIndex, &hoveredIndex, &selectedAnnotationIndex})
         follow(*stored, index);
     if (!movingIndex)
-        moveLastPoint.reset();
+        endMove();
     if (!resizingIndex)
-        resizeHandle.reset();
-    return removed;
+        endResize();
 }
 
 } // namespace tallowbay

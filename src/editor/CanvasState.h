@@ -33,6 +33,7 @@ struct CanvasState {
     std::optional<Point> moveLastPoint;
     std::optional<std::size_t> resizingIndex;
     std::optional<ResizeHandle> resizeHandle;
+    std::optional<Rect> resizedFrom; // the item's rectangle when the resize began
     std::optional<std::size_t> hoveredIndex;
     std::optional<std::size_t> selectedAnnotationIndex;
 
@@ -43,12 +44,17 @@ struct CanvasState {
     }
     bool isSelected(std::size_t index) const { return selectedAnnotationIndex == index; }
 
+    // Ends the gesture that makes a new shape. True if there was one.
+    bool endNewShape();
+    void endResize();
+    void endMove();
+
     // Other items: no index and no gesture of the old ones survives.
     void replaceAnnotations(std::vector<AnnotationItem>);
 
     // Indices that lie behind the item follow it down; those of the item itself go, and its gesture
     // with them. An index outside of the list stops the process.
-    AnnotationItem removeAnnotation(std::size_t index);
+    void removeAnnotation(std::size_t index);
 };
 
 } // namespace tallowbay

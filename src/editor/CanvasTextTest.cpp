@@ -114,6 +114,32 @@ TEST_F(CanvasTextTest, CommitsAnOpenFieldAtTheSecondClickAndOpensNoOther)
     EXPECT_EQ(view.shownFields.size(), 1u);
 }
 
+// Bug: the field stayed open without the keyboard, and Delete removed the item that was clicked.
+TEST_F(CanvasTextTest, CommitsAnOpenFieldAtAClickOnAnItemOrAHandle)
+{
+    const auto item = highlightAt({{300, 250}, {100, 80}});
+    for (const Point place : {Point{350, 300}, Point{300, 250}}) {
+        window.added.clear();
+        canvas.setAnnotations({item});
+        type({100, 150}, "hello");
+        canvas.mouseDown(place);
+        EXPECT_THAT(window.added, ElementsAre(textAt({100, 150}, "hello")));
+        EXPECT_FALSE(canvas.hasActiveTextField());
+        EXPECT_EQ(canvas.state().isActive(0), true);
+        canvas.mouseUp(place);
+    }
+}
+
+TEST_F(CanvasTextTest, CommitsAnOpenFieldBeforeAShapeIsDrawn)
+{
+    type({100, 150}, "hello");
+    window.tool = AnnotationTool::highlight;
+    drag({300, 250}, {400, 330});
+    EXPECT_THAT(
+        window.added,
+        ElementsAre(textAt({100, 150}, "hello"), highlightAt({{300, 250}, {100, 80}})));
+}
+
 TEST_F(CanvasTextTest, KeepsTheFieldInsideOfTheCanvasAndTheTextAtTheClick)
 {
     struct Row {

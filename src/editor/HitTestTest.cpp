@@ -135,6 +135,12 @@ TEST_F(HitTestTest, ResizesByThisTable)
     for (const Row& row : rows)
         EXPECT_EQ(resizedRect(old, row.handle, {5, 7}), row.expected)
             << static_cast<int>(row.handle);
+    // The same edges, with a negative height; an arrow there runs from (10, 80) to (40, 20).
+    const Rect down{{10, 80}, {30, -60}};
+    for (const Row& row : std::vector(rows.begin() + 2, rows.end())) // without the arrow's
+        EXPECT_EQ(resizedRect(down, row.handle, {5, 7}), row.expected);
+    EXPECT_EQ(resizedRect(down, ResizeHandle::arrowStart, {5, 7}), (Rect{{5, 7}, {35, 13}}));
+    EXPECT_EQ(resizedRect(down, ResizeHandle::arrowEnd, {5, 7}), (Rect{{10, 80}, {-5, -73}}));
 }
 
 } // namespace
