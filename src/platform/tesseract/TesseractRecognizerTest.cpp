@@ -2,7 +2,7 @@
 
 #include "platform/contract/TextRecognizerContract.h"
 #include "platform/headless/VirtualTime.h"
-#include "platform/tesseract/DrawnText.h"
+#include "platform/tesseract/TestText.h"
 #include "support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>

@@ -1,6 +1,6 @@
 #include "platform/tesseract/TextLines.h"
 
-#include "platform/tesseract/DrawnText.h"
+#include "platform/tesseract/TestText.h"
 #include "platform/tesseract/Ink.h"
 
 #include <gtest/gtest.h>
