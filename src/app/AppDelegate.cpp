@@ -20,6 +20,12 @@ StatusButton makeStatusButton(const Resources& resources)
     return {{}, 0, "TB"};
 }
 
+// The windows of these commands are still to come.
+bool isAvailable(Command command)
+{
+    return command != Command::open && command != Command::settings && command != Command::about;
+}
+
 MenuItem makeItem(std::string title, std::function<void()> action)
 {
     MenuItem item;
@@ -30,18 +36,14 @@ MenuItem makeItem(std::string title, std::function<void()> action)
 
 } // namespace
 
-AppDelegate::AppDelegate(const Platform& platform, Windows windows)
+AppDelegate::AppDelegate(const Platform& platform, Views& views)
     : platform(platform)
-    , windows(std::move(windows))
+    , views(views)
     , location(platform.defaults, platform.fileSystem, platform.desktop)
-    , toastPresenter(
-          platform.dispatch, platform.screens, platform.textMeasurer, platform.toastViews)
+    , toastPresenter(platform.dispatch, platform.screens, platform.textMeasurer, views)
     , toasts(platform.defaults.standard(), toastPresenter)
     , pasteWatcher(platform, [this] { screenshotBatch.handlePaste(); })
-    , screenshotBatch(
-          platform, toasts,
-          {[this] { pasteWatcher.firePaste(); },
-           [this] { return this->windows.annotationWindow(); }})
+    , screenshotBatch(platform, toasts, editorSlot, [this] { pasteWatcher.firePaste(); })
     , ocrTrigger(platform, toasts, screenshotBatch)
     , watcher(platform, location)
     , hotkeyCenter(platform.hotkeys, platform.defaults.standard(), hotkeyActions())
@@ -49,10 +51,8 @@ AppDelegate::AppDelegate(const Platform& platform, Windows windows)
           {platform.dispatch, platform.clock, platform.fileSystem, platform.defaults.standard(),
            location},
           [this](const auto& expired) { forgetExpired(expired); })
-    , locationPoll(
-          platform, location, watcher, [this] { return this->windows.onboardingVisible(); })
-    , outputFolderWatcher(
-          platform, screenshotBatch, [this] { return this->windows.annotationWindow(); })
+    , locationPoll(platform, location, watcher, [this] { return onboardingVisible(); })
+    , outputFolderWatcher(platform, screenshotBatch, editorSlot)
 {
 }
 
@@ -63,8 +63,18 @@ void AppDelegate::applicationDidFinishLaunching()
     setupMenuBar();
     if (boolValue(platform.defaults.standard(), "onboardingCompleted", false))
         startMainFeatures();
-    else if (windows.showSetupFlow)
-        windows.showSetupFlow(lifetime.guard([this] { startMainFeatures(); }));
+    else
+        showSetupFlow();
+}
+
+void AppDelegate::showSetupFlow()
+{
+    onboardingWindow = std::make_unique<OnboardingWindow>(platform, views);
+    onboardingWindow->onCompleted = [this] {
+        onboardingWindow.reset();
+        startMainFeatures();
+    };
+    onboardingWindow->show();
 }
 
 void AppDelegate::startMainFeatures()
@@ -96,15 +106,9 @@ void AppDelegate::applicationWillTerminate()
     hotkeyCenter.stop();
 }
 
-void AppDelegate::openAnnotationWindow(bool showSettings)
-{
-    if (windows.openAnnotationWindow)
-        windows.openAnnotationWindow(showSettings);
-}
-
 CommandResult AppDelegate::perform(Command command)
 {
-    if (!has(command))
+    if (!isAvailable(command))
         return CommandResult::unavailable;
     const bool inMenu = command == Command::settings || command == Command::about
         || command == Command::quit; // and the menu is there from the start
@@ -114,46 +118,35 @@ CommandResult AppDelegate::perform(Command command)
     return CommandResult::done;
 }
 
-bool AppDelegate::has(Command command) const
-{
-    if (command == Command::about)
-        return static_cast<bool>(windows.openAbout);
-    const bool inEditor = command == Command::open || command == Command::settings;
-    return !inEditor || windows.openAnnotationWindow;
-}
-
 void AppDelegate::carryOut(Command command)
 {
     switch (command) {
-    case Command::open:
-        return openAnnotationWindow(false);
     case Command::ocr:
         return triggerOCR();
     case Command::undo:
         return screenshotBatch.undoLastScreenshot();
     case Command::clear:
         return screenshotBatch.clearAllScreenshots();
-    case Command::settings:
-        return openAnnotationWindow(true);
-    case Command::about:
-        return windows.openAbout();
     case Command::quit:
         return platform.application.terminate();
+    case Command::open:
+    case Command::settings:
+    case Command::about:
+        return;
     }
 }
 
 HotkeyCenter::Actions AppDelegate::hotkeyActions()
 {
     return {
-        [this] { triggerOCR(); }, [this] { openAnnotationWindow(false); },
-        [this] { screenshotBatch.undoLastScreenshot(); },
-        [this] { screenshotBatch.clearAllScreenshots(); }};
+        [this] { carryOut(Command::ocr); }, [this] { carryOut(Command::open); },
+        [this] { carryOut(Command::undo); }, [this] { carryOut(Command::clear); }};
 }
 
 void AppDelegate::forgetExpired(const AutomaticCleanup::Paths& expired)
 {
-    if (EditorStrip* editor = windows.annotationWindow())
-        editor->removeExpiredURLs(expired);
+    if (EditorStrip* strip = editorSlot.strip())
+        strip->removeExpiredURLs(expired);
     screenshotBatch.forget(expired);
 }
 
@@ -165,23 +158,25 @@ void AppDelegate::setupMenuBar()
 
 Menu AppDelegate::makeMenu()
 {
-    MenuItem settings = makeItem("Settings", nullptr);
-    if (windows.openAnnotationWindow)
-        settings.action = [this] { windows.openAnnotationWindow(true); };
-    MenuItem about = makeItem("About Tallowbay", nullptr);
-    if (windows.openAbout)
-        about.action = [this] { windows.openAbout(); };
-    MenuItem quit = makeItem("Quit", [this] { platform.application.terminate(); });
+    MenuItem quit = makeRow("Quit", Command::quit);
     quit.keyEquivalent = "q";
     quit.symbol = "xmark";
     return {
         makeItem("Tallowbay is running", nullptr),
         MenuItem::makeSeparator(),
-        settings,
-        about,
+        makeRow("Settings", Command::settings),
+        makeRow("About Tallowbay", Command::about),
         makeItem("Check for Updates...", [this] { platform.updater.checkForUpdates(); }),
         MenuItem::makeSeparator(),
         quit};
+}
+
+// Disabled where the command is not available.
+MenuItem AppDelegate::makeRow(std::string title, Command command)
+{
+    if (!isAvailable(command))
+        return makeItem(std::move(title), nullptr);
+    return makeItem(std::move(title), [this, command] { carryOut(command); });
 }
 
 } // namespace tallowbay

@@ -8,19 +8,21 @@
 #include "app/PasteWatcher.h"
 #include "app/ScreenshotBatch.h"
 #include "app/ScreenshotWatcher.h"
-#include "base/Lifetime.h"
 #include "capture/ScreenshotLocation.h"
+#include "editor/EditorSlot.h"
 #include "hotkeys/HotkeyCenter.h"
+#include "onboarding/OnboardingWindow.h"
 #include "platform/Menu.h"
 #include "platform/Platform.h"
 #include "platform/StatusBar.h"
 #include "ui/ToastGate.h"
 #include "ui/ToastWindow.h"
 
-#include <functional>
 #include <memory>
 
 namespace tallowbay {
+
+class Views;
 
 // The application object of a program that lives in the menu bar or tray: owns every long-lived
 // piece, decides the order in which they start and stop, and builds the menu.
@@ -28,21 +30,7 @@ namespace tallowbay {
 // Thread: main queue; lives as long as the main loop runs.
 class AppDelegate {
 public:
-    // The windows that the application opens. One that is missing has its menu row disabled.
-    struct Windows {
-        std::function<void(bool showSettings)> openAnnotationWindow;
-        std::function<void()> openAbout;
-
-        // Opens the first-run window; calls the completion once, on the main queue, when the user
-        // is done with it.
-        std::function<void(std::function<void()> completion)> showSetupFlow;
-        std::function<bool()> onboardingVisible = [] { return false; };
-
-        // The strip of the editor; null until it is opened for the first time.
-        std::function<EditorStrip*()> annotationWindow = [] { return nullptr; };
-    };
-
-    AppDelegate(const Platform&, Windows);
+    AppDelegate(const Platform&, Views&);
     ~AppDelegate();
 
     void applicationDidFinishLaunching();
@@ -56,9 +44,6 @@ public:
     // Starts the pipeline; a second call does nothing.
     void startMainFeatures();
 
-    // Opens the editor, or brings it to the front; nothing if there is no editor.
-    void openAnnotationWindow(bool showSettings);
-
     // Extracts the text of a region that the user selects.
     void triggerOCR() { ocrTrigger.triggerOCR(); }
 
@@ -67,20 +52,25 @@ public:
 
     ScreenshotBatch& batch() { return screenshotBatch; }
 
+    EditorSlot& editor() { return editorSlot; }
+
     HotkeyCenter& hotkeys() { return hotkeyCenter; }
 
 private:
-    bool has(Command) const;
+    void showSetupFlow();
+    bool onboardingVisible() const { return onboardingWindow && onboardingWindow->visible(); }
     void carryOut(Command);
     HotkeyCenter::Actions hotkeyActions();
     void forgetExpired(const AutomaticCleanup::Paths&);
     Menu makeMenu();
+    MenuItem makeRow(std::string title, Command);
 
     const Platform platform;
-    Windows windows;
+    Views& views;
     ScreenshotLocation location;
     ToastPresenter toastPresenter;
     ToastGate toasts;
+    EditorSlot editorSlot;
     PasteWatcher pasteWatcher;
     ScreenshotBatch screenshotBatch;
     OCRTrigger ocrTrigger;
@@ -90,8 +80,8 @@ private:
     LocationPoll locationPoll;
     OutputFolderWatcher outputFolderWatcher;
     std::unique_ptr<StatusItem> statusItem;
+    std::unique_ptr<OnboardingWindow> onboardingWindow; // until the setup is done
     bool mainFeaturesStarted = false;
-    Lifetime lifetime;
 };
 
 } // namespace tallowbay

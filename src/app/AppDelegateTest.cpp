@@ -2,6 +2,7 @@
 
 #include "app/TestEditorStrip.h"
 #include "platform/headless/Desktop.h"
+#include "views/headless/HeadlessViews.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -26,19 +27,6 @@ protected:
             desktop.files.create(arguments.at(3), "small");
             return 0;
         });
-    }
-
-    AppDelegate::Windows windows()
-    {
-        AppDelegate::Windows windows;
-        windows.openAnnotationWindow = [this](bool settings) { opened.push_back(settings); };
-        windows.openAbout = [this] { ++abouts; };
-        windows.annotationWindow = [this] { return strip.get(); };
-        windows.showSetupFlow = [this](std::function<void()> done) {
-            ++setupFlows;
-            completeSetup = std::move(done);
-        };
-        return windows;
     }
 
     void launch(bool onboarded = true)
@@ -66,6 +54,13 @@ protected:
         desktop.dispatch.runMain();
     }
 
+    bool setupIsShown() const
+    {
+        return !views.onboardingWindows.empty() && views.onboardingWindows.back()->onScreen;
+    }
+
+    void completeSetup() { views.onboardingWindows.back()->logic->startTapped(); }
+
     void press(const std::string& title)
     {
         for (const MenuItem& item : desktop.statusBar.items.front().menu) {
@@ -75,18 +70,15 @@ protected:
     }
 
     headless::Desktop desktop;
-    std::vector<bool> opened;
-    int abouts = 0;
-    int setupFlows = 0;
-    std::unique_ptr<TestEditorStrip> strip; // null until the editor is opened
-    std::function<void()> completeSetup;
-    std::unique_ptr<AppDelegate> app = std::make_unique<AppDelegate>(desktop.platform(), windows());
+    headless::HeadlessViews views{desktop.dispatch};
+    TestEditorStrip strip;
+    std::unique_ptr<AppDelegate> app = std::make_unique<AppDelegate>(desktop.platform(), views);
 };
 
 TEST_F(AppDelegateTest, StartsItsWatchersAtLaunchOnceTheUserIsThroughTheSetup)
 {
     launch();
-    EXPECT_EQ(setupFlows, 0);
+    EXPECT_FALSE(setupIsShown());
     EXPECT_EQ(desktop.fileEvents.running().size(), 1u);
     EXPECT_TRUE(desktop.keyTap.running());
     EXPECT_EQ(desktop.folderEvents.runningCount(), 1u);
@@ -95,7 +87,7 @@ TEST_F(AppDelegateTest, StartsItsWatchersAtLaunchOnceTheUserIsThroughTheSetup)
 TEST_F(AppDelegateTest, ShowsTheSetupFirstAndProcessesNothingUntilItIsDone)
 {
     launch(false);
-    EXPECT_EQ(setupFlows, 1);
+    EXPECT_TRUE(setupIsShown());
     EXPECT_EQ(desktop.statusBar.items.size(), 1u);
     screenshot("Screenshot 1.png");
     EXPECT_THAT(desktop.pasteboard.files, IsEmpty());
@@ -109,7 +101,7 @@ TEST_F(AppDelegateTest, ShowsTheSetupFirstAndProcessesNothingUntilItIsDone)
 TEST_F(AppDelegateTest, TakesAnAbsentKeyForASetupThatIsNotDone)
 {
     app->applicationDidFinishLaunching();
-    EXPECT_EQ(setupFlows, 1);
+    EXPECT_TRUE(setupIsShown());
 }
 
 TEST_F(AppDelegateTest, StartsTheMainFeaturesOnce)
@@ -123,12 +115,33 @@ TEST_F(AppDelegateTest, StartsTheMainFeaturesOnce)
     EXPECT_EQ(desktop.dispatch.timerCount(), 2u); // the cleanup and the location poll
 }
 
-TEST_F(AppDelegateTest, MayBeGoneWhenTheSetupCompletes)
+TEST_F(AppDelegateTest, TakesTheSetupOffTheScreenOnceItIsDone)
+{
+    launch(false);
+    completeSetup();
+    EXPECT_FALSE(setupIsShown());
+    EXPECT_FALSE(views.onboardingWindows.back()->alive);
+}
+
+TEST_F(AppDelegateTest, TakesTheSetupAlongWhenItEnds)
 {
     launch(false);
     app.reset();
-    completeSetup();
-    EXPECT_FALSE(desktop.keyTap.running());
+    EXPECT_FALSE(setupIsShown());
+}
+
+// The setup shows by itself whether screenshots go to the clipboard.
+TEST_F(AppDelegateTest, DoesNotWarnOfTheClipboardTargetWhileTheSetupIsShown)
+{
+    desktop.defaults.open(screenshotPreferences)->set("target", {"clipboard"});
+    launch(false);
+    app->startMainFeatures();
+    desktop.dispatch.advance(500ms);
+    EXPECT_FALSE(desktop.alerts.open());
+
+    views.onboardingWindows.back()->logic->windowClosed();
+    desktop.dispatch.advance(500ms);
+    EXPECT_TRUE(desktop.alerts.open());
 }
 
 TEST_F(AppDelegateTest, BringsScreenshotsTogetherInOnePaste)
@@ -224,13 +237,6 @@ TEST_F(AppDelegateTest, ClearsTheBatchByHotkey)
     EXPECT_THAT(app->batch().urls(), IsEmpty());
 }
 
-TEST_F(AppDelegateTest, OpensTheEditorWithoutTheSettingsByHotkey)
-{
-    launch();
-    pressHotkey(49, 0x800);
-    EXPECT_THAT(opened, ElementsAre(false));
-}
-
 TEST_F(AppDelegateTest, ExtractsTextByHotkeyAndHoldsTheBatchMeanwhile)
 {
     desktop.processes.install(desktop.tools.screencapture, [this](const Arguments& arguments) {
@@ -258,17 +264,17 @@ TEST_F(AppDelegateTest, DoesNothingByHotkeyWhileOneIsRecorded)
     app->hotkeys().isRecordingHotkey = true;
     for (const auto& registration : desktop.hotkeys.registered())
         pressHotkey(registration.combination.first, registration.combination.second);
-    EXPECT_THAT(opened, IsEmpty());
     EXPECT_EQ(desktop.dispatch.backgroundCount(), 0u); // where text is extracted
     EXPECT_EQ(desktop.pasteboard.files.size(), 1u);
 }
 
 TEST_F(AppDelegateTest, DoesNothingByHotkeyWhereTheEditorIsMissing)
 {
-    app = std::make_unique<AppDelegate>(desktop.platform(), AppDelegate::Windows{});
     launch();
+    screenshot("Screenshot 1.png");
     pressHotkey(49, 0x800);
-    EXPECT_THAT(opened, IsEmpty());
+    EXPECT_EQ(app->batch().urls().size(), 1u);
+    EXPECT_EQ(desktop.pasteboard.files.size(), 1u);
 }
 
 // Commands.
@@ -282,11 +288,6 @@ TEST_F(AppDelegateTest, DoesWhatOthersAskFor)
     EXPECT_EQ(desktop.pasteboard.files.size(), 2u);
     EXPECT_EQ(app->perform(Command::clear), CommandResult::done);
     EXPECT_THAT(desktop.pasteboard.files, IsEmpty());
-    EXPECT_EQ(app->perform(Command::open), CommandResult::done);
-    EXPECT_EQ(app->perform(Command::settings), CommandResult::done);
-    EXPECT_THAT(opened, ElementsAre(false, true));
-    EXPECT_EQ(app->perform(Command::about), CommandResult::done);
-    EXPECT_EQ(abouts, 1);
     EXPECT_EQ(app->perform(Command::ocr), CommandResult::done);
     EXPECT_EQ(desktop.dispatch.backgroundCount(), 1u); // where text is extracted
     EXPECT_EQ(app->perform(Command::quit), CommandResult::done);
@@ -296,7 +297,6 @@ TEST_F(AppDelegateTest, DoesWhatOthersAskFor)
 
 TEST_F(AppDelegateTest, SaysWhichCommandsItLacks)
 {
-    app = std::make_unique<AppDelegate>(desktop.platform(), AppDelegate::Windows{});
     launch();
     for (const Command command : {Command::open, Command::settings, Command::about})
         EXPECT_EQ(app->perform(command), CommandResult::unavailable);
@@ -306,14 +306,13 @@ TEST_F(AppDelegateTest, SaysWhichCommandsItLacks)
 TEST_F(AppDelegateTest, DoesDuringTheSetupWhatItsMenuDoes)
 {
     launch(false);
-    for (const Command command : {Command::open, Command::ocr, Command::undo, Command::clear})
+    for (const Command command : {Command::ocr, Command::undo, Command::clear})
         EXPECT_EQ(app->perform(command), CommandResult::setupFirst);
     EXPECT_EQ(desktop.dispatch.backgroundCount(), 0u);
-    for (const Command command : {Command::settings, Command::about, Command::quit})
-        EXPECT_EQ(app->perform(command), CommandResult::done);
+    EXPECT_EQ(app->perform(Command::quit), CommandResult::done);
+    EXPECT_EQ(desktop.application.terminations, 1);
     completeSetup();
-    EXPECT_EQ(app->perform(Command::open), CommandResult::done);
-    EXPECT_THAT(opened, ElementsAre(true, false));
+    EXPECT_EQ(app->perform(Command::undo), CommandResult::done);
 }
 
 // Cleanup.
@@ -346,23 +345,23 @@ TEST_F(AppDelegateCleanupTest, ForgetsADeletedScreenshotOfTheBatchAndKeepsThePas
 
 TEST_F(AppDelegateCleanupTest, ForgetsADeletedScreenshotInTheEditor)
 {
-    strip = std::make_unique<TestEditorStrip>();
+    app->editor().fill(strip);
     screenshot("Screenshot 1.png");
     screenshot("Screenshot 2.png");
     age("Screenshot 2.png");
     desktop.dispatch.advance(30s);
-    EXPECT_EQ(strip->images, Paths{optimized / "Screenshot 1.png"});
+    EXPECT_EQ(strip.images, Paths{optimized / "Screenshot 1.png"});
 }
 
 TEST_F(AppDelegateCleanupTest, ForgetsAScreenshotThatCannotBeDeleted)
 {
-    strip = std::make_unique<TestEditorStrip>();
+    app->editor().fill(strip);
     screenshot("Screenshot 1.png");
     age("Screenshot 1.png");
     desktop.files.makeReadOnly(optimized);
     desktop.dispatch.advance(30s);
     EXPECT_TRUE(desktop.files.exists(optimized / "Screenshot 1.png"));
-    EXPECT_THAT(strip->images, IsEmpty());
+    EXPECT_THAT(strip.images, IsEmpty());
     EXPECT_THAT(app->batch().urls(), IsEmpty());
 }
 
@@ -409,10 +408,6 @@ TEST_F(AppDelegateTest, HasOneStatusItemAfterSettingUpTheMenuTwice)
 TEST_F(AppDelegateTest, ActsOnItsMenu)
 {
     app->setupMenuBar();
-    press("Settings");
-    EXPECT_THAT(opened, ElementsAre(true));
-    press("About Tallowbay");
-    EXPECT_EQ(abouts, 1);
     press("Check for Updates...");
     EXPECT_EQ(desktop.updater.checks, 1);
     press("Quit");
@@ -422,7 +417,6 @@ TEST_F(AppDelegateTest, ActsOnItsMenu)
 
 TEST_F(AppDelegateTest, DisablesTheRowsOfWindowsThatAreMissing)
 {
-    app = std::make_unique<AppDelegate>(desktop.platform(), AppDelegate::Windows{});
     app->setupMenuBar();
     EXPECT_FALSE(desktop.statusBar.items.front().menu[2].action);
     EXPECT_FALSE(desktop.statusBar.items.front().menu[3].action);

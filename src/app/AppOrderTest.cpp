@@ -3,6 +3,7 @@
 #include "app/AppDelegate.h"
 
 #include "platform/headless/Desktop.h"
+#include "views/headless/HeadlessViews.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -165,14 +166,15 @@ protected:
     {
         const Platform all = desktop.platform();
         return {
-            dispatch,           all.clock,       all.console,     all.fileSystem,   fileEvents,
-            folderEvents,       all.processes,   all.resources,   all.tools,        all.imageCodec,
-            all.textRecognizer, all.defaults,    all.desktop,     pasteboard,       keyTap,
-            all.keyPoster,      hotkeys,         all.permissions, all.statusBar,    all.alerts,
-            all.updater,        all.application, all.screens,     all.textMeasurer, all.toastViews};
+            dispatch,           all.clock,       all.console,     all.fileSystem,  fileEvents,
+            folderEvents,       all.processes,   all.resources,   all.tools,       all.imageCodec,
+            all.textRecognizer, all.defaults,    all.desktop,     pasteboard,      keyTap,
+            all.keyPoster,      hotkeys,         all.permissions, all.statusBar,   all.alerts,
+            all.updater,        all.application, all.screens,     all.textMeasurer};
     }
 
     headless::Desktop desktop;
+    headless::HeadlessViews views{desktop.dispatch};
     Journal journal;
     NotedDispatch dispatch{desktop.dispatch, journal};
     NotedFileEvents fileEvents{desktop.fileEvents, journal};
@@ -180,7 +182,7 @@ protected:
     NotedPasteboard pasteboard{desktop.pasteboard, journal};
     NotedKeyTap keyTap{desktop.keyTap, journal};
     NotedHotkeys hotkeys{desktop.hotkeys, journal};
-    AppDelegate app{platform(), {}};
+    AppDelegate app{platform(), views};
 };
 
 TEST_F(AppOrderTest, StartsItsPartsInThisOrder)

@@ -1,9 +1,11 @@
 #include "app/OCRTrigger.h"
 
 #include "app/ScreenshotBatch.h"
+#include "editor/EditorSlot.h"
 #include "platform/headless/Desktop.h"
 #include "ui/ToastGate.h"
 #include "ui/ToastWindow.h"
+#include "views/headless/HeadlessViews.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -53,11 +55,12 @@ protected:
     }
 
     headless::Desktop desktop;
+    headless::HeadlessViews views{desktop.dispatch};
     bool cancelled = false;
-    ToastPresenter toastPresenter{
-        desktop.dispatch, desktop.screens, desktop.textMeasurer, desktop.toasts};
+    EditorSlot slot; // without an editor
+    ToastPresenter toastPresenter{desktop.dispatch, desktop.screens, desktop.textMeasurer, views};
     ToastGate toasts{desktop.defaults.standard(), toastPresenter};
-    ScreenshotBatch batch{desktop.platform(), toasts, {[] {}, [] { return nullptr; }}};
+    ScreenshotBatch batch{desktop.platform(), toasts, slot, [] {}};
     std::unique_ptr<OCRTrigger> trigger =
         std::make_unique<OCRTrigger>(desktop.platform(), toasts, batch);
 };
@@ -66,7 +69,7 @@ TEST_F(OCRTriggerTest, PutsTheTextOnThePasteboard)
 {
     capture("Hello");
     EXPECT_EQ(desktop.pasteboard.text, "Hello");
-    EXPECT_THAT(desktop.toasts.messages(), ElementsAre("1 Text(s) Copied"));
+    EXPECT_THAT(views.messages(), ElementsAre("1 Text(s) Copied"));
 }
 
 TEST_F(OCRTriggerTest, RecordsItsOwnWrite)
@@ -81,7 +84,7 @@ TEST_F(OCRTriggerTest, GathersTheTextsOfABatchWithABlankLineBetween)
     capture("First\ntext");
     capture("Second");
     EXPECT_EQ(desktop.pasteboard.text, "First\ntext\n\nSecond");
-    EXPECT_THAT(desktop.toasts.messages(), ElementsAre("1 Text(s) Copied", "2 Text(s) Copied"));
+    EXPECT_THAT(views.messages(), ElementsAre("1 Text(s) Copied", "2 Text(s) Copied"));
 }
 
 TEST_F(OCRTriggerTest, StartsANewListAfterThePasteThatEndsTheBatch)
@@ -90,7 +93,7 @@ TEST_F(OCRTriggerTest, StartsANewListAfterThePasteThatEndsTheBatch)
     batch.handlePaste();
     capture("Second");
     EXPECT_EQ(desktop.pasteboard.text, "Second");
-    EXPECT_EQ(desktop.toasts.messages().back(), "1 Text(s) Copied");
+    EXPECT_EQ(views.messages().back(), "1 Text(s) Copied");
 }
 
 TEST_F(OCRTriggerTest, ReplacesTheScreenshotsOnThePasteboardAndKeepsThemInTheBatch)
@@ -109,14 +112,14 @@ TEST_F(OCRTriggerTest, LeavesThePasteboardAloneWhenTheUserCancels)
     cancel();
     EXPECT_EQ(desktop.pasteboard.changeCount(), count);
     EXPECT_THAT(desktop.pasteboard.files, ElementsAre(screenshot));
-    EXPECT_EQ(desktop.toasts.messages().back(), "No Text Found");
+    EXPECT_EQ(views.messages().back(), "No Text Found");
 }
 
 TEST_F(OCRTriggerTest, TakesAnEmptyTextForNone)
 {
     capture("");
     EXPECT_EQ(desktop.pasteboard.changeCount(), 0);
-    EXPECT_THAT(desktop.toasts.messages(), ElementsAre("No Text Found"));
+    EXPECT_THAT(views.messages(), ElementsAre("No Text Found"));
 }
 
 TEST_F(OCRTriggerTest, WritesThePasteboardWithoutToastsIfTheUserWantsNone)
@@ -125,7 +128,7 @@ TEST_F(OCRTriggerTest, WritesThePasteboardWithoutToastsIfTheUserWantsNone)
     capture("Hello");
     cancel();
     EXPECT_EQ(desktop.pasteboard.text, "Hello");
-    EXPECT_THAT(desktop.toasts.made, IsEmpty());
+    EXPECT_THAT(views.toasts, IsEmpty());
 }
 
 TEST_F(OCRTriggerTest, RefusesToResetTheBatchFromTheHotkeyToTheEnd)
@@ -148,7 +151,7 @@ TEST_F(OCRTriggerTest, EndsTheCaptureWhenTheUserCancelsOrTheRecogniserThrows)
     desktop.textRecognizer.willThrow();
     trigger->triggerOCR();
     desktop.dispatch.runUntilIdle();
-    EXPECT_EQ(desktop.toasts.messages().back(), "No Text Found");
+    EXPECT_EQ(views.messages().back(), "No Text Found");
     EXPECT_TRUE(aPasteEndsTheBatch());
 }
 

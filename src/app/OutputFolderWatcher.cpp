@@ -2,6 +2,7 @@
 
 #include "app/ScreenshotBatch.h"
 #include "capture/ProductFolder.h"
+#include "editor/EditorSlot.h"
 #include "editor/EditorStrip.h"
 #include "platform/FileSystem.h"
 #include "platform/FolderEvents.h"
@@ -9,11 +10,10 @@
 namespace tallowbay {
 
 OutputFolderWatcher::OutputFolderWatcher(
-    const Platform& platform, ScreenshotBatch& batch,
-    std::function<EditorStrip*()> annotationWindow)
+    const Platform& platform, ScreenshotBatch& batch, const EditorSlot& editor)
     : platform(platform)
     , batch(batch)
-    , annotationWindow(std::move(annotationWindow))
+    , editor(editor)
 {
 }
 
@@ -27,8 +27,8 @@ void OutputFolderWatcher::startDirectoryWatcher()
 
 void OutputFolderWatcher::forgetDeletedFiles()
 {
-    if (EditorStrip* editor = annotationWindow())
-        editor->removeDeletedFiles();
+    if (EditorStrip* strip = editor.strip())
+        strip->removeDeletedFiles();
     batch.forgetMissingFiles();
 }
 

@@ -3,21 +3,18 @@
 #include "base/Subscription.h"
 #include "platform/Platform.h"
 
-#include <functional>
 #include <vector>
 
 namespace tallowbay {
 
-class EditorStrip;
+class EditorSlot;
 class ScreenshotBatch;
 
 // Watches the folder of compressed copies, so that a copy that someone deletes leaves the batch and
 // the editor's strip. Thread: main queue.
 class OutputFolderWatcher {
 public:
-    // The editor may be absent (null) until it is opened for the first time.
-    OutputFolderWatcher(
-        const Platform&, ScreenshotBatch&, std::function<EditorStrip*()> annotationWindow);
+    OutputFolderWatcher(const Platform&, ScreenshotBatch&, const EditorSlot&);
 
     // Creates the folder if need be. If it cannot be watched, deletions go unnoticed.
     void startDirectoryWatcher();
@@ -28,7 +25,7 @@ private:
 
     const Platform platform;
     ScreenshotBatch& batch;
-    std::function<EditorStrip*()> annotationWindow;
+    const EditorSlot& editor;
     std::vector<Subscription> dirWatchSources;
 };
 

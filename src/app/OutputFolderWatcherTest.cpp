@@ -2,9 +2,11 @@
 
 #include "app/ScreenshotBatch.h"
 #include "app/TestEditorStrip.h"
+#include "editor/EditorSlot.h"
 #include "platform/headless/Desktop.h"
 #include "ui/ToastGate.h"
 #include "ui/ToastWindow.h"
+#include "views/headless/HeadlessViews.h"
 
 #include <gtest/gtest.h>
 
@@ -27,13 +29,13 @@ protected:
     }
 
     headless::Desktop desktop;
+    headless::HeadlessViews views{desktop.dispatch};
     TestEditorStrip editor;
-    EditorStrip* annotationWindow = nullptr;
-    ToastPresenter toastPresenter{
-        desktop.dispatch, desktop.screens, desktop.textMeasurer, desktop.toasts};
+    EditorSlot slot; // empty until the editor is opened
+    ToastPresenter toastPresenter{desktop.dispatch, desktop.screens, desktop.textMeasurer, views};
     ToastGate toasts{desktop.defaults.standard(), toastPresenter};
-    ScreenshotBatch batch{desktop.platform(), toasts, {[] {}, [this] { return annotationWindow; }}};
-    OutputFolderWatcher watcher{desktop.platform(), batch, [this] { return annotationWindow; }};
+    ScreenshotBatch batch{desktop.platform(), toasts, slot, [] {}};
+    OutputFolderWatcher watcher{desktop.platform(), batch, slot};
 };
 
 TEST_F(OutputFolderWatcherTest, CreatesTheFolder)
@@ -69,7 +71,7 @@ TEST_F(OutputFolderWatcherTest, DropsEverythingWithTheFolder)
 
 TEST_F(OutputFolderWatcherTest, TellsTheEditorFirst)
 {
-    annotationWindow = &editor;
+    slot.fill(editor);
     std::size_t inBatch = 0;
     editor.onRemoveDeletedFiles = [&] { inBatch = batch.urls().size(); };
     watcher.startDirectoryWatcher();

@@ -1,6 +1,7 @@
 #include "app/ScreenshotBatch.h"
 
 #include "capture/ProductFolder.h"
+#include "editor/EditorSlot.h"
 #include "editor/EditorStrip.h"
 #include "platform/Clock.h"
 #include "platform/Console.h"
@@ -41,10 +42,13 @@ bool isFresh(const FileSystem& fileSystem, const Clock& clock, const fs::path& f
 
 } // namespace
 
-ScreenshotBatch::ScreenshotBatch(const Platform& platform, ToastGate& toasts, Hooks hooks)
+ScreenshotBatch::ScreenshotBatch(
+    const Platform& platform, ToastGate& toasts, const EditorSlot& editor,
+    std::function<void()> firePaste)
     : platform(platform)
     , toasts(toasts)
-    , hooks(std::move(hooks))
+    , editor(editor)
+    , firePaste(std::move(firePaste))
     , compressor(platform.fileSystem, platform.processes, platform.resources, platform.tools)
 {
 }
@@ -94,8 +98,8 @@ void ScreenshotBatch::finishJob(const Outcome& outcome)
 void ScreenshotBatch::addToClipboard(const fs::path& url)
 {
     pendingURLs.push_back(url);
-    if (EditorStrip* editor = hooks.annotationWindow())
-        editor->addURL(url);
+    if (EditorStrip* strip = editor.strip())
+        strip->addURL(url);
     writeClipboard(pendingURLs);
     toasts.show(std::to_string(pendingURLs.size()) + " Screenshot(s) Ready");
     firePasteIfComplete();
@@ -110,7 +114,7 @@ void ScreenshotBatch::firePasteIfComplete()
     pasteQueued = false;
     platform.console.line(
         ">>> Firing queued paste with " + std::to_string(pendingURLs.size()) + " image(s)");
-    hooks.firePaste();
+    firePaste();
     resetBatch();
 }
 
@@ -148,9 +152,9 @@ void ScreenshotBatch::resetBatch()
         + std::to_string(pendingOCRTexts.size()) + " OCR text(s)");
     pendingURLs.clear();
     pendingOCRTexts.clear();
-    EditorStrip* editor = hooks.annotationWindow();
-    if (editor && editor->showsImages())
-        editor->setPendingDivider();
+    EditorStrip* strip = editor.strip();
+    if (strip && strip->showsImages())
+        strip->setPendingDivider();
 }
 
 bool ScreenshotBatch::removeLastFromBatch()
@@ -163,20 +167,20 @@ bool ScreenshotBatch::removeLastFromBatch()
 }
 
 // With an editor, its check marks decide what is on the pasteboard, not the batch.
-bool ScreenshotBatch::uncheckLastInEditor(EditorStrip& editor)
+bool ScreenshotBatch::uncheckLastInEditor(EditorStrip& strip)
 {
-    const auto unchecked = editor.uncheckLastURL();
+    const auto unchecked = strip.uncheckLastURL();
     if (!unchecked)
         return false;
     std::erase(pendingURLs, *unchecked);
-    writeClipboard(editor.checkedURLs());
+    writeClipboard(strip.checkedURLs());
     return true;
 }
 
 void ScreenshotBatch::undoLastScreenshot()
 {
-    EditorStrip* editor = hooks.annotationWindow();
-    const bool removed = editor ? uncheckLastInEditor(*editor) : removeLastFromBatch();
+    EditorStrip* strip = editor.strip();
+    const bool removed = strip ? uncheckLastInEditor(*strip) : removeLastFromBatch();
     toasts.show(removed ? "Last screenshot removed" : "Nothing to undo");
 }
 
@@ -184,10 +188,10 @@ void ScreenshotBatch::undoLastScreenshot()
 void ScreenshotBatch::clearAllScreenshots()
 {
     pendingURLs.clear();
-    if (EditorStrip* editor = hooks.annotationWindow()) {
-        editor->uncheckAll();
-        if (editor->showsImages())
-            editor->setPendingDivider();
+    if (EditorStrip* strip = editor.strip()) {
+        strip->uncheckAll();
+        if (strip->showsImages())
+            strip->setPendingDivider();
     }
     platform.pasteboard.clear();
     toasts.show("Clipboard cleared");

@@ -16,6 +16,7 @@
 
 namespace tallowbay {
 
+class EditorSlot;
 class EditorStrip;
 class ToastGate;
 
@@ -27,12 +28,8 @@ class ToastGate;
 // Thread: main queue. Compression runs in the background and hands its result back.
 class ScreenshotBatch {
 public:
-    struct Hooks {
-        std::function<void()> firePaste;
-        std::function<EditorStrip*()> annotationWindow; // null until the editor exists
-    };
-
-    ScreenshotBatch(const Platform&, ToastGate&, Hooks);
+    ScreenshotBatch(
+        const Platform&, ToastGate&, const EditorSlot&, std::function<void()> firePaste);
 
     // A new screenshot in the system's folder.
     void acceptScreenshot(const std::filesystem::path&);
@@ -97,7 +94,8 @@ private:
 
     const Platform platform;
     ToastGate& toasts;
-    Hooks hooks;
+    const EditorSlot& editor;
+    const std::function<void()> firePaste;
     std::vector<std::filesystem::path> pendingURLs; // oldest first
     std::vector<std::string> pendingOCRTexts;
     int compressionInProgress = 0;

@@ -1,9 +1,11 @@
 #include "app/ScreenshotBatch.h"
 
 #include "app/TestEditorStrip.h"
+#include "editor/EditorSlot.h"
 #include "platform/headless/Desktop.h"
 #include "ui/ToastGate.h"
 #include "ui/ToastWindow.h"
+#include "views/headless/HeadlessViews.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -50,21 +52,18 @@ protected:
         desktop.dispatch.runUntilIdle();
     }
 
-    void openEditor() { annotationWindow = &editor; }
+    void openEditor() { slot.fill(editor); }
 
     headless::Desktop desktop;
+    headless::HeadlessViews views{desktop.dispatch};
     bool compressionFails = false;
     TestEditorStrip editor;
-    EditorStrip* annotationWindow = nullptr;
+    EditorSlot slot; // empty until the editor is opened
     std::vector<Paths> pasted; // what each synthetic paste inserted
-    ToastPresenter toastPresenter{
-        desktop.dispatch, desktop.screens, desktop.textMeasurer, desktop.toasts};
+    ToastPresenter toastPresenter{desktop.dispatch, desktop.screens, desktop.textMeasurer, views};
     ToastGate toasts{desktop.defaults.standard(), toastPresenter};
     ScreenshotBatch batch{
-        desktop.platform(),
-        toasts,
-        {[this] { pasted.push_back(desktop.pasteboard.files); },
-         [this] { return annotationWindow; }}};
+        desktop.platform(), toasts, slot, [this] { pasted.push_back(desktop.pasteboard.files); }};
 };
 
 TEST_F(ScreenshotBatchTest, PutsAScreenshotOnThePasteboard)
@@ -105,7 +104,7 @@ TEST_F(ScreenshotBatchTest, PutsThreeQuickScreenshotsOnThePasteboardTogether)
         copyOf("Screenshot 1.png"), copyOf("Screenshot 2.png"), copyOf("Screenshot 3.png")};
     EXPECT_EQ(desktop.pasteboard.files, all);
     EXPECT_THAT(
-        desktop.toasts.messages(),
+        views.messages(),
         ElementsAre("1 Screenshot(s) Ready", "2 Screenshot(s) Ready", "3 Screenshot(s) Ready"));
 }
 
@@ -143,7 +142,7 @@ TEST_F(ScreenshotBatchTest, IgnoresAScreenshotThatIsAMinuteOld)
     EXPECT_THAT(batch.urls(), IsEmpty());
     EXPECT_EQ(batch.compressing(), 0);
     EXPECT_THAT(desktop.console.lines, IsEmpty());
-    EXPECT_THAT(desktop.toasts.made, IsEmpty());
+    EXPECT_THAT(views.toasts, IsEmpty());
     EXPECT_THAT(desktop.processes.journal, IsEmpty());
 }
 
@@ -193,7 +192,7 @@ TEST_F(ScreenshotBatchTest, ReportsAFailedCompression)
     EXPECT_THAT(batch.urls(), IsEmpty());
     EXPECT_EQ(batch.compressing(), 0);
     EXPECT_THAT(desktop.console.lines, ElementsAre("Compression failed for Screenshot 1.png"));
-    EXPECT_THAT(desktop.toasts.messages(), ElementsAre("Compression failed — screenshot skipped"));
+    EXPECT_THAT(views.messages(), ElementsAre("Compression failed — screenshot skipped"));
     EXPECT_TRUE(desktop.files.exists("/home/u/Desktop/Screenshot 1.png"));
 }
 
@@ -208,7 +207,7 @@ TEST_F(ScreenshotBatchTest, ShowsNoToastsIfTheUserWantsNone)
     batch.clearAllScreenshots();
     compressionFails = true;
     take("Screenshot 3.png");
-    EXPECT_THAT(desktop.toasts.made, IsEmpty());
+    EXPECT_THAT(views.toasts, IsEmpty());
     EXPECT_THAT(desktop.console.lines, testing::Contains("Clipboard updated: 1 image(s)"));
 }
 
@@ -278,7 +277,7 @@ TEST_F(ScreenshotBatchTest, HoldsAPasteThatComesDuringCompression)
         desktop.console.lines.back(),
         ">>> CMD+V QUEUED — clipboard cleared, waiting for compression");
     desktop.dispatch.runMain();
-    EXPECT_EQ(desktop.toasts.messages().back(), "Pasting...");
+    EXPECT_EQ(views.messages().back(), "Pasting...");
 }
 
 TEST_F(ScreenshotBatchTest, FiresAHeldPasteWithTheWholeBatchAndResetsIt)
@@ -423,7 +422,7 @@ TEST_F(ScreenshotBatchTest, UndoRemovesTheLastScreenshotAndKeepsItsFile)
     desktop.dispatch.runMain();
     EXPECT_EQ(batch.urls(), Paths{copyOf("Screenshot 1.png")});
     EXPECT_EQ(desktop.pasteboard.files, Paths{copyOf("Screenshot 1.png")});
-    EXPECT_EQ(desktop.toasts.messages().back(), "Last screenshot removed");
+    EXPECT_EQ(views.messages().back(), "Last screenshot removed");
     EXPECT_TRUE(desktop.files.exists(copyOf("Screenshot 2.png")));
 }
 
@@ -440,7 +439,7 @@ TEST_F(ScreenshotBatchTest, UndoWithoutAScreenshotSaysSoAndLeavesThePasteboardAl
     desktop.pasteboard.copyElsewhere({"/etc/hostname"});
     batch.undoLastScreenshot();
     desktop.dispatch.runMain();
-    EXPECT_THAT(desktop.toasts.messages(), ElementsAre("Nothing to undo"));
+    EXPECT_THAT(views.messages(), ElementsAre("Nothing to undo"));
     EXPECT_EQ(desktop.pasteboard.files, Paths{"/etc/hostname"});
     EXPECT_THAT(desktop.console.lines, IsEmpty());
 }
@@ -456,7 +455,7 @@ TEST_F(ScreenshotBatchTest, UndoWithAnEditorLeavesThePasteboardToItsCheckMarks)
     desktop.dispatch.runMain();
     EXPECT_EQ(batch.urls(), Paths{copyOf("Screenshot 1.png")});
     EXPECT_EQ(desktop.pasteboard.files, Paths{"/elsewhere/older.png"});
-    EXPECT_EQ(desktop.toasts.messages().back(), "Last screenshot removed");
+    EXPECT_EQ(views.messages().back(), "Last screenshot removed");
 }
 
 TEST_F(ScreenshotBatchTest, UndoWithAnEditorThatHasNothingCheckedSaysSo)
@@ -466,7 +465,7 @@ TEST_F(ScreenshotBatchTest, UndoWithAnEditorThatHasNothingCheckedSaysSo)
     editor.checked.clear();
     batch.undoLastScreenshot();
     desktop.dispatch.runMain();
-    EXPECT_EQ(desktop.toasts.messages().back(), "Nothing to undo");
+    EXPECT_EQ(views.messages().back(), "Nothing to undo");
     EXPECT_EQ(batch.urls().size(), 1u);
 }
 
@@ -479,7 +478,7 @@ TEST_F(ScreenshotBatchTest, ClearEmptiesThePasteboardAndTheBatchButKeepsTheTexts
     EXPECT_THAT(batch.urls(), IsEmpty());
     EXPECT_THAT(desktop.pasteboard.files, IsEmpty());
     EXPECT_EQ(desktop.pasteboard.text, "");
-    EXPECT_EQ(desktop.toasts.messages().back(), "Clipboard cleared");
+    EXPECT_EQ(views.messages().back(), "Clipboard cleared");
     EXPECT_EQ(batch.endTextExtraction("more"), 2u);
     EXPECT_EQ(desktop.pasteboard.text, "some text\n\nmore");
 }
@@ -546,7 +545,7 @@ TEST_F(ScreenshotBatchTest, SaysNothingOfACompressionThatTheQuitEnded)
     });
     desktop.dispatch.runUntilIdle();
     EXPECT_THAT(desktop.console.lines, IsEmpty());
-    EXPECT_THAT(desktop.toasts.made, IsEmpty());
+    EXPECT_THAT(views.toasts, IsEmpty());
     EXPECT_EQ(batch.compressing(), 0);
     // One was under way, and its fallback was tried; the other was not begun.
     EXPECT_EQ(desktop.processes.journal.size(), 2u);
@@ -554,9 +553,7 @@ TEST_F(ScreenshotBatchTest, SaysNothingOfACompressionThatTheQuitEnded)
 
 TEST_F(ScreenshotBatchTest, MayBeDestroyedWithJobsUnderWay)
 {
-    auto shortLived = std::make_unique<ScreenshotBatch>(
-        desktop.platform(), toasts,
-        ScreenshotBatch::Hooks{[] {}, [] { return static_cast<EditorStrip*>(nullptr); }});
+    auto shortLived = std::make_unique<ScreenshotBatch>(desktop.platform(), toasts, slot, [] {});
     desktop.files.create("/home/u/Desktop/Screenshot 1.png");
     shortLived->acceptScreenshot("/home/u/Desktop/Screenshot 1.png");
     desktop.dispatch.runMain();

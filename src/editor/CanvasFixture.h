@@ -2,7 +2,7 @@
 
 #include "editor/AnnotationCanvas.h"
 #include "editor/AnnotationConstants.h"
-#include "platform/headless/HeadlessUi.h"
+#include "platform/headless/HeadlessTextMeasurer.h"
 #include "platform/headless/RecordingGraphics.h"
 
 #include <gmock/gmock.h>

@@ -8,6 +8,8 @@
 
 namespace tallowbay {
 
+class Views;
+
 // Says what is missing, for people.
 class DisplayUnusable : public std::runtime_error {
 public:
@@ -22,6 +24,7 @@ public:
     virtual ~Desktop() = default;
 
     virtual Platform platform() = 0;
+    virtual Views& views() = 0;
 
     // The main loop. Returns the exit status.
     virtual int run() = 0;

@@ -71,7 +71,6 @@ Platform X11Desktop::platform()
         .application = shared.application,
         .screens = shared.screens,
         .textMeasurer = shared.textMeasurer,
-        .toastViews = toastViews,
     };
 }
 

@@ -12,7 +12,7 @@
 #include "platform/x11/keys/X11Keyboard.h"
 #include "platform/x11/windows/X11EmbeddingTray.h"
 #include "platform/x11/windows/X11WindowSystem.h"
-#include "views/QtToastViews.h"
+#include "views/QtViews.h"
 
 #include <memory>
 
@@ -25,6 +25,7 @@ public:
     X11Desktop();
 
     Platform platform() override;
+    Views& views() override { return qtViews; }
     int run() override { return shared.application.run(); }
     void finishBackgroundWork() override { shared.finishBackgroundWork(); }
 
@@ -40,7 +41,7 @@ private:
     x11::X11WindowSystem windowSystem;
     x11::X11EmbeddingTray embeddingTray;
     qt::QtStatusBar statusBar{embeddingTray, windowSystem};
-    views::QtToastViews toastViews{windowSystem};
+    views::QtViews qtViews{windowSystem};
 };
 
 } // namespace tallowbay

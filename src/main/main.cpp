@@ -1,7 +1,6 @@
 #include "app/AppDelegate.h"
 #include "main/Desktop.h"
 #include "main/Session.h"
-#include "main/SetupFlow.h"
 #include "main/remote/CommandLine.h"
 #include "main/remote/CommandSender.h"
 #include "main/remote/RemoteControl.h"
@@ -72,21 +71,10 @@ bool performFirst(AppDelegate& delegate, Command command)
     return result != CommandResult::unavailable;
 }
 
-AppDelegate::Windows windowsOf(SetupFlow& setup)
-{
-    AppDelegate::Windows windows;
-    windows.showSetupFlow = [&setup](std::function<void()> completion) {
-        setup.show(std::move(completion));
-    };
-    windows.onboardingVisible = [&setup] { return setup.visible(); };
-    return windows;
-}
-
 int runDesktop(DesktopKind kind, RemoteControl& remoteControl, std::optional<Command> first)
 try {
     const auto desktop = makeDesktop(kind);
-    SetupFlow setup(desktop->platform());
-    AppDelegate delegate(desktop->platform(), windowsOf(setup));
+    AppDelegate delegate(desktop->platform(), desktop->views());
     remoteControl.serve([&delegate](Command command) { return delegate.perform(command); });
     delegate.applicationDidFinishLaunching();
     const bool goesOn = !first || performFirst(delegate, *first);

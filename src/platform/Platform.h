@@ -22,7 +22,6 @@ class Screens;
 class StatusBar;
 class TextMeasurer;
 class TextRecognizer;
-class ToastViews;
 class Updater;
 class UserDefaultsStore;
 struct DesktopSettings;
@@ -54,7 +53,6 @@ struct Platform {
     Application& application;
     Screens& screens;
     TextMeasurer& textMeasurer;
-    ToastViews& toastViews;
 };
 
 } // namespace tallowbay

@@ -2,6 +2,7 @@
 
 #include "platform/headless/Desktop.h"
 #include "ui/ToastWindow.h"
+#include "views/headless/HeadlessViews.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -21,21 +22,22 @@ protected:
     }
 
     headless::Desktop desktop;
-    ToastPresenter toasts{desktop.dispatch, desktop.screens, desktop.textMeasurer, desktop.toasts};
+    headless::HeadlessViews views{desktop.dispatch};
+    ToastPresenter toasts{desktop.dispatch, desktop.screens, desktop.textMeasurer, views};
     ToastGate gate{desktop.defaults.standard(), toasts};
 };
 
 TEST_F(ToastGateTest, ShowsToastsToAUserWhoNeverChose)
 {
     show("Pasting...");
-    EXPECT_THAT(desktop.toasts.messages(), ElementsAre("Pasting..."));
+    EXPECT_THAT(views.messages(), ElementsAre("Pasting..."));
 }
 
 TEST_F(ToastGateTest, ShowsNothingToAUserWhoWantsNone)
 {
     desktop.defaults.standard().set("toastsDisabled", {true});
     show("Pasting...");
-    EXPECT_THAT(desktop.toasts.made, IsEmpty());
+    EXPECT_THAT(views.toasts, IsEmpty());
 }
 
 TEST_F(ToastGateTest, GoesByThePreferenceAsItIsAtEachToast)
@@ -44,7 +46,7 @@ TEST_F(ToastGateTest, GoesByThePreferenceAsItIsAtEachToast)
     show("one");
     desktop.defaults.standard().set("toastsDisabled", {false});
     show("two");
-    EXPECT_THAT(desktop.toasts.messages(), ElementsAre("two"));
+    EXPECT_THAT(views.messages(), ElementsAre("two"));
 }
 
 } // namespace

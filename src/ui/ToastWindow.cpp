@@ -1,6 +1,8 @@
 #include "ui/ToastWindow.h"
 
 #include "platform/Dispatch.h"
+#include "ui/ToastContent.h"
+#include "ui/Views.h"
 
 #include <algorithm>
 
@@ -33,10 +35,10 @@ Rect toastFrame(const std::optional<Rect>& mainScreen, double textWidth)
 }
 
 ToastWindow::ToastWindow(
-    Dispatch& dispatch, const Screens& screens, const TextMeasurer& measurer, ToastViews& views,
+    Dispatch& dispatch, const Screens& screens, const TextMeasurer& measurer, Views& views,
     std::string message)
     : dispatch(dispatch)
-    , window(views.make(makeContent(screens, measurer, std::move(message))))
+    , window(views.makeToast(makeContent(screens, measurer, std::move(message))))
 {
 }
 
@@ -60,7 +62,7 @@ void ToastWindow::fadeOut()
 }
 
 ToastPresenter::ToastPresenter(
-    Dispatch& dispatch, const Screens& screens, const TextMeasurer& measurer, ToastViews& views)
+    Dispatch& dispatch, const Screens& screens, const TextMeasurer& measurer, Views& views)
     : dispatch(dispatch)
     , screens(screens)
     , measurer(measurer)

@@ -3,8 +3,7 @@
 #include "base/Lifetime.h"
 #include "platform/Screens.h"
 #include "platform/TextMeasurer.h"
-#include "platform/ToastViews.h"
-#include "platform/WindowPort.h"
+#include "ui/WindowPort.h"
 
 #include <list>
 #include <memory>
@@ -13,6 +12,7 @@
 namespace tallowbay {
 
 class Dispatch;
+class Views;
 
 // One message in the middle of the main screen, which fades in, stays a moment and fades out. It
 // takes neither focus nor clicks.
@@ -20,7 +20,7 @@ class Dispatch;
 // Thread: main queue.
 class ToastWindow {
 public:
-    ToastWindow(Dispatch&, const Screens&, const TextMeasurer&, ToastViews&, std::string message);
+    ToastWindow(Dispatch&, const Screens&, const TextMeasurer&, Views&, std::string message);
 
     // Shows the message from beginning to end; calls onClosed when it is off the screen, which may
     // destroy this object.
@@ -39,7 +39,7 @@ private:
 // own timing. Whether the user wants toasts is the caller's question.
 class ToastPresenter {
 public:
-    ToastPresenter(Dispatch&, const Screens&, const TextMeasurer&, ToastViews&);
+    ToastPresenter(Dispatch&, const Screens&, const TextMeasurer&, Views&);
 
     // Thread: any; the work is done on the main queue.
     void show(std::string message);
@@ -50,7 +50,7 @@ private:
     Dispatch& dispatch;
     const Screens& screens;
     const TextMeasurer& measurer;
-    ToastViews& views;
+    Views& views;
     std::list<ToastWindow> active; // keeps them alive while they are animated
     Lifetime lifetime;
 };

@@ -1,6 +1,7 @@
 #include "ui/ToastWindow.h"
 
 #include "platform/headless/Desktop.h"
+#include "views/headless/HeadlessViews.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -17,20 +18,20 @@ protected:
     {
         presenter.show(message);
         desktop.dispatch.runMain();
-        return *desktop.toasts.made.back();
+        return *views.toasts.back();
     }
 
     headless::Desktop desktop;
-    ToastPresenter presenter{
-        desktop.dispatch, desktop.screens, desktop.textMeasurer, desktop.toasts};
+    headless::HeadlessViews views{desktop.dispatch};
+    ToastPresenter presenter{desktop.dispatch, desktop.screens, desktop.textMeasurer, views};
 };
 
 TEST_F(ToastWindowTest, IsMadeOnTheMainQueueAndNotInTheCall)
 {
     presenter.show("3 Screenshot(s) Ready");
-    EXPECT_TRUE(desktop.toasts.made.empty());
+    EXPECT_TRUE(views.toasts.empty());
     desktop.dispatch.runMain();
-    EXPECT_EQ(desktop.toasts.messages(), std::vector<std::string>{"3 Screenshot(s) Ready"});
+    EXPECT_EQ(views.messages(), std::vector<std::string>{"3 Screenshot(s) Ready"});
 }
 
 TEST_F(ToastWindowTest, HasTheLookOfAToast)
@@ -109,14 +110,14 @@ TEST_F(ToastWindowTest, LeavesAnEarlierToastWhereItIs)
 TEST_F(ToastWindowTest, MayOutliveItsPresenterInTheQueue)
 {
     auto shortLived = std::make_unique<ToastPresenter>(
-        desktop.dispatch, desktop.screens, desktop.textMeasurer, desktop.toasts);
+        desktop.dispatch, desktop.screens, desktop.textMeasurer, views);
     shortLived->show("shown");
     desktop.dispatch.runMain();
     shortLived->show("never shown");
     shortLived.reset();
     desktop.dispatch.advance(2s);
-    EXPECT_EQ(desktop.toasts.messages(), std::vector<std::string>{"shown"});
-    EXPECT_FALSE(desktop.toasts.made.front()->alive);
+    EXPECT_EQ(views.messages(), std::vector<std::string>{"shown"});
+    EXPECT_FALSE(views.toasts.front()->alive);
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "editor/AnnotationCanvas.h"
-#include "platform/headless/HeadlessUi.h"
+#include "platform/headless/HeadlessTextMeasurer.h"
 
 #include <cstdint>
 #include <functional>

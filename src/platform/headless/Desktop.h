@@ -11,7 +11,7 @@
 #include "platform/headless/HeadlessResources.h"
 #include "platform/headless/HeadlessScreens.h"
 #include "platform/headless/HeadlessStatusBar.h"
-#include "platform/headless/HeadlessUi.h"
+#include "platform/headless/HeadlessTextMeasurer.h"
 #include "platform/headless/HeadlessUpdater.h"
 #include "platform/headless/MemoryFileSystem.h"
 #include "platform/headless/MemoryPasteboard.h"
@@ -50,15 +50,13 @@ struct Desktop {
     HeadlessApplication application{dispatch};
     HeadlessScreens screens;
     HeadlessTextMeasurer textMeasurer;
-    HeadlessToasts toasts{dispatch};
 
     Platform platform()
     {
-        return {dispatch,       clock,       console,     files,        fileEvents,
-                folderEvents,   processes,   resources,   tools,        imageCodec,
-                textRecognizer, defaults,    settings,    pasteboard,   keyTap,
-                keyPoster,      hotkeys,     permissions, statusBar,    alerts,
-                updater,        application, screens,     textMeasurer, toasts};
+        return {dispatch,  clock,      console, files,       fileEvents,     folderEvents,
+                processes, resources,  tools,   imageCodec,  textRecognizer, defaults,
+                settings,  pasteboard, keyTap,  keyPoster,   hotkeys,        permissions,
+                statusBar, alerts,     updater, application, screens,        textMeasurer};
     }
 };
 

@@ -2,7 +2,7 @@
 
 #include "editor/AnnotationHistory.h"
 #include "editor/AnnotationSaver.h"
-#include "views/AnnotationCanvasView.h"
+#include "views/editor/AnnotationCanvasView.h"
 
 #include <QMainWindow>
 

@@ -1,4 +1,4 @@
-#include "views/AnnotationCanvasView.h"
+#include "views/editor/AnnotationCanvasView.h"
 #include "desktop/qt/QtDesktop.h"
 
 #include <QInputMethodEvent>

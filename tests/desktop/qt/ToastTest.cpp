@@ -3,7 +3,8 @@
 #include "desktop/support/XClient.h"
 #include "platform/qt/X11Connection.h"
 #include "platform/x11/windows/X11WindowSystem.h"
-#include "views/QtToastViews.h"
+#include "ui/ToastContent.h"
+#include "views/QtViews.h"
 
 #include <QImage>
 #include <QWidget>
@@ -73,7 +74,7 @@ class ToastTest : public testing::Test {
 protected:
     std::unique_ptr<WindowPort> show(const ToastContent& shown = content)
     {
-        auto toast = views.make(shown);
+        auto toast = views.makeToast(shown);
         toast->setAlpha(0);
         toast->orderFront();
         toast->setAlpha(1);
@@ -82,7 +83,7 @@ protected:
 
     QtDesktop desktop;
     x11::X11WindowSystem windows{*qt::x11Connection()};
-    views::QtToastViews views{windows};
+    views::QtViews views{windows};
 };
 
 TEST_F(ToastTest, StandsInTheMiddleOfTheScreen)

@@ -1,4 +1,4 @@
-#include "views/InlineTextEdit.h"
+#include "views/editor/InlineTextEdit.h"
 
 #include "platform/qt/graphics/QtColor.h"
 

@@ -1,8 +1,8 @@
-#include "views/ToastWidget.h"
+#include "views/ui/ToastWidget.h"
 
 #include "platform/qt/QtScreens.h"
 #include "platform/qt/graphics/GraphicsFonts.h"
-#include "views/RoundedRegion.h"
+#include "views/ui/RoundedRegion.h"
 
 #include <QPainter>
 

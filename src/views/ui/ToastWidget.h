@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/ToastViews.h"
 #include "platform/WindowSystem.h"
+#include "ui/ToastContent.h"
 
 #include <QWidget>
 

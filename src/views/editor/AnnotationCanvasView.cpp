@@ -1,8 +1,8 @@
-#include "views/AnnotationCanvasView.h"
+#include "views/editor/AnnotationCanvasView.h"
 
 #include "platform/qt/graphics/QtGraphicsContext.h"
-#include "views/InlineTextEdit.h"
-#include "views/KeyEvents.h"
+#include "views/editor/InlineTextEdit.h"
+#include "views/editor/KeyEvents.h"
 
 #include <QMouseEvent>
 #include <QPainter>

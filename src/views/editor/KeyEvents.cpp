@@ -1,4 +1,4 @@
-#include "views/KeyEvents.h"
+#include "views/editor/KeyEvents.h"
 
 #include <QKeyEvent>
 

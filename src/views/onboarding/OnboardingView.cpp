@@ -1,8 +1,9 @@
-#include "views/SetupNotice.h"
+#include "views/onboarding/OnboardingView.h"
 
 #include "platform/qt/Artwork.h"
 #include "platform/qt/graphics/GraphicsFonts.h"
 
+#include <QCloseEvent>
 #include <QFrame>
 #include <QGuiApplication>
 #include <QHBoxLayout>
@@ -24,9 +25,9 @@ const QColor green(61, 199, 139);
 const QColor grey(51, 52, 56);
 
 const QString look = QStringLiteral(R"(
-#setupNotice { background: #1f2024; }
+#onboardingWindow { background: #1f2024; }
 QLabel { color: white; }
-QLabel#explanation { color: #95969c; }
+QLabel#description { color: #95969c; }
 QFrame#line { background: #34353a; border: none; }
 QPushButton {
     color: white; background: #6f68f2; border: none; border-radius: 8px;
@@ -43,7 +44,7 @@ void drawCheckMark(QPainter& painter)
 }
 
 // A tick where all is well, else the number of the step.
-QPixmap badge(bool passed, int number, double scale)
+QPixmap badge(const OnboardingWindow::Step& step, int number, double scale)
 {
     QPixmap pixmap(QSize(badgeSize, badgeSize) * scale);
     pixmap.setDevicePixelRatio(scale);
@@ -51,9 +52,9 @@ QPixmap badge(bool passed, int number, double scale)
     QPainter painter(&pixmap);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(passed ? green : grey);
+    painter.setBrush(step.done ? green : grey);
     painter.drawEllipse(0, 0, badgeSize, badgeSize);
-    if (passed) {
+    if (step.done) {
         drawCheckMark(painter);
         return pixmap;
     }
@@ -73,30 +74,32 @@ QLabel* makeLabel(const QString& text, const QString& name, const Font& font)
     return label;
 }
 
-QLabel* makePicture(const QPixmap& pixmap)
+QLabel* makePicture(const QPixmap& pixmap, const QString& name)
 {
     auto* label = new QLabel;
     label->setPixmap(pixmap);
+    label->setAccessibleName(name);
     label->setFixedSize(pixmap.deviceIndependentSize().toSize());
     return label;
 }
 
-QLayout* makeRow(const SetupNotice::Check& check, int number, double scale)
+QLayout* makeRow(const OnboardingWindow::Step& step, int number, double scale)
 {
     auto* title = makeLabel(
-        QString::fromStdString(check.title), QStringLiteral("title"), {14, FontWeight::semibold});
-    auto* explanation = makeLabel(
-        QString::fromStdString(check.explanation), QStringLiteral("explanation"),
+        QString::fromStdString(step.title), QStringLiteral("title"), {14, FontWeight::semibold});
+    auto* description = makeLabel(
+        QString::fromStdString(step.description), QStringLiteral("description"),
         {12, FontWeight::regular});
     auto* texts = new QVBoxLayout;
     texts->setSpacing(3);
-    for (QLabel* label : {title, explanation}) {
+    for (QLabel* label : {title, description}) {
         label->setFixedWidth(textWidth);
         texts->addWidget(label);
     }
+    const QString state = step.done ? QStringLiteral("Done") : QStringLiteral("Not done");
     auto* row = new QHBoxLayout;
     row->setSpacing(18);
-    row->addWidget(makePicture(badge(check.passed, number, scale)), 0, Qt::AlignVCenter);
+    row->addWidget(makePicture(badge(step, number, scale), state), 0, Qt::AlignVCenter);
     row->addLayout(texts, 1);
     return row;
 }
@@ -111,9 +114,10 @@ QFrame* makeLine()
 
 } // namespace
 
-SetupNotice::SetupNotice(const std::vector<Check>& checks, std::function<void()> started)
+OnboardingView::OnboardingView(OnboardingWindow& logic)
+    : logic(logic)
 {
-    setObjectName(QStringLiteral("setupNotice"));
+    setObjectName(QStringLiteral("onboardingWindow"));
     setWindowTitle(QStringLiteral("Tallowbay"));
     setAttribute(Qt::WA_StyledBackground);
     setStyleSheet(look);
@@ -122,44 +126,46 @@ SetupNotice::SetupNotice(const std::vector<Check>& checks, std::function<void()>
     rows->setSpacing(16);
     rows->setSizeConstraint(QLayout::SetFixedSize);
     addHeader(*rows);
-    addChecks(*rows, checks);
-    addButton(*rows, std::move(started));
+    addSteps(*rows);
+    addButton(*rows);
 }
 
-void SetupNotice::addHeader(QVBoxLayout& rows)
+void OnboardingView::addHeader(QVBoxLayout& rows)
 {
     const QIcon icon = qt::Artwork().icon(QStringLiteral("com.quarnel.tallowbay"));
     auto* header = new QHBoxLayout;
     header->setSpacing(18);
-    header->addWidget(makePicture(icon.pixmap(QSize(iconSize, iconSize), devicePixelRatioF())));
+    header->addWidget(makePicture(
+        icon.pixmap(QSize(iconSize, iconSize), devicePixelRatioF()), QStringLiteral("Tallowbay")));
     header->addWidget(
         makeLabel(
-            QStringLiteral("Get Tallowbay ready"), QStringLiteral("heading"),
+            QString::fromStdString(logic.heading()), QStringLiteral("heading"),
             {22, FontWeight::semibold}),
         1);
     rows.addLayout(header);
     rows.addSpacing(8);
 }
 
-void SetupNotice::addChecks(QVBoxLayout& rows, const std::vector<Check>& checks)
+void OnboardingView::addSteps(QVBoxLayout& rows)
 {
     int number = 0;
-    for (const Check& check : checks) {
-        rows.addLayout(makeRow(check, ++number, devicePixelRatioF()));
+    for (const auto& step : logic.steps()) {
+        rows.addLayout(makeRow(step, ++number, devicePixelRatioF()));
         rows.addWidget(makeLine());
     }
 }
 
-void SetupNotice::addButton(QVBoxLayout& rows, std::function<void()> started)
+void OnboardingView::addButton(QVBoxLayout& rows)
 {
-    auto* button = new QPushButton(QStringLiteral("Start"));
+    auto* button = new QPushButton(QString::fromStdString(logic.buttonTitle()));
     button->setFont(qt::interfaceFont({14, FontWeight::medium}));
     button->setFixedSize(112, 36);
     button->setCursor(Qt::PointingHandCursor);
     button->setAutoDefault(true);
     button->setFocus();
-    // Its own turn of the main loop: the callback may destroy this window.
-    connect(button, &QPushButton::clicked, this, std::move(started), Qt::QueuedConnection);
+    // Its own turn of the main loop: the logic may destroy this window.
+    connect(
+        button, &QPushButton::clicked, this, [this] { logic.startTapped(); }, Qt::QueuedConnection);
     auto* row = new QHBoxLayout;
     row->addStretch();
     row->addWidget(button);
@@ -167,7 +173,7 @@ void SetupNotice::addButton(QVBoxLayout& rows, std::function<void()> started)
     rows.addLayout(row);
 }
 
-void SetupNotice::present()
+void OnboardingView::makeKeyAndOrderFront()
 {
     adjustSize();
     if (const QScreen* screen = QGuiApplication::primaryScreen())
@@ -175,6 +181,12 @@ void SetupNotice::present()
     show();
     raise();
     activateWindow();
+}
+
+void OnboardingView::closeEvent(QCloseEvent* event)
+{
+    QWidget::closeEvent(event);
+    logic.windowClosed();
 }
 
 } // namespace tallowbay::views

@@ -1,4 +1,4 @@
-#include "views/RoundedRegion.h"
+#include "views/ui/RoundedRegion.h"
 
 #include <gmock/gmock.h>
 

@@ -1,14 +1,9 @@
 #pragma once
 
-#include "platform/Dispatch.h"
 #include "platform/TextMeasurer.h"
-#include "platform/ToastViews.h"
-#include "platform/WindowPort.h"
 
 #include <algorithm>
-#include <memory>
 #include <string>
-#include <vector>
 
 namespace tallowbay::headless {
 
@@ -28,33 +23,6 @@ public:
             font.sizePoints / 2 * static_cast<double>(longest),
             font.sizePoints * 1.25 * static_cast<double>(lines)};
     }
-};
-
-// What happened to a toast's window, in order.
-struct ToastRecord {
-    ToastContent content;
-    std::vector<std::string> journal;
-    double alpha = 1;
-    bool onScreen = false;
-    bool alive = true;
-};
-
-// Animations take their time on the given dispatch; alpha jumps at their end.
-class HeadlessToasts final : public ToastViews {
-public:
-    explicit HeadlessToasts(Dispatch& dispatch)
-        : dispatch(dispatch)
-    {
-    }
-
-    std::unique_ptr<WindowPort> make(const ToastContent& content) override;
-
-    std::vector<std::string> messages() const;
-
-    std::vector<std::shared_ptr<ToastRecord>> made;
-
-private:
-    Dispatch& dispatch;
 };
 
 } // namespace tallowbay::headless

@@ -1,0 +1,23 @@
+#pragma once
+
+namespace tallowbay {
+
+class EditorStrip;
+
+// Where the editor is found once there is one: empty until it is opened for the first time, which
+// may never be, and filled from then on.
+//
+// Thread: main queue.
+class EditorSlot {
+public:
+    // Null while there is no editor.
+    EditorStrip* strip() const { return editor; }
+
+    // The editor outlives the slot's users. A later one takes the place of an earlier.
+    void fill(EditorStrip& opened) { editor = &opened; }
+
+private:
+    EditorStrip* editor = nullptr;
+};
+
+} // namespace tallowbay

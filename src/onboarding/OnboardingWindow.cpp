@@ -1,0 +1,85 @@
+#include "onboarding/OnboardingWindow.h"
+
+#include "capture/ScreenshotLocation.h"
+#include "onboarding/OnboardingPort.h"
+#include "platform/FileSystem.h"
+#include "platform/Permissions.h"
+#include "platform/Platform.h"
+#include "platform/UserDefaults.h"
+#include "platform/UserDefaultsStore.h"
+#include "ui/Views.h"
+
+#include <utility>
+
+namespace tallowbay {
+
+using Step = OnboardingWindow::Step;
+
+namespace {
+
+std::string forPeople(const std::filesystem::path& folder, const std::filesystem::path& home)
+{
+    const auto relative = folder.lexically_relative(home);
+    const bool below = !relative.empty() && *relative.begin() != "..";
+    return below ? "~/" + relative.native() : folder.native();
+}
+
+Step locationStep(const Platform& platform)
+{
+    const ScreenshotLocation location(platform.defaults, platform.fileSystem, platform.desktop);
+    const std::string title = "Screenshot Location";
+    if (location.targetIsClipboard())
+        return {title, "Screenshots must be saved to a folder", false};
+    const auto folder = location.systemScreenshotDirectory();
+    return {
+        title, "Screenshots are expected in " + forPeople(folder, platform.fileSystem.homeFolder()),
+        true};
+}
+
+Step permissionStep(std::string title, std::string purpose, const Permission& permission)
+{
+    if (!permission.granted() && !permission.reason.empty())
+        purpose += ". " + permission.reason;
+    return {std::move(title), std::move(purpose), permission.granted()};
+}
+
+std::vector<Step> makeSteps(const Platform& platform)
+{
+    return {
+        locationStep(platform),
+        permissionStep(
+            "Enable Accessibility", "Needed to detect paste actions",
+            platform.permissions.accessibility()),
+        permissionStep(
+            "Allow Screen Recording", "Required for text extraction (OCR)",
+            platform.permissions.screenRecording()),
+    };
+}
+
+} // namespace
+
+OnboardingWindow::OnboardingWindow(const Platform& platform, Views& views)
+    : preferences(platform.defaults.standard())
+    , allSteps(makeSteps(platform))
+    , view(views.makeOnboardingWindow(*this))
+{
+}
+
+OnboardingWindow::~OnboardingWindow() = default;
+
+void OnboardingWindow::show()
+{
+    onScreen = true;
+    view->makeKeyAndOrderFront();
+}
+
+void OnboardingWindow::startTapped()
+{
+    const auto completed = std::exchange(onCompleted, nullptr); // it may destroy this window
+    if (!completed)
+        return;
+    preferences.set("onboardingCompleted", {true});
+    completed();
+}
+
+} // namespace tallowbay

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace tallowbay {
+
+class OnboardingPort;
+class UserDefaults;
+class Views;
+struct Platform;
+
+// The first-run window: what the program needs, whether it has it, and a button that starts it.
+// Closing the window leaves the program as it is, and the next start shows it again.
+//
+// Thread: main queue.
+class OnboardingWindow {
+public:
+    // Something that the program needs, as it stood when the window was made.
+    struct Step {
+        std::string title;
+        std::string description;
+        bool done = false;
+    };
+
+    OnboardingWindow(const Platform&, Views&);
+    ~OnboardingWindow();
+
+    // Called once, when the user starts the program; may destroy this window.
+    std::function<void()> onCompleted;
+
+    void show();
+    bool visible() const { return onScreen; }
+
+    // What the view shows: the heading, the steps in their order, the button below them.
+    std::string heading() const { return "Get Tallowbay ready"; }
+    const std::vector<Step>& steps() const { return allSteps; }
+    std::string buttonTitle() const { return "Start"; }
+
+    // What the user does there.
+    void startTapped();
+    void windowClosed() { onScreen = false; }
+
+private:
+    UserDefaults& preferences;
+    const std::vector<Step> allSteps;
+    bool onScreen = false;
+    std::unique_ptr<OnboardingPort> view;
+};
+
+} // namespace tallowbay

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <memory>
+
+namespace tallowbay {
+
+class OnboardingPort;
+class OnboardingWindow;
+class WindowPort;
+struct ToastContent;
+
+// Makes the views of all windows: the one thing that the logic knows of how they are painted.
+//
+// A window consists of three classes.
+//
+//  1. Its logic (OnboardingWindow) owns the state and decides everything: what is shown and
+//  enabled,
+//     what a key does, what fades to what over how long. It links no toolkit and is tested without.
+//  2. Its port (OnboardingPort), abstract and beside the logic, has the few things that the logic
+//     asks of its view: to come to the front, to look again, to fade. What there is to see is not
+//     among them; the view asks the logic for that.
+//  3. Its view (views/onboarding/OnboardingView), in the folder of the logic's name, is the port.
+//  It
+//     holds a reference to the logic, shows what the logic's questions answer, and forwards what
+//     the user does. It has no branch worth a test of its own, and a name for every control.
+//
+// The logic gets its view from here while it is constructed, and owns it. Its fields stand in the
+// order state, view, parts: the view may ask for the state at once, and reports only later. A
+// report may destroy the logic and the view with it, so it is the last thing that an event handler
+// does, or has a turn of the main loop for itself.
+//
+// views/headless has the views of tests. They write down what was asked of them.
+//
+// Thread: main queue.
+class Views {
+public:
+    virtual ~Views() = default;
+
+    virtual std::unique_ptr<OnboardingPort> makeOnboardingWindow(OnboardingWindow&) = 0;
+
+    // Nobody can do anything to a toast, and nothing of it changes: its view needs no logic.
+    virtual std::unique_ptr<WindowPort> makeToast(const ToastContent&) = 0;
+};
+
+} // namespace tallowbay

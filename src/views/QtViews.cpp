@@ -1,0 +1,18 @@
+#include "views/QtViews.h"
+
+#include "views/onboarding/OnboardingView.h"
+#include "views/ui/ToastView.h"
+
+namespace tallowbay::views {
+
+std::unique_ptr<OnboardingPort> QtViews::makeOnboardingWindow(OnboardingWindow& logic)
+{
+    return std::make_unique<OnboardingView>(logic);
+}
+
+std::unique_ptr<WindowPort> QtViews::makeToast(const ToastContent& content)
+{
+    return std::make_unique<ToastView>(content, windows);
+}
+
+} // namespace tallowbay::views

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "platform/WindowSystem.h"
+#include "ui/Views.h"
+
+namespace tallowbay::views {
+
+// The windows as Qt paints them. Needs the QApplication.
+class QtViews final : public Views {
+public:
+    // The window system outlives the views.
+    explicit QtViews(WindowSystem& windows)
+        : windows(windows)
+    {
+    }
+
+    std::unique_ptr<OnboardingPort> makeOnboardingWindow(OnboardingWindow&) override;
+    std::unique_ptr<WindowPort> makeToast(const ToastContent&) override;
+
+private:
+    WindowSystem& windows;
+};
+
+} // namespace tallowbay::views
