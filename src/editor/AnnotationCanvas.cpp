@@ -36,10 +36,19 @@ std::string trimmed(const std::string& text)
 
 } // namespace
 
+AnnotationCanvas::AnnotationCanvas(AnnotationCanvasHost& host, const TextMeasurer& measurer)
+    : measurer(measurer)
+    , view(host.makeCanvasView(*this))
+{
+    resetCursorRects();
+}
+
+AnnotationCanvas::~AnnotationCanvas() = default;
+
 void AnnotationCanvas::setSize(Size size)
 {
     canvas.size = size;
-    view.redraw();
+    view->redraw();
 }
 
 void AnnotationCanvas::setBackgroundImage(Image image)
@@ -47,31 +56,31 @@ void AnnotationCanvas::setBackgroundImage(Image image)
     canvas.backgroundImage = std::move(image);
     if (!canvas.backgroundImage)
         canvas.endNewShape(); // the end of the drag will not be heard
-    view.redraw();
+    view->redraw();
 }
 
 void AnnotationCanvas::setAnnotations(std::vector<AnnotationItem> items)
 {
     canvas.replaceAnnotations(std::move(items));
-    view.redraw();
+    view->redraw();
 }
 
 void AnnotationCanvas::appendAnnotation(AnnotationItem item)
 {
     canvas.annotations.push_back(std::move(item));
-    view.redraw();
+    view->redraw();
 }
 
 void AnnotationCanvas::removeAnnotation(std::size_t index)
 {
     canvas.removeAnnotation(index);
-    view.redraw();
+    view->redraw();
 }
 
 void AnnotationCanvas::clearSelection()
 {
     canvas.selectedAnnotationIndex.reset();
-    view.redraw();
+    view->redraw();
 }
 
 void AnnotationCanvas::draw(GraphicsContext& context) const
@@ -96,7 +105,7 @@ void AnnotationCanvas::resizeAnnotation(std::size_t index, ResizeHandle handle, 
 {
     Rect& rect = checkedAt(canvas.annotations, index).rect;
     rect = resizedRect(canvas.resizedFrom.value_or(rect), handle, to);
-    view.redraw();
+    view->redraw();
     reportChange();
 }
 
@@ -135,7 +144,7 @@ void AnnotationCanvas::beginResizing(const HandleHit& grip)
     canvas.resizingIndex = grip.index;
     canvas.resizeHandle = grip.handle;
     canvas.resizedFrom = canvas.annotations[grip.index].rect;
-    view.redraw();
+    view->redraw();
 }
 
 void AnnotationCanvas::beginMoving(std::size_t index, Point point)
@@ -143,8 +152,8 @@ void AnnotationCanvas::beginMoving(std::size_t index, Point point)
     canvas.movingIndex = index;
     canvas.selectedAnnotationIndex = index;
     canvas.moveLastPoint = point;
-    view.setCursor(CanvasCursor::closedHand);
-    view.redraw();
+    view->setCursor(CanvasCursor::closedHand);
+    view->redraw();
 }
 
 void AnnotationCanvas::mouseDragged(Point point)
@@ -168,7 +177,7 @@ void AnnotationCanvas::mouseDragged(Point point)
         canvas.liveRect = Rect{start, {point.x - start.x, point.y - start.y}};
     else if (tool != AnnotationTool::text)
         canvas.liveRect = spannedBy(start, point);
-    view.redraw();
+    view->redraw();
 }
 
 void AnnotationCanvas::moveBy(Point distance)
@@ -176,7 +185,7 @@ void AnnotationCanvas::moveBy(Point distance)
     Rect& rect = checkedAt(canvas.annotations, *canvas.movingIndex).rect;
     rect.origin.x += distance.x;
     rect.origin.y += distance.y;
-    view.redraw();
+    view->redraw();
     reportChange();
 }
 
@@ -187,20 +196,20 @@ void AnnotationCanvas::mouseUp(Point point)
     // What only the gesture has shown, handles or a preview, is to go.
     if (const auto index = canvas.resizingIndex) {
         canvas.endResize();
-        view.redraw();
+        view->redraw();
         reportUpdate(*index);
         return;
     }
     if (const auto index = canvas.movingIndex) {
         canvas.endMove();
-        view.setCursor(CanvasCursor::openHand);
-        view.redraw();
+        view->setCursor(CanvasCursor::openHand);
+        view->redraw();
         reportUpdate(*index);
         return;
     }
     const auto made = draggedOutItem(point);
     if (canvas.endNewShape())
-        view.redraw();
+        view->redraw();
     if (made)
         add(*made);
 }
@@ -259,12 +268,12 @@ void AnnotationCanvas::mouseMoved(Point point)
     const auto hit = hitTestAnnotation(point);
     if (hit != canvas.hoveredIndex) {
         canvas.hoveredIndex = hit;
-        view.redraw();
+        view->redraw();
     }
     if (hitTestResizeHandle(point))
-        view.setCursor(CanvasCursor::resizeUpDown);
+        view->setCursor(CanvasCursor::resizeUpDown);
     else
-        view.setCursor(hit ? CanvasCursor::openHand : CanvasCursor::crosshair);
+        view->setCursor(hit ? CanvasCursor::openHand : CanvasCursor::crosshair);
 }
 
 void AnnotationCanvas::keyDown(const KeyPress& key)
@@ -281,7 +290,7 @@ void AnnotationCanvas::showTextField(Point point)
 {
     textAnchor = point;
     textColor = currentColor(Color::white(1));
-    activeTextField = view.showTextField(
+    activeTextField = view->showTextField(
         {textFieldFrame(), annotationFont, textColor, annotationTextBackground, "Type here...",
          placeholderColor});
 }
@@ -304,7 +313,7 @@ void AnnotationCanvas::commitTextIfNeeded()
         return;
     const std::string text = trimmed(activeTextField->text());
     activeTextField.reset();
-    view.becomeFirstResponder();
+    view->becomeFirstResponder();
     if (!text.empty())
         add({AnnotationTool::text, {textAnchor, {0, 0}}, text, textColor});
 }

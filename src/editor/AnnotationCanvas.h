@@ -1,5 +1,6 @@
 #pragma once
 
+#include "editor/AnnotationCanvasPort.h"
 #include "editor/CanvasState.h"
 #include "editor/HitTest.h"
 #include "platform/Graphics.h"
@@ -36,44 +37,6 @@ public:
     virtual void handleKeyDown(const KeyPress&) = 0;
 };
 
-// One cursor serves every handle, corners and arrow ends alike.
-enum class CanvasCursor { crosshair, openHand, closedHand, resizeUpDown };
-
-// A single line of text that is being typed: no border, no bezel, no focus ring.
-struct TextFieldLook {
-    Rect frame; // in the canvas
-    Font font;
-    Color textColor;
-    Color background;
-    std::string placeholder;
-    Color placeholderColor;
-    bool operator==(const TextFieldLook&) const = default;
-};
-
-// The field on the screen; destroying it takes it away.
-class InlineTextField {
-public:
-    virtual ~InlineTextField() = default;
-    virtual std::string text() const = 0;
-};
-
-// The view that the canvas lives in. Thread: main queue.
-class AnnotationCanvasPort {
-public:
-    virtual ~AnnotationCanvasPort() = default;
-
-    // All of it, soon, through AnnotationCanvas::draw.
-    virtual void redraw() = 0;
-    virtual void setCursor(CanvasCursor) = 0;
-
-    // The field takes the keyboard. Its Return key is to call textFieldCommitted(), inside of which
-    // the field is destroyed.
-    virtual std::unique_ptr<InlineTextField> showTextField(const TextFieldLook&) = 0;
-
-    // The canvas takes the keyboard.
-    virtual void becomeFirstResponder() = 0;
-};
-
 // The part of the editor that shows a screenshot and lets the user mark it up. Points count from
 // the canvas's lower left corner, y upwards.
 //
@@ -81,11 +44,9 @@ public:
 // main queue.
 class AnnotationCanvas {
 public:
-    AnnotationCanvas(AnnotationCanvasPort& view, const TextMeasurer& measurer)
-        : view(view)
-        , measurer(measurer)
-    {
-    }
+    // The host makes the view.
+    AnnotationCanvas(AnnotationCanvasHost&, const TextMeasurer&);
+    ~AnnotationCanvas();
 
     // The window, which outlives its place here: it takes itself out (null) before it goes.
     void setDelegate(AnnotationCanvasDelegate* window) { delegate = window; }
@@ -111,7 +72,7 @@ public:
     void mouseUp(Point);
     void mouseMoved(Point);
     void keyDown(const KeyPress&);
-    void resetCursorRects() { view.setCursor(CanvasCursor::crosshair); }
+    void resetCursorRects() { view->setCursor(CanvasCursor::crosshair); }
 
     std::optional<std::size_t> hitTestAnnotation(Point) const;
     std::optional<HandleHit> hitTestResizeHandle(Point) const;
@@ -139,10 +100,10 @@ private:
     Color currentColor(Color withoutWindow) const;
     Rect textFieldFrame() const;
 
-    AnnotationCanvasPort& view;
     const TextMeasurer& measurer;
     AnnotationCanvasDelegate* delegate = nullptr;
     CanvasState canvas;
+    std::unique_ptr<AnnotationCanvasPort> view;
     std::unique_ptr<InlineTextField> activeTextField;
     Point textAnchor; // of the active field's item
     Color textColor;

@@ -69,6 +69,18 @@ private:
     };
 };
 
+class JournalCanvasHost final : public AnnotationCanvasHost {
+public:
+    std::unique_ptr<AnnotationCanvasPort> makeCanvasView(AnnotationCanvas&) override
+    {
+        auto made = std::make_unique<JournalCanvasPort>();
+        view = made.get();
+        return made;
+    }
+
+    JournalCanvasPort* view = nullptr;
+};
+
 // The window in memory: it keeps what it was told.
 class JournalDelegate : public AnnotationCanvasDelegate {
 public:
@@ -136,9 +148,10 @@ protected:
     }
 
     headless::HeadlessTextMeasurer measurer; // eight points a character, twenty high
-    JournalCanvasPort view;
+    JournalCanvasHost host;
     JournalDelegate window;
-    AnnotationCanvas canvas{view, measurer};
+    AnnotationCanvas canvas{host, measurer};
+    JournalCanvasPort& view = *host.view;
 };
 
 } // namespace tallowbay::test

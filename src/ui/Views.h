@@ -29,6 +29,9 @@ struct ToastContent;
 // report may destroy the logic and the view with it, so it is the last thing that an event handler
 // does, or has a turn of the main loop for itself.
 //
+// A part of a window (a canvas, a row of a list) is made in the same way, but by the port of the
+// window that it stands in, because that knows its place: see AnnotationCanvasHost.
+//
 // views/headless has the views of tests. They write down what was asked of them.
 //
 // Thread: main queue.

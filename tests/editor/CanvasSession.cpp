@@ -80,30 +80,45 @@ private:
 
 } // namespace
 
+// The view's text fields contain what is said to be typed.
 class CanvasSession::View final : public AnnotationCanvasPort {
 public:
+    explicit View(const std::string& typed)
+        : typed(typed)
+    {
+    }
     void redraw() override { }
     void setCursor(CanvasCursor) override { }
     std::unique_ptr<InlineTextField> showTextField(const TextFieldLook&) override
     {
-        return std::make_unique<Field>(*this);
+        return std::make_unique<Field>(typed);
     }
     void becomeFirstResponder() override { }
-
-    std::string typed;
 
 private:
     class Field final : public InlineTextField {
     public:
-        explicit Field(const View& view)
-            : view(view)
+        explicit Field(const std::string& typed)
+            : typed(typed)
         {
         }
-        std::string text() const override { return view.typed; }
+        std::string text() const override { return typed; }
 
     private:
-        const View& view;
+        const std::string& typed;
     };
+
+    const std::string& typed;
+};
+
+class CanvasSession::Screen final : public AnnotationCanvasHost {
+public:
+    std::unique_ptr<AnnotationCanvasPort> makeCanvasView(AnnotationCanvas&) override
+    {
+        return std::make_unique<View>(typed);
+    }
+
+    std::string typed;
 };
 
 class CanvasSession::Window final : public AnnotationCanvasDelegate {
@@ -150,8 +165,8 @@ private:
 };
 
 CanvasSession::CanvasSession()
-    : view(std::make_unique<View>())
-    , canvas(*view, measurer)
+    : screen(std::make_unique<Screen>())
+    , canvas(*screen, measurer)
 {
     window = std::make_unique<Window>(canvas, tally);
     canvas.setDelegate(window.get());
@@ -198,7 +213,7 @@ void CanvasSession::step(const Choose& choose)
         break;
     case 5: {
         constexpr const char* texts[] = {"", "  ", " a ", "text", "\xC3\xA4\n"};
-        view->typed = texts[choose(5)];
+        screen->typed = texts[choose(5)];
         if (choose(2))
             canvas.commitTextIfNeeded();
         break;

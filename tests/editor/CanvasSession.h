@@ -37,6 +37,7 @@ public:
 private:
     class Window;
     class View;
+    class Screen;
 
     void mouse(const Choose&);
     void edit(const Choose&);
@@ -49,7 +50,7 @@ private:
     std::string brokenHitTest(const Choose&) const;
 
     headless::HeadlessTextMeasurer measurer;
-    std::unique_ptr<View> view;
+    std::unique_ptr<Screen> screen;
     std::unique_ptr<Window> window;
     AnnotationCanvas canvas;
     Point mousePlace;

@@ -32,21 +32,26 @@ CanvasWindow::CanvasWindow(
     const qt::GraphicsFonts& fonts, AnnotationSaver& saver, std::filesystem::path url, Image image)
     : saver(saver)
     , screenshot{std::move(url), {}, {}}
-    , view(fonts)
+    , fonts(fonts)
+    , canvas(*this, fonts)
 {
     setWindowTitle(QStringLiteral("tallowbay-canvas"));
     addToolBar();
-    view.setObjectName(QStringLiteral("canvas"));
-    setCentralWidget(&view);
-    view.canvas().setDelegate(this);
-    view.canvas().setBackgroundImage(std::move(image));
-    view.setFocus();
+    canvas.setDelegate(this);
+    canvas.setBackgroundImage(std::move(image));
+    centralWidget()->setFocus();
 }
 
 CanvasWindow::~CanvasWindow()
 {
-    view.canvas().setDelegate(nullptr);
-    takeCentralWidget(); // a field of this object, not the window's to delete
+    canvas.setDelegate(nullptr);
+}
+
+std::unique_ptr<AnnotationCanvasPort> CanvasWindow::makeCanvasView(AnnotationCanvas& logic)
+{
+    auto view = std::make_unique<views::AnnotationCanvasView>(logic, fonts, this);
+    setCentralWidget(view.get());
+    return view;
 }
 
 void CanvasWindow::addToolBar()
@@ -56,7 +61,7 @@ void CanvasWindow::addToolBar()
     auto* const tools = new QActionGroup(this);
     for (const AnnotationTool each : annotationTools) {
         auto* const action = bar->addAction(qtText(railLabel(each)), [this, each] {
-            view.canvas().commitTextIfNeeded();
+            canvas.commitTextIfNeeded();
             tool = each;
         });
         action->setCheckable(true);
@@ -94,7 +99,7 @@ void CanvasWindow::deleteAnnotation(std::size_t index)
 void CanvasWindow::handleKeyDown(const KeyPress& key)
 {
     if (key.keyCode == returnKey || key.keyCode == escapeKey)
-        view.canvas().commitTextIfNeeded();
+        canvas.commitTextIfNeeded();
     if (key.keyCode == escapeKey)
         close();
     if (key.keyCode == zKey && key.flags & eventFlag::command)
@@ -113,7 +118,6 @@ void CanvasWindow::redoAnnotation()
 
 void CanvasWindow::saveIf(bool changed)
 {
-    const AnnotationCanvas& canvas = view.canvas();
     if (changed)
         saver.save(
             {screenshot.url, screenshot.annotations, canvas.backgroundImage(), canvas.size()});

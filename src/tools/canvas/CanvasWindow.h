@@ -10,12 +10,17 @@ namespace tallowbay {
 
 // A plain window with one screenshot, for trying the canvas by hand: a tool bar, undo and redo, and
 // every edit is saved. Escape closes it.
-class CanvasWindow final : public QMainWindow, private AnnotationCanvasDelegate {
+class CanvasWindow final : public QMainWindow,
+                           private AnnotationCanvasHost,
+                           private AnnotationCanvasDelegate {
 public:
     CanvasWindow(const qt::GraphicsFonts&, AnnotationSaver&, std::filesystem::path url, Image);
     ~CanvasWindow() override;
 
 private:
+    // The host
+    std::unique_ptr<AnnotationCanvasPort> makeCanvasView(AnnotationCanvas&) override;
+
     // The delegate
     AnnotationTool selectedTool() const override { return tool; }
     Color highlightColor() const override { return color; }
@@ -34,8 +39,9 @@ private:
     ScreenshotRecord screenshot;
     AnnotationTool tool = AnnotationTool::highlight;
     Color color = systemYellow;
-    views::AnnotationCanvasView view;
-    AnnotationHistory history{view.canvas()};
+    const qt::GraphicsFonts& fonts;
+    AnnotationCanvas canvas;
+    AnnotationHistory history{canvas};
 };
 
 } // namespace tallowbay

@@ -49,17 +49,18 @@ private:
 
 } // namespace
 
-AnnotationCanvasView::AnnotationCanvasView(const qt::GraphicsFonts& fonts, QWidget* parent)
+AnnotationCanvasView::AnnotationCanvasView(
+    AnnotationCanvas& logic, const qt::GraphicsFonts& fonts, QWidget* parent)
     : QWidget(parent)
+    , logic(logic)
     , fonts(fonts)
-    , logic(*this, this->fonts)
 {
+    setObjectName(QStringLiteral("canvas"));
+    setAccessibleName(QStringLiteral("Screenshot"));
+    setAccessibleDescription(QStringLiteral("Drag to mark it up with the selected tool"));
     setMouseTracking(true);
     setFocusPolicy(Qt::ClickFocus);
-    logic.resetCursorRects();
 }
-
-AnnotationCanvasView::~AnnotationCanvasView() = default;
 
 void AnnotationCanvasView::setCursor(CanvasCursor cursor)
 {

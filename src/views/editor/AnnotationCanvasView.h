@@ -12,10 +12,7 @@ namespace tallowbay::views {
 // what lies behind it shows.
 class AnnotationCanvasView final : public QWidget, public AnnotationCanvasPort {
 public:
-    explicit AnnotationCanvasView(const qt::GraphicsFonts&, QWidget* parent = nullptr);
-    ~AnnotationCanvasView() override;
-
-    AnnotationCanvas& canvas() { return logic; }
+    AnnotationCanvasView(AnnotationCanvas&, const qt::GraphicsFonts&, QWidget* parent = nullptr);
 
     // The port
     void redraw() override { update(); }
@@ -34,9 +31,9 @@ protected:
 private:
     Point canvasPoint(const QMouseEvent&) const;
 
+    AnnotationCanvas& logic;
     const qt::GraphicsFonts fonts;
     qt::ScaledImageCache scaledImages;
-    AnnotationCanvas logic;
 };
 
 } // namespace tallowbay::views

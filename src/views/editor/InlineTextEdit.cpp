@@ -30,6 +30,7 @@ InlineTextEdit::InlineTextEdit(
     : QLineEdit(parent)
 {
     setObjectName(QStringLiteral("annotationTextField"));
+    setAccessibleName(QStringLiteral("Text on the screenshot"));
     QLineEdit::setFrame(false);
     setValidator(new OneLine(this));
     setAttribute(Qt::WA_MacShowFocusRect, false);

@@ -14,6 +14,20 @@ using testing::IsEmpty;
 namespace tallowbay::test {
 namespace {
 
+// Nothing but a canvas.
+class Frame final : public AnnotationCanvasHost {
+public:
+    std::unique_ptr<AnnotationCanvasPort> makeCanvasView(AnnotationCanvas& canvas) override
+    {
+        auto made = std::make_unique<views::AnnotationCanvasView>(canvas, fonts);
+        view = made.get();
+        return made;
+    }
+
+    qt::GraphicsFonts fonts;
+    views::AnnotationCanvasView* view = nullptr;
+};
+
 // Keeps what it was told, and takes away what is to be deleted.
 class Window final : public AnnotationCanvasDelegate {
 public:
@@ -49,19 +63,19 @@ protected:
     AnnotationCanvasViewTest()
     {
         desktop.server().startWindowManager();
-        window.canvas = &view.canvas();
-        view.canvas().setDelegate(&window);
+        window.canvas = &canvas;
+        canvas.setDelegate(&window);
         auto picture = std::make_shared<Bitmap>(PixelSize{200, 150});
         for (int y = 0; y < 150; ++y)
             std::fill_n(picture->row(y), 200, 0xFF306090u);
-        view.canvas().setBackgroundImage(picture);
+        canvas.setBackgroundImage(picture);
         view.setFixedSize(496, 396);
         view.show();
         EXPECT_TRUE(desktop.runUntil([&] { return view.isActiveWindow(); }));
         view.setFocus();
         EXPECT_TRUE(desktop.runUntil([&] { return view.frameGeometry() != view.geometry(); }));
     }
-    ~AnnotationCanvasViewTest() override { view.canvas().setDelegate(nullptr); }
+    ~AnnotationCanvasViewTest() override { canvas.setDelegate(nullptr); }
 
     void press(const std::vector<std::string>& keys)
     {
@@ -105,7 +119,7 @@ protected:
         click(at);
         return runUntil([&] { return field() && field()->hasFocus(); });
     }
-    const std::vector<AnnotationItem>& items() { return view.canvas().annotations(); }
+    const std::vector<AnnotationItem>& items() { return canvas.annotations(); }
     QColor pixelAt(Point point)
     {
         const QPoint corner = view.mapToGlobal(QPoint(0, 0));
@@ -119,8 +133,9 @@ protected:
     } locale;
     QtDesktop desktop;
     Window window;
-    qt::GraphicsFonts fonts;
-    views::AnnotationCanvasView view{fonts};
+    Frame frame;
+    AnnotationCanvas canvas{frame, frame.fonts};
+    views::AnnotationCanvasView& view = *frame.view;
 };
 
 TEST_F(AnnotationCanvasViewTest, CreatesMovesAndDeletesAHighlight)
