@@ -85,13 +85,17 @@ TEST_F(OnboardingWindowTest, WantsScreenshotsInAFolder)
 
 TEST_F(OnboardingWindowTest, SaysWhyAPermissionIsMissing)
 {
-    desktop.permissions.seeKeys = {Permission::State::unavailable, "This session hides keys"};
-    desktop.permissions.seeScreen = {Permission::State::needsUser, ""};
+    desktop.permissions.refuseKeys(Permission::State::unavailable);
+    desktop.permissions.refuseScreen();
     const auto& steps = open().steps();
     EXPECT_FALSE(steps[1].done);
-    EXPECT_EQ(steps[1].description, "Needed to detect paste actions. This session hides keys");
+    EXPECT_EQ(
+        steps[1].description,
+        "Needed to detect paste actions. The user has not agreed that keys are seen");
     EXPECT_FALSE(steps[2].done);
-    EXPECT_EQ(steps[2].description, "Required for text extraction (OCR)");
+    EXPECT_EQ(
+        steps[2].description,
+        "Required for text extraction (OCR). The user has not agreed that the screen is seen");
 }
 
 TEST_F(OnboardingWindowTest, RemembersThatTheUserHasStartedTheProgram)
