@@ -17,13 +17,12 @@ namespace fs = std::filesystem;
 
 namespace {
 
-fs::path temporaryFile(const Platform& platform)
+std::string captureName(const Clock& clock)
 {
-    const auto sinceEpoch = platform.clock.wallNow().time_since_epoch();
+    const auto sinceEpoch = clock.wallNow().time_since_epoch();
     const std::int64_t seconds =
         std::chrono::duration_cast<std::chrono::seconds>(sinceEpoch).count();
-    return platform.fileSystem.temporaryFolder()
-        / ("tallowbay_ocr_" + std::to_string(seconds) + ".png");
+    return "tallowbay_ocr_" + std::to_string(seconds) + ".png";
 }
 
 // The lines in the order of the recogniser, which knows the layout better than we do.
@@ -55,11 +54,17 @@ void OCRCapture::run(const Platform& platform, Completion completion)
 // In the background: blocks until the user has selected a region.
 void OCRCapture::captureAndRecognize(const Platform& platform, const Completion& completion)
 {
-    const fs::path file = temporaryFile(platform);
-    const Completion finish = [platform, file, completion](const std::optional<std::string>& text) {
-        platform.fileSystem.remove(file);
+    // The name can be guessed: in a folder of our own nobody can have put a link there before us.
+    const auto folder = platform.fileSystem.makeTemporaryFolder();
+    const Completion finish = [platform, folder,
+                               completion](const std::optional<std::string>& text) {
+        if (folder)
+            platform.fileSystem.remove(*folder);
         platform.dispatch.mainAsync([completion, text] { completion(text); });
     };
+    if (!folder)
+        return finish(std::nullopt);
+    const fs::path file = *folder / captureName(platform.clock);
     if (platform.processes.run(platform.tools.screencapture, {"-i", file})
         && platform.fileSystem.exists(file))
         recognize(platform, file, finish);

@@ -17,7 +17,8 @@ public:
     // Lets the user select a region, and calls the completion exactly once, on the main queue: with
     // the lines of text in the region, separated by single line feeds, or without text if the user
     // cancelled, nothing could be captured or nothing was recognised. Returns at once; the backend
-    // outlives the capture. The captured picture is gone by the time of the completion.
+    // outlives the capture. The captured picture lies in a folder that no other user can
+    // enter; both are gone by the time of the completion.
     //
     // Thread: any.
     static void run(const Platform&, Completion);

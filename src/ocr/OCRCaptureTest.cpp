@@ -13,7 +13,8 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using Arguments = std::vector<std::string>;
 
-const std::filesystem::path capture = "/tmp/tallowbay_ocr_1767609072.png";
+const std::filesystem::path folder = "/tmp/folder-1";
+const std::filesystem::path capture = folder / "tallowbay_ocr_1767609072.png";
 
 class OCRCaptureTest : public testing::Test {
 protected:
@@ -65,21 +66,22 @@ TEST_F(OCRCaptureTest, RunsTheCaptureToolInteractivelyWithATemporaryFile)
     EXPECT_THAT(
         desktop.processes.journal,
         ElementsAre(headless::ScriptedProcesses::Call{
-            "/usr/sbin/screencapture", {"-i", "/tmp/tallowbay_ocr_1767609072.png"}}));
+            "/usr/sbin/screencapture", {"-i", "/tmp/folder-1/tallowbay_ocr_1767609072.png"}}));
 }
 
 TEST_F(OCRCaptureTest, NamesTheFileAfterTheWholeSecond)
 {
     desktop.clock.setWall(WallTime(1731600000999ms));
     result();
-    EXPECT_EQ(desktop.processes.journal.at(0).arguments.at(1), "/tmp/tallowbay_ocr_1731600000.png");
+    EXPECT_EQ(
+        desktop.processes.journal.at(0).arguments.at(1), folder / "tallowbay_ocr_1731600000.png");
 }
 
 TEST_F(OCRCaptureTest, CutsTheSecondTowardsZeroBeforeTheEpochToo)
 {
     desktop.clock.setWall(WallTime(-1500ms));
     result();
-    EXPECT_EQ(desktop.processes.journal.at(0).arguments.at(1), "/tmp/tallowbay_ocr_-1.png");
+    EXPECT_EQ(desktop.processes.journal.at(0).arguments.at(1), folder / "tallowbay_ocr_-1.png");
 }
 
 TEST_F(OCRCaptureTest, RecognisesTheCapturedPictureAccuratelyWithLanguageCorrection)
@@ -141,7 +143,7 @@ TEST_F(OCRCaptureTest, FindsNoTextAndRecognisesNothingWhenTheUserCancels)
     exitStatus = 1;
     EXPECT_EQ(result(), std::nullopt);
     EXPECT_THAT(desktop.textRecognizer.journal, IsEmpty());
-    EXPECT_FALSE(desktop.files.exists(capture));
+    EXPECT_FALSE(desktop.files.exists(folder));
 }
 
 TEST_F(OCRCaptureTest, FindsNoTextIfTheToolSucceedsWithoutAFile)
@@ -156,7 +158,7 @@ TEST_F(OCRCaptureTest, RemovesTheFileOfAToolThatFails)
     exitStatus = 1;
     EXPECT_EQ(result(), std::nullopt);
     EXPECT_THAT(desktop.textRecognizer.journal, IsEmpty());
-    EXPECT_FALSE(desktop.files.exists(capture));
+    EXPECT_FALSE(desktop.files.exists(folder));
 }
 
 TEST_F(OCRCaptureTest, FindsNoTextWithoutTheTool)
@@ -170,30 +172,37 @@ TEST_F(OCRCaptureTest, FindsNoTextInAFileThatIsNoPicture)
     captured = "no picture";
     EXPECT_EQ(result(), std::nullopt);
     EXPECT_THAT(desktop.textRecognizer.journal, IsEmpty());
-    EXPECT_FALSE(desktop.files.exists(capture));
+    EXPECT_FALSE(desktop.files.exists(folder));
 }
 
 TEST_F(OCRCaptureTest, FindsNoTextIfTheRecogniserFails)
 {
     desktop.textRecognizer.willFail("no language data");
     EXPECT_EQ(result(), std::nullopt);
-    EXPECT_FALSE(desktop.files.exists(capture));
+    EXPECT_FALSE(desktop.files.exists(folder));
 }
 
 TEST_F(OCRCaptureTest, FindsNoTextIfTheRecogniserThrows)
 {
     desktop.textRecognizer.willThrow();
     EXPECT_EQ(result(), std::nullopt);
-    EXPECT_FALSE(desktop.files.exists(capture));
+    EXPECT_FALSE(desktop.files.exists(folder));
 }
 
 TEST_F(OCRCaptureTest, RemovesTheFileBeforeTheCompletionRuns)
 {
     bool existed = true;
     OCRCapture::run(
-        desktop.platform(), [&](const auto&) { existed = desktop.files.exists(capture); });
+        desktop.platform(), [&](const auto&) { existed = desktop.files.exists(folder); });
     desktop.dispatch.runUntilIdle();
     EXPECT_FALSE(existed);
+}
+
+TEST_F(OCRCaptureTest, CapturesNothingWithoutAFolderOfItsOwn)
+{
+    desktop.files.makeReadOnly("/tmp");
+    EXPECT_EQ(result(), std::nullopt);
+    EXPECT_THAT(desktop.processes.journal, IsEmpty());
 }
 
 TEST_F(OCRCaptureTest, CompletesEvenIfTheFileCannotBeRemoved)
@@ -221,7 +230,7 @@ TEST_F(OCRCaptureTest, KeepsTheFileUntilALateRecogniserAnswers)
     EXPECT_THAT(results, IsEmpty()); // not on the recogniser's thread
     desktop.dispatch.runMain();
     EXPECT_THAT(results, ElementsAre("late"));
-    EXPECT_FALSE(desktop.files.exists(capture));
+    EXPECT_FALSE(desktop.files.exists(folder));
 }
 
 TEST_F(OCRCaptureTest, RunsTwoCapturesSideBySide)
@@ -232,6 +241,10 @@ TEST_F(OCRCaptureTest, RunsTwoCapturesSideBySide)
     run();
     desktop.dispatch.runUntilIdle();
     EXPECT_THAT(results, ElementsAre("first", "second"));
+    const auto& calls = desktop.processes.journal;
+    ASSERT_EQ(calls.size(), 2u);
+    EXPECT_NE(calls[0].arguments.at(1), calls[1].arguments.at(1)) << "within one second";
+    EXPECT_EQ(desktop.files.list("/tmp")->size(), 0u);
 }
 
 } // namespace

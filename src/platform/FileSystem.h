@@ -51,11 +51,9 @@ public:
 
     virtual std::filesystem::path homeFolder() const = 0;
 
-    // For files that do not outlive their use.
-    virtual std::filesystem::path temporaryFolder() const = 0;
-
-    // A new, empty folder inside the temporary folder that no other call and no other program has,
-    // and no other user can look into. Empty if there can be none. The caller removes it.
+    // A new, empty folder for files that do not outlive their use. No other call and no other
+    // program has it, and no other user can guess its name, look into it or put another in its
+    // place. Empty if there can be none. The caller removes it.
     virtual std::optional<std::filesystem::path> makeTemporaryFolder() = 0;
 };
 

@@ -125,7 +125,7 @@ bool MemoryFileSystem::writeAtomically(const fs::path& path, std::string_view by
 
 std::optional<fs::path> MemoryFileSystem::makeTemporaryFolder()
 {
-    const fs::path folder = temporaryFolder() / ("folder-" + std::to_string(++lastTemporaryFolder));
+    const fs::path folder = fs::path("/tmp") / ("folder-" + std::to_string(++lastTemporaryFolder));
     return createFolders(folder) ? std::optional(folder) : std::nullopt;
 }
 

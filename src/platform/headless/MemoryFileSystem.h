@@ -31,7 +31,6 @@ public:
     std::optional<std::string> read(const std::filesystem::path&) const override;
     bool writeAtomically(const std::filesystem::path&, std::string_view bytes) override;
     std::filesystem::path homeFolder() const override { return "/home/u"; }
-    std::filesystem::path temporaryFolder() const override { return "/tmp"; }
     std::optional<std::filesystem::path> makeTemporaryFolder() override;
 
     // A file that is written and closed at once.

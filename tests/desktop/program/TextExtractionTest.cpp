@@ -6,12 +6,14 @@
 
 #include <gmock/gmock.h>
 
+#include <ctime>
 #include <filesystem>
 
 namespace tallowbay::test {
 
 namespace {
 
+using testing::IsEmpty;
 using Words = std::vector<std::string>;
 
 // The text in another program's window, from the hotkey to the clipboard.
@@ -26,6 +28,19 @@ protected:
     }
 
     std::filesystem::path temporary() const { return home.folder() / "tmp"; }
+
+    // What captures have for themselves, wherever temporary files can go.
+    std::vector<std::filesystem::path> captureFolders() const
+    {
+        std::vector<std::filesystem::path> found;
+        for (const auto& place : {home.folder() / "run", temporary()}) {
+            for (const auto& entry : std::filesystem::directory_iterator(place)) {
+                if (entry.path().filename().native().starts_with("tallowbay-"))
+                    found.push_back(entry.path());
+            }
+        }
+        return found;
+    }
 
     // A terminal in the upper left corner, with this text in it.
     void showText(const std::string& text)
@@ -90,7 +105,7 @@ TEST_F(TextExtractionTest, CopiesTheLinesOfTheRegion)
     selectWindow();
     EXPECT_TRUE(waitForClipboard("Nobody had opened\nthe window of the\nhouse for years."))
         << clipboard();
-    EXPECT_TRUE(std::filesystem::is_empty(temporary()));
+    EXPECT_THAT(captureFolders(), IsEmpty());
 }
 
 TEST_F(TextExtractionTest, LeavesTheClipboardAloneWhenTheUserCancels)
@@ -101,12 +116,57 @@ TEST_F(TextExtractionTest, LeavesTheClipboardAloneWhenTheUserCancels)
     press("Escape");
     EXPECT_TRUE(waitUntil([this] { return !rival.desktopIsCovered(); }));
     EXPECT_EQ(clipboard(), "before");
-    EXPECT_TRUE(std::filesystem::is_empty(temporary()));
+    EXPECT_THAT(captureFolders(), IsEmpty());
 
     showText("Another attempt");
     startSelecting();
     selectWindow();
     EXPECT_TRUE(waitForClipboard("Another attempt")) << clipboard();
+}
+
+TEST_F(TextExtractionTest, KeepsTheCaptureInAFolderOfTheUserAlone)
+{
+    startSelecting();
+    const auto folders = captureFolders();
+    ASSERT_EQ(folders.size(), 1u);
+    EXPECT_EQ(folders[0].parent_path(), home.folder() / "run");
+    EXPECT_EQ(std::filesystem::status(folders[0]).permissions(), std::filesystem::perms::owner_all);
+    press("Escape");
+    EXPECT_TRUE(waitUntil([this] { return captureFolders().empty(); }));
+}
+
+TEST_F(TextExtractionTest, LeavesNoFolderWhenTheProgramQuitsWhileTheUserSelects)
+{
+    startSelecting();
+    ASSERT_EQ(captureFolders().size(), 1u);
+    EXPECT_EQ(program->quit(), 0);
+    EXPECT_THAT(captureFolders(), IsEmpty());
+    EXPECT_TRUE(waitUntil([this] { return !rival.desktopIsCovered(); }));
+}
+
+// The name of the picture could be guessed, and lay in a folder that all users share: what another
+// user had planted there was followed, and a file of the user's overwritten.
+TEST_F(TextExtractionTest, OverwritesNoFileThroughALinkInTheSharedFolder)
+{
+    program.reset();
+    const auto precious = home.folder() / "precious";
+    writeFile(precious, "precious");
+    std::filesystem::permissions(temporary(), std::filesystem::perms(01777));
+    const auto now = std::time(nullptr);
+    for (auto second = now; second < now + 300; ++second)
+        std::filesystem::create_symlink(
+            precious, temporary() / ("tallowbay_ocr_" + std::to_string(second) + ".png"));
+    std::filesystem::permissions(home.folder() / "run", std::filesystem::perms(0755));
+    program =
+        std::make_unique<Tallowbay>(server, home, Words{"env", "TMPDIR=" + temporary().string()});
+
+    showText("Nobody had opened");
+    startSelecting();
+    EXPECT_EQ(captureFolders().at(0).parent_path(), temporary());
+    selectWindow();
+    EXPECT_TRUE(waitForClipboard("Nobody had opened")) << clipboard();
+    EXPECT_THAT(captureFolders(), IsEmpty());
+    EXPECT_EQ(std::filesystem::file_size(precious), 8u);
 }
 
 TEST_F(TextExtractionTest, GathersTheTextsOfABatch)

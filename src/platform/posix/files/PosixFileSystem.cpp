@@ -29,11 +29,45 @@ fs::path withoutTrailingSlash(const fs::path& path)
     return text;
 }
 
+std::optional<struct stat> statusOfFolder(const fs::path& path)
+{
+    struct stat status;
+    if (::stat(path.c_str(), &status) != 0 || !S_ISDIR(status.st_mode))
+        return std::nullopt;
+    return status;
+}
+
+// A folder that nobody but us can even look into.
+bool isOursAlone(const fs::path& folder)
+{
+    const auto status = statusOfFolder(folder);
+    return status && status->st_uid == ::geteuid() && (status->st_mode & 077) == 0;
+}
+
+// A folder in which nobody can put another entry in the place of ours.
+bool keepsEntries(const fs::path& folder)
+{
+    const auto status = statusOfFolder(folder);
+    if (!status || (status->st_uid != ::geteuid() && status->st_uid != 0))
+        return false;
+    const bool othersWrite = (status->st_mode & 022) != 0;
+    return !othersWrite || (status->st_mode & S_ISVTX) != 0;
+}
+
+std::optional<fs::path> makeUnguessableFolder(const fs::path& parent)
+{
+    std::string name = parent / "tallowbay-XXXXXX";
+    if (!::mkdtemp(name.data()))
+        return std::nullopt;
+    return name;
+}
+
 } // namespace
 
 PosixFileSystem::PosixFileSystem()
     : home(environmentHome())
-    , temporary(environmentFolder("TMPDIR").value_or("/tmp"))
+    , runtimeFolder(environmentFolder("XDG_RUNTIME_DIR"))
+    , sharedFolders{environmentFolder("TMPDIR").value_or("/tmp"), "/tmp"}
 {
 }
 
@@ -101,10 +135,17 @@ std::optional<std::string> PosixFileSystem::read(const fs::path& path) const
 
 std::optional<fs::path> PosixFileSystem::makeTemporaryFolder()
 {
-    std::string name = temporary / "tallowbay-XXXXXX";
-    if (!::mkdtemp(name.data()))
-        return std::nullopt;
-    return name;
+    if (runtimeFolder && isOursAlone(*runtimeFolder)) {
+        if (auto made = makeUnguessableFolder(*runtimeFolder))
+            return made;
+    }
+    for (const fs::path& shared : sharedFolders) {
+        if (!keepsEntries(shared))
+            continue;
+        if (auto made = makeUnguessableFolder(shared))
+            return made;
+    }
+    return std::nullopt;
 }
 
 bool PosixFileSystem::writeAtomically(const fs::path& path, std::string_view bytes)

@@ -4,7 +4,9 @@
 
 namespace tallowbay::posix {
 
-// The machine's own files. Home and temporary folder are those of the environment at construction.
+// The machine's own files. Home and the places for temporary folders are those of the environment
+// at construction: the user's runtime folder, else $TMPDIR, else /tmp; one that others could tamper
+// with is passed over.
 //
 // Where a file that is written atomically is a symbolic link, the link stays and its target is
 // replaced. Its permissions are kept; a new file gets what the umask leaves.
@@ -23,12 +25,12 @@ public:
     std::optional<std::string> read(const std::filesystem::path&) const override;
     bool writeAtomically(const std::filesystem::path&, std::string_view bytes) override;
     std::filesystem::path homeFolder() const override { return home; }
-    std::filesystem::path temporaryFolder() const override { return temporary; }
     std::optional<std::filesystem::path> makeTemporaryFolder() override;
 
 private:
     std::filesystem::path home;
-    std::filesystem::path temporary;
+    std::optional<std::filesystem::path> runtimeFolder;
+    std::vector<std::filesystem::path> sharedFolders;
 };
 
 } // namespace tallowbay::posix

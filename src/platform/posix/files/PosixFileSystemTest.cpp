@@ -12,6 +12,7 @@
 #include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace tallowbay::posix {
 
@@ -51,14 +52,6 @@ protected:
         return status.st_mode & 07777;
     }
 };
-
-TEST_F(PosixFileSystemTest, LetsNoOtherUserLookIntoATemporaryFolder)
-{
-    const auto made = files.makeTemporaryFolder();
-    ASSERT_TRUE(made);
-    EXPECT_EQ(fs::status(*made).permissions(), fs::perms::owner_all);
-    fs::remove(*made);
-}
 
 TEST_F(PosixFileSystemTest, SeesNoEntryBehindADanglingLink)
 {
@@ -300,12 +293,99 @@ TEST_F(EnvironmentTest, NamesTheHomeOfTheUserDatabaseWhereThereIsNoOther)
     }
 }
 
-TEST_F(EnvironmentTest, NamesTheTemporaryFolderOfTheEnvironment)
+// Where temporary folders are made: a runtime folder of the user's, and a folder that all share.
+class TemporaryPlacesTest : public EnvironmentTest {
+protected:
+    TemporaryPlacesTest()
+    {
+        set("XDG_RUNTIME_DIR", runtime.path.c_str());
+        set("TMPDIR", shared.path.c_str());
+        fs::permissions(shared.path, fs::perms(01777));
+    }
+    ~TemporaryPlacesTest() override
+    {
+        for (const fs::path& folder : made)
+            fs::remove_all(folder);
+    }
+
+    fs::path placeOfNewFolder()
+    {
+        const auto folder = PosixFileSystem().makeTemporaryFolder();
+        made.push_back(folder.value_or("/nowhere/tallowbay"));
+        return made.back().parent_path();
+    }
+
+    test::TemporaryFolder runtime;
+    test::TemporaryFolder shared;
+    std::vector<fs::path> made;
+};
+
+TEST_F(TemporaryPlacesTest, TakesTheRuntimeFolderOfTheUserFirst)
 {
-    set("TMPDIR", "/var/tmp");
-    EXPECT_EQ(PosixFileSystem().temporaryFolder(), "/var/tmp");
-    set("TMPDIR", nullptr);
-    EXPECT_EQ(PosixFileSystem().temporaryFolder(), "/tmp");
+    EXPECT_EQ(placeOfNewFolder(), runtime.path);
+}
+
+TEST_F(TemporaryPlacesTest, LetsNoOtherUserLookIntoTheFolder)
+{
+    const auto before = ::umask(0);
+    placeOfNewFolder();
+    set("XDG_RUNTIME_DIR", nullptr);
+    placeOfNewFolder();
+    ::umask(before);
+    for (const fs::path& folder : made)
+        EXPECT_EQ(fs::status(folder).permissions(), fs::perms::owner_all) << folder;
+}
+
+TEST_F(TemporaryPlacesTest, TakesTheSharedFolderWithoutARuntimeFolder)
+{
+    for (const char* none : {static_cast<const char*>(nullptr), "", "relative", "/nowhere"}) {
+        set("XDG_RUNTIME_DIR", none);
+        EXPECT_EQ(placeOfNewFolder(), shared.path);
+    }
+}
+
+TEST_F(TemporaryPlacesTest, TakesNoRuntimeFolderThatOthersMayEnter)
+{
+    for (const unsigned mode : {0701u, 0710u, 0740u, 0755u, 0777u}) {
+        fs::permissions(runtime.path, fs::perms(mode));
+        EXPECT_EQ(placeOfNewFolder(), shared.path) << std::oct << mode;
+    }
+}
+
+TEST_F(TemporaryPlacesTest, TakesNoRuntimeFolderOfAnotherUser)
+{
+    if (::chown(runtime.path.c_str(), 65534, 65534) != 0)
+        GTEST_SKIP() << "only the superuser can give a folder away";
+    EXPECT_EQ(placeOfNewFolder(), shared.path);
+}
+
+TEST_F(TemporaryPlacesTest, TakesNoFolderInWhichOthersCanReplaceOurEntries)
+{
+    set("XDG_RUNTIME_DIR", nullptr);
+    for (const unsigned mode : {0777u, 0770u, 0722u}) {
+        fs::permissions(shared.path, fs::perms(mode));
+        EXPECT_EQ(placeOfNewFolder(), "/tmp") << std::oct << mode;
+    }
+    fs::permissions(shared.path, fs::perms(0755));
+    EXPECT_EQ(placeOfNewFolder(), shared.path) << "others may look at the name";
+}
+
+TEST_F(TemporaryPlacesTest, TakesNoSharedFolderOfAnotherUser)
+{
+    set("XDG_RUNTIME_DIR", nullptr);
+    if (::chown(shared.path.c_str(), 65534, 65534) != 0)
+        GTEST_SKIP() << "only the superuser can give a folder away";
+    EXPECT_EQ(placeOfNewFolder(), "/tmp");
+}
+
+TEST_F(TemporaryPlacesTest, TakesTheNextPlaceWhereNoFolderCanBeMade)
+{
+    if (::geteuid() == 0) {
+        ASSERT_EQ(::chown(runtime.path.c_str(), 65534, 65534), 0);
+    }
+    fs::permissions(runtime.path, fs::perms(0500));
+    const test::AsOrdinaryUser ordinary;
+    EXPECT_EQ(placeOfNewFolder(), shared.path);
 }
 
 } // namespace
