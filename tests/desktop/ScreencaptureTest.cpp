@@ -12,11 +12,20 @@
 
 #include <algorithm>
 #include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <memory>
+#include <string>
+#include <vector>
+
+#include <sys/stat.h>
 
 namespace tallowbay::test {
 
 namespace {
+
+using Words = std::vector<std::string>;
 
 class ScreencaptureTest : public testing::Test {
 protected:
@@ -73,6 +82,26 @@ protected:
         EXPECT_EQ(capture->wait(), 1);
         EXPECT_FALSE(QFile::exists(QString::fromStdString(path("region.png"))));
         EXPECT_TRUE(waitUntil([this] { return !rival.desktopIsCovered(); }));
+    }
+
+    // Ends at once, without a window and with one line that tells why.
+    void expectRefused(const Words& command, const std::string& reason, int status = 1)
+    {
+        const Finished result = server.run(command);
+        EXPECT_EQ(result.status, status);
+        EXPECT_TRUE(result.errors.starts_with("screencapture: ")) << result.errors;
+        EXPECT_NE(result.errors.find(reason), std::string::npos) << result.errors;
+        EXPECT_EQ(std::ranges::count(result.errors, '\n'), 1) << result.errors;
+    }
+
+    void writeText(const char* name, const std::string& text) const
+    {
+        std::ofstream(path(name)) << text;
+    }
+    std::string text(const char* name) const
+    {
+        std::ifstream file(path(name));
+        return {std::istreambuf_iterator<char>(file), {}};
     }
 
     std::string path(const char* name) const { return folder.filePath(name).toStdString(); }
@@ -208,6 +237,50 @@ TEST_F(ScreencaptureTest, IsGoneFromTheScreenAfterATerminationSignal)
     EXPECT_EQ(capture->wait(), 128 + SIGTERM);
     EXPECT_TRUE(waitUntil([this] { return !rival.desktopIsCovered(); }));
     EXPECT_FALSE(QFile::exists(QString::fromStdString(path("region.png"))));
+}
+
+// What another user had planted at a guessable name was followed, and the user's file overwritten.
+TEST_F(ScreencaptureTest, FollowsNoLink)
+{
+    writeText("precious", "precious");
+    for (const char* target : {"precious", "made"}) {
+        std::filesystem::create_symlink(path(target), path("region.png"));
+        expectRefused({SCREENCAPTURE, path("region.png")}, "symbolic link");
+        expectRefused({SCREENCAPTURE, "-i", path("region.png")}, "symbolic link");
+        EXPECT_TRUE(std::filesystem::is_symlink(path("region.png")));
+        std::filesystem::remove(path("region.png"));
+    }
+    EXPECT_EQ(text("precious"), "precious");
+    EXPECT_FALSE(std::filesystem::exists(path("made")));
+}
+
+TEST_F(ScreencaptureTest, FollowsNoLinkThatComesWhileTheUserSelects)
+{
+    writeText("precious", "precious");
+    startSelecting();
+    std::filesystem::create_symlink(path("precious"), path("region.png"));
+    xdotool({"mousemove", "100", "100"});
+    dragTo("200", "200");
+    EXPECT_EQ(capture->wait(), 1);
+    EXPECT_NE(capture->errors().find("symbolic link"), std::string::npos) << capture->errors();
+    EXPECT_EQ(text("precious"), "precious");
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden).size(), 2);
+}
+
+TEST_F(ScreencaptureTest, OpensNoPipeAndNoDevice)
+{
+    ASSERT_EQ(mkfifo(path("pipe").c_str(), 0600), 0);
+    expectRefused({SCREENCAPTURE, path("pipe")}, "no regular file");
+    expectRefused({SCREENCAPTURE, "/dev/null"}, "no regular file");
+    expectRefused({SCREENCAPTURE, folder.path().toStdString()}, "no regular file");
+}
+
+TEST_F(ScreencaptureTest, ReplacesAFileAndNeverWritesToIt)
+{
+    writeText("precious", "precious");
+    std::filesystem::create_hard_link(path("precious"), path("whole.png"));
+    EXPECT_EQ(wholeScreen().size(), QSize(1280, 800));
+    EXPECT_EQ(text("precious"), "precious");
 }
 
 TEST_F(ScreencaptureTest, SaysThatThereIsNoDisplay)

@@ -1,15 +1,17 @@
 // screencapture FILE       the whole screen
 // screencapture -i FILE    a region that the user selects
 //
-// Writes a PNG at device pixels. FILE is complete or untouched. Ends with status 0 exactly if it
-// was written; a user who cancels leaves no file and status 1.
+// Writes a PNG at device pixels, as a new file that only its user can read. FILE is complete or
+// untouched, and never anything but a regular file: a link that somebody planted is not followed.
+// Ends with status 0 exactly if it was written; a user who cancels leaves no file and status 1.
 
 #include "libexec/screencapture/FrozenDesktop.h"
 #include "libexec/screencapture/SelectionOverlay.h"
+#include "platform/posix/files/PrivateFile.h"
 
+#include <QBuffer>
 #include <QGuiApplication>
 #include <QImageWriter>
-#include <QSaveFile>
 
 #include <xcb/xcb.h>
 
@@ -59,14 +61,15 @@ bool displayAnswers()
 
 int write(const QImage& image, const std::string& path)
 {
-    QSaveFile file(QString::fromStdString(path));
-    if (!file.open(QIODevice::WriteOnly))
-        return failed(path + ": " + file.errorString().toStdString());
-    // What a screen shows is for its user alone, also in a folder that all share.
-    file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
-    QImageWriter writer(&file, "png");
-    if (!writer.write(image) || !file.commit())
-        return failed(path + ": " + file.errorString().toStdString());
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    QImageWriter writer(&buffer, "png");
+    if (!writer.write(image))
+        return failed(path + ": " + writer.errorString().toStdString());
+    const QByteArray& png = buffer.data();
+    if (const auto problem =
+            tallowbay::posix::writePrivateFile(path, {png.data(), std::size_t(png.size())}))
+        return failed(path + ": " + *problem);
     return 0;
 }
 
@@ -93,6 +96,9 @@ int main(int argc, char** argv)
     const auto request = parsed(arguments);
     if (!request)
         return failed(std::string("cannot understand this\n") + usage);
+    // Asked again when it is written; but nobody shall select a region in vain.
+    if (const auto obstacle = tallowbay::posix::obstacleAt(request->file))
+        return failed(request->file + ": " + *obstacle);
     if (!displayAnswers())
         return failed("no X display answers");
     qputenv("QT_QPA_PLATFORM", "xcb");

@@ -1,14 +1,11 @@
 #include "platform/posix/files/FileBytes.h"
 
 #include "platform/posix/FileDescriptor.h"
+#include "platform/posix/files/FileDraft.h"
 
 #include <cerrno>
-#include <cstdint>
-#include <cstdio>
-#include <string>
 
 #include <fcntl.h>
-#include <sys/random.h>
 #include <sys/stat.h>
 
 namespace tallowbay::posix {
@@ -16,77 +13,6 @@ namespace tallowbay::posix {
 namespace fs = std::filesystem;
 
 namespace {
-
-bool writeAll(int file, std::string_view bytes)
-{
-    while (!bytes.empty()) {
-        const auto count = ::write(file, bytes.data(), bytes.size());
-        if (count >= 0)
-            bytes.remove_prefix(static_cast<std::size_t>(count));
-        else if (errno != EINTR)
-            return false;
-    }
-    return true;
-}
-
-// The new bytes on their way; gone with this object unless they were put in place.
-class Draft {
-public:
-    explicit Draft(const fs::path& folder);
-    ~Draft();
-    Draft(const Draft&) = delete;
-    Draft& operator=(const Draft&) = delete;
-
-    bool write(std::string_view bytes);
-    void copyPermissions(const fs::path& from);
-    bool putInPlaceOf(const fs::path& target);
-
-private:
-    fs::path path;
-    FileDescriptor file;
-};
-
-std::string randomName()
-{
-    std::uint64_t number = 0;
-    if (::getrandom(&number, sizeof number, 0) != sizeof number)
-        number = static_cast<std::uint64_t>(::getpid());
-    char name[40];
-    std::snprintf(name, sizeof name, ".tallowbay-%016llx", static_cast<unsigned long long>(number));
-    return name;
-}
-
-Draft::Draft(const fs::path& folder)
-    : path(folder / randomName())
-    , file(::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666))
-{
-}
-
-Draft::~Draft()
-{
-    if (file)
-        ::unlink(path.c_str());
-}
-
-bool Draft::write(std::string_view bytes)
-{
-    return file && writeAll(file.get(), bytes) && ::fsync(file.get()) == 0;
-}
-
-void Draft::copyPermissions(const fs::path& from)
-{
-    struct stat status;
-    if (::stat(from.c_str(), &status) == 0)
-        ::fchmod(file.get(), status.st_mode & 07777);
-}
-
-bool Draft::putInPlaceOf(const fs::path& target)
-{
-    if (::rename(path.c_str(), target.c_str()) != 0)
-        return false;
-    file = FileDescriptor();
-    return true;
-}
 
 fs::path behindLinks(const fs::path& path)
 {
@@ -137,7 +63,7 @@ bool replaceFile(const fs::path& path, std::string_view bytes)
 {
     const auto target = behindLinks(path);
     const auto folder = target.parent_path();
-    Draft draft(folder);
+    FileDraft draft(folder);
     draft.copyPermissions(target);
     if (!draft.write(bytes) || !draft.putInPlaceOf(target))
         return false;
