@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <xcb/xcb.h>
 
@@ -43,18 +44,29 @@ public:
     // Whether a window lies over the whole desktop.
     bool desktopIsCovered()
     {
-        const Reply<xcb_query_tree_reply_t> tree(
-            xcb_query_tree_reply(
-                connection.get(), xcb_query_tree(connection.get(), root()), nullptr),
-            std::free);
-        const xcb_window_t* children = xcb_query_tree_children(tree.get());
-        return std::any_of(children, children + tree->children_len, [this](xcb_window_t window) {
-            return isShown(window) && isAsLargeAsDesktop(window);
+        return std::ranges::any_of(shownSizes(), [this](const Size& size) {
+            return size.width == screen().width_in_pixels
+                && size.height == screen().height_in_pixels;
         });
+    }
+
+    // The width of the toast that is shown, 0 if there is none. No other window is as high.
+    int toastWidth()
+    {
+        for (const Size& size : shownSizes()) {
+            if (size.height == 48)
+                return size.width;
+        }
+        return 0;
     }
 
 private:
     template <typename T> using Reply = std::unique_ptr<T, decltype(&std::free)>;
+
+    struct Size {
+        int width = 0;
+        int height = 0;
+    };
 
     const xcb_screen_t& screen() const
     {
@@ -71,13 +83,28 @@ private:
         return reply && reply->map_state == XCB_MAP_STATE_VIEWABLE && reply->override_redirect;
     }
 
-    bool isAsLargeAsDesktop(xcb_window_t window)
+    // Of the windows that no window manager has a say in.
+    std::vector<Size> shownSizes()
+    {
+        const Reply<xcb_query_tree_reply_t> tree(
+            xcb_query_tree_reply(
+                connection.get(), xcb_query_tree(connection.get(), root()), nullptr),
+            std::free);
+        const xcb_window_t* children = xcb_query_tree_children(tree.get());
+        std::vector<Size> sizes;
+        for (int i = 0; i < tree->children_len; ++i) {
+            if (isShown(children[i]))
+                sizes.push_back(sizeOf(children[i]));
+        }
+        return sizes;
+    }
+
+    Size sizeOf(xcb_window_t window)
     {
         const auto cookie = xcb_get_geometry(connection.get(), window);
         const Reply<xcb_get_geometry_reply_t> reply(
             xcb_get_geometry_reply(connection.get(), cookie, nullptr), std::free);
-        return reply && reply->width == screen().width_in_pixels
-            && reply->height == screen().height_in_pixels;
+        return reply ? Size{reply->width, reply->height} : Size{};
     }
 
     std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection;
