@@ -38,17 +38,23 @@ public:
     posix_spawn_file_actions_t actions;
 };
 
+// What a terminal sends to all that runs in it. Where we were told to outlive that, a tool at work
+// is to as well; we never ignore them of ourselves.
+constexpr int terminalSignals[] = {SIGHUP, SIGINT, SIGQUIT};
+
 class SpawnAttributes {
 public:
     SpawnAttributes()
     {
         sigset_t none;
-        sigset_t all;
+        sigset_t defaults;
         sigemptyset(&none);
-        sigfillset(&all);
+        sigfillset(&defaults);
+        for (const int signal : terminalSignals)
+            sigdelset(&defaults, signal);
         ::posix_spawnattr_init(&attributes);
         ::posix_spawnattr_setsigmask(&attributes, &none);
-        ::posix_spawnattr_setsigdefault(&attributes, &all);
+        ::posix_spawnattr_setsigdefault(&attributes, &defaults);
         ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
     }
     ~SpawnAttributes() { ::posix_spawnattr_destroy(&attributes); }

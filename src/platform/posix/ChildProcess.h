@@ -12,9 +12,10 @@ namespace tallowbay::posix {
 
 // Thread: any, for all of these.
 
-// Starts a program with no signal blocked or ignored, and with none of our descriptors: its input
-// is empty, its error output goes to the null device, and so does its output unless a descriptor is
-// named for it. Empty if it cannot be started. The caller waits for its end.
+// Starts a program with no signal blocked, none ignored but those of a terminal that we were
+// started with as ignored, and with none of our descriptors: its input is empty, its error output
+// goes to the null device, and so does its output unless a descriptor is named for it. Empty if it
+// cannot be started. The caller waits for its end.
 std::optional<pid_t> spawnChild(
     const std::filesystem::path& program, std::vector<std::string> arguments,
     std::optional<int> output = std::nullopt);

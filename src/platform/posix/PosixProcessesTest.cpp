@@ -65,6 +65,13 @@ struct PosixProcessesBackend {
 
 class PosixProcessesTest : public testing::Test {
 protected:
+    // Whoever runs the tests may have set some to be ignored.
+    PosixProcessesTest()
+    {
+        for (const int signal : {SIGHUP, SIGINT, SIGQUIT})
+            std::signal(signal, SIG_DFL);
+    }
+
     // What the script's own commands print, as they see their surroundings.
     std::string noted(const std::string& commands)
     {
@@ -124,6 +131,16 @@ TEST_F(PosixProcessesTest, StartsTheProgramWithNoSignalBlockedOrIgnored)
     std::signal(SIGPIPE, before);
     // The C library keeps two signals for itself, and ignores them in a child.
     EXPECT_EQ(status, "Blk \nIgn 180000000\n");
+}
+
+// The tool that was at work when a terminal closed died, although nohup had started the program.
+TEST_F(PosixProcessesTest, LetsTheProgramOutliveATerminalThatWeOutlive)
+{
+    const auto before = std::signal(SIGHUP, SIG_IGN);
+    const auto said = noted("kill -HUP $$; echo lives on");
+    std::signal(SIGHUP, before);
+    EXPECT_EQ(said, "lives on\n");
+    EXPECT_FALSE(backend.real.run("/bin/sh", {"-c", "kill -HUP $$"})) << "ignored by no one";
 }
 
 TEST_F(PosixProcessesTest, HandsOnEnvironmentAndWorkingFolder)

@@ -26,13 +26,22 @@ void wakeUp(int)
     errno = before;
 }
 
+bool isIgnored(int signal)
+{
+    struct sigaction current { };
+    return sigaction(signal, nullptr, &current) == 0 && current.sa_handler == SIG_IGN;
+}
+
+// Who started us with a signal ignored, as nohup does, wants us to outlive it.
 void handleWith(void (*handler)(int))
 {
     struct sigaction action { };
     action.sa_handler = handler;
     action.sa_flags = SA_RESTART;
-    for (int signal : endingSignals)
-        sigaction(signal, &action, nullptr);
+    for (int signal : endingSignals) {
+        if (!isIgnored(signal))
+            sigaction(signal, &action, nullptr);
+    }
 }
 
 } // namespace

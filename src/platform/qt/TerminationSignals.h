@@ -8,7 +8,7 @@
 namespace tallowbay::qt {
 
 // Brings the signals that ask a program to end (SIGTERM, SIGINT, SIGHUP) to the main queue, as
-// long as this object lives. One at a time.
+// long as this object lives. One that was ignored before stays ignored. One object at a time.
 class TerminationSignals {
 public:
     explicit TerminationSignals(std::function<void()> requested);

@@ -127,6 +127,25 @@ TEST_F(ProgramTest, EndsInGoodOrderOnSignals)
     }
 }
 
+// Started with nohup, the program died with its terminal all the same.
+TEST_F(ProgramTest, OutlivesTheHangUpThatItWasToldToIgnore)
+{
+    const XServer server;
+    ChildProcess program(
+        {"sh", "-c", "trap '' HUP; exec \"$0\"", TALLOWBAY_PROGRAM}, environmentOn(server));
+    ASSERT_TRUE(runs(program));
+    program.signal(SIGHUP);
+
+    const auto second = start({}, environmentOn(server));
+    EXPECT_EQ(second->wait(), 0);
+    EXPECT_THAT(second->errors(), HasSubstr("already running")) << "it ended";
+    EXPECT_FALSE((caughtSignals(program.pid()) >> (SIGHUP - 1)) & 1);
+
+    program.signal(SIGTERM);
+    EXPECT_EQ(program.wait(), 0);
+    EXPECT_THAT(program.output(), IsEmpty());
+}
+
 TEST_F(ProgramTest, EndsQuietlyWhenTheXServerDies)
 {
     XServer server;

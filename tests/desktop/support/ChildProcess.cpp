@@ -74,6 +74,9 @@ std::vector<char*> pointers(std::vector<std::string>& texts)
     char* const* arguments, char* const* environment, const int (&standard)[3], int inherited)
 {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
+    // Tests that run in the background of a shell have some ignored.
+    for (const int number : {SIGHUP, SIGINT, SIGQUIT, SIGTERM})
+        ::signal(number, SIG_DFL);
     for (int target = 0; target < 3; ++target)
         dup2(standard[target], target);
     if (inherited >= 0)
