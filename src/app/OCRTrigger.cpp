@@ -2,6 +2,7 @@
 
 #include "app/ScreenshotBatch.h"
 #include "ocr/OCRCapture.h"
+#include "platform/Permissions.h"
 #include "ui/ToastGate.h"
 
 namespace tallowbay {
@@ -15,6 +16,12 @@ OCRTrigger::OCRTrigger(const Platform& platform, ToastGate& toasts, ScreenshotBa
 
 void OCRTrigger::triggerOCR()
 {
+    // A screen that only the user must open up is asked for by the capture itself.
+    const Permission screen = platform.permissions.screenRecording();
+    if (screen.state == Permission::State::unavailable) {
+        toasts.show(screen.reason);
+        return;
+    }
     batch.beginTextExtraction();
     OCRCapture::run(platform, lifetime.guard([this](const std::optional<std::string>& text) {
         finishOCR(text);

@@ -20,7 +20,8 @@ public:
     OCRTrigger(const Platform&, ToastGate&, ScreenshotBatch&);
 
     // Lets the user select a region. Until its text is there, a paste does not end the batch. A
-    // second call starts a second capture.
+    // second call starts a second capture. Where the session hides its screen, nothing starts and a
+    // toast says why.
     void triggerOCR();
 
 private:

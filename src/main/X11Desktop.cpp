@@ -1,10 +1,9 @@
 #include "main/X11Desktop.h"
 
+#include "platform/posix/Environment.h"
 #include "platform/qt/X11Connection.h"
 
 #include <QCoreApplication>
-
-#include <cstdlib>
 
 namespace tallowbay {
 
@@ -36,7 +35,7 @@ X11Desktop::X11Desktop()
     , keyTap(*session, keyboard)
     , keyPoster(*session, keyboard)
     , hotkeys(*session, shared.dispatch)
-    , permissions(*session, std::getenv("WAYLAND_DISPLAY"))
+    , permissions(*session, posix::environmentIsWayland())
     , windowSystem(toolkitConnection())
     , embeddingTray(toolkitConnection())
 {

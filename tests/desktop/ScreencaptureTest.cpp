@@ -94,6 +94,12 @@ protected:
         EXPECT_EQ(std::ranges::count(result.errors, '\n'), 1) << result.errors;
     }
 
+    static Words joined(Words list, const Words& more)
+    {
+        list.insert(list.end(), more.begin(), more.end());
+        return list;
+    }
+
     void writeText(const char* name, const std::string& text) const
     {
         std::ofstream(path(name)) << text;
@@ -281,6 +287,19 @@ TEST_F(ScreencaptureTest, ReplacesAFileAndNeverWritesToIt)
     std::filesystem::create_hard_link(path("precious"), path("whole.png"));
     EXPECT_EQ(wholeScreen().size(), QSize(1280, 800));
     EXPECT_EQ(text("precious"), "precious");
+}
+
+// It wrote a black picture and said that all went well, or covered the screen with black.
+TEST_F(ScreencaptureTest, SaysThatAWaylandSessionHidesItsScreen)
+{
+    for (const char* sign : {"WAYLAND_DISPLAY=wayland-0", "XDG_SESSION_TYPE=wayland"}) {
+        for (const char* without : {"DISPLAY", "NOTHING"}) {
+            const Words start{"env", "-u", without, sign, SCREENCAPTURE};
+            expectRefused(joined(start, {path("whole.png")}), "Wayland session", 69);
+            expectRefused(joined(start, {"-i", path("region.png")}), "Wayland session", 69);
+        }
+    }
+    EXPECT_TRUE(QDir(folder.path()).isEmpty(QDir::AllEntries | QDir::NoDotAndDotDot));
 }
 
 TEST_F(ScreencaptureTest, SaysThatThereIsNoDisplay)

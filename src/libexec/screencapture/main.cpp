@@ -4,10 +4,13 @@
 // Writes a PNG at device pixels, as a new file that only its user can read. FILE is complete or
 // untouched, and never anything but a regular file: a link that somebody planted is not followed.
 // Ends with status 0 exactly if it was written; a user who cancels leaves no file and status 1.
+// Where no program may see the screen, the status is 69 and nothing is shown.
 
 #include "libexec/screencapture/FrozenDesktop.h"
 #include "libexec/screencapture/SelectionOverlay.h"
+#include "platform/posix/Environment.h"
 #include "platform/posix/files/PrivateFile.h"
+#include "platform/x11/Xwayland.h"
 
 #include <QBuffer>
 #include <QGuiApplication>
@@ -16,6 +19,7 @@
 #include <xcb/xcb.h>
 
 #include <cstdio>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -28,7 +32,10 @@ constexpr auto usage = "usage: screencapture FILE       write the whole screen t
                        "\n"
                        "Drag to select. Or move the pointer with the arrow keys (Shift: faster),\n"
                        "press Space where the region begins and again where it ends.\n"
-                       "Esc or the right button cancels.\n";
+                       "Esc or the right button cancels.\n"
+                       "\n"
+                       "Ends with 0 if FILE was written, 69 if this session lets no program see\n"
+                       "its screen, else with 1.\n";
 
 struct Request {
     bool interactive = false;
@@ -44,19 +51,34 @@ std::optional<Request> parsed(const std::vector<std::string>& arguments)
     return std::nullopt;
 }
 
-int failed(const std::string& reason)
+constexpr int screenHidden = 69; // what "service unavailable" is elsewhere, too
+
+int failed(const std::string& reason, int status = 1)
 {
     std::fprintf(stderr, "screencapture: %s\n", reason.c_str());
-    return 1;
+    return status;
 }
 
-// Qt ends the process by a signal where there is none.
-bool displayAnswers()
+struct Session {
+    bool hasDisplay = false;
+    bool isWayland = false;
+
+    static Session ofEnvironment();
+};
+
+// By the session and not by the result: the X server of a Wayland session hands out a black
+// picture, and a window of ours would cover the screen with it.
+Session Session::ofEnvironment()
 {
-    xcb_connection_t* connection = xcb_connect(nullptr, nullptr);
-    const bool answers = xcb_connection_has_error(connection) == 0;
-    xcb_disconnect(connection);
-    return answers;
+    const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection(
+        xcb_connect(nullptr, nullptr), &xcb_disconnect);
+    Session session{
+        xcb_connection_has_error(connection.get()) == 0, tallowbay::posix::environmentIsWayland()};
+    if (session.hasDisplay && !session.isWayland) {
+        const auto screen = xcb_setup_roots_iterator(xcb_get_setup(connection.get()));
+        session.isWayland = tallowbay::x11::isXwayland(connection.get(), screen.data->root);
+    }
+    return session;
 }
 
 int write(const QImage& image, const std::string& path)
@@ -99,8 +121,12 @@ int main(int argc, char** argv)
     // Asked again when it is written; but nobody shall select a region in vain.
     if (const auto obstacle = tallowbay::posix::obstacleAt(request->file))
         return failed(request->file + ": " + *obstacle);
-    if (!displayAnswers())
+    const Session session = Session::ofEnvironment();
+    if (session.isWayland)
+        return failed("this Wayland session hides its screen from programs", screenHidden);
+    if (!session.hasDisplay)
         return failed("no X display answers");
+    // Qt ends the process by a signal where no display answers.
     qputenv("QT_QPA_PLATFORM", "xcb");
     const ScreenScales scales = ScreenScales::takenFromQt();
     const QGuiApplication application(argc, argv);

@@ -36,6 +36,11 @@ std::optional<std::filesystem::path> environmentFolder(const char* variable)
                                         : std::nullopt;
 }
 
+bool environmentIsWayland()
+{
+    return environmentText("WAYLAND_DISPLAY") || environmentText("XDG_SESSION_TYPE") == "wayland";
+}
+
 std::filesystem::path environmentHome()
 {
     if (const auto home = environmentFolder("HOME"))

@@ -16,6 +16,9 @@ std::optional<std::string> environmentText(const char* variable);
 // the desktop's base folders.
 std::optional<std::filesystem::path> environmentFolder(const char* variable);
 
+// Whether the session is a Wayland session, also where it has an X server beside it.
+bool environmentIsWayland();
+
 // $HOME, else what the user database says, else the root folder.
 std::filesystem::path environmentHome();
 

@@ -9,8 +9,8 @@ namespace tallowbay::x11 {
 // everything and does nothing of it for the other programs of the session.
 class X11Permissions : public Permissions {
 public:
-    // The name of the Wayland display, as the environment has it; null if it has none.
-    X11Permissions(X11Session&, const char* waylandDisplay);
+    // Told what the environment says of the session; the server is asked besides.
+    X11Permissions(X11Session&, bool waylandSession);
 
     Permission accessibility() const override { return keys; }
     Permission screenRecording() const override { return screen; }

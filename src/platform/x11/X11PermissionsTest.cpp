@@ -29,18 +29,16 @@ struct X11PermissionsBackend {
 TEST(X11PermissionsTest, GrantsEverythingOnAnXServer)
 {
     X11TestDesktop desktop;
-    for (const char* noWayland : {static_cast<const char*>(nullptr), ""}) {
-        const X11Permissions permissions(*desktop.session, noWayland);
-        EXPECT_TRUE(permissions.accessibility().granted());
-        EXPECT_TRUE(permissions.screenRecording().granted());
-        EXPECT_EQ(permissions.accessibility().reason, "");
-    }
+    const X11Permissions permissions(*desktop.session, false);
+    EXPECT_TRUE(permissions.accessibility().granted());
+    EXPECT_TRUE(permissions.screenRecording().granted());
+    EXPECT_EQ(permissions.accessibility().reason, "");
 }
 
 TEST(X11PermissionsTest, GrantsNothingInAWaylandSession)
 {
     X11TestDesktop desktop;
-    const X11Permissions permissions(*desktop.session, "wayland-0");
+    const X11Permissions permissions(*desktop.session, true);
     EXPECT_EQ(permissions.accessibility().state, Permission::State::unavailable);
     EXPECT_EQ(permissions.screenRecording().state, Permission::State::unavailable);
     EXPECT_NE(permissions.accessibility().reason, "");
@@ -51,7 +49,7 @@ TEST(X11PermissionsTest, TellsThatKeysCannotBeTyped)
 {
     X11TestDesktop desktop(
         std::make_unique<test::XServer>(test::XServer::Options{640, 480, {"-extension", "XTEST"}}));
-    const X11Permissions permissions(*desktop.session, nullptr);
+    const X11Permissions permissions(*desktop.session, false);
     EXPECT_EQ(permissions.accessibility().state, Permission::State::unavailable);
     EXPECT_EQ(permissions.accessibility().reason, "The X server lacks the XTEST extension");
     EXPECT_TRUE(permissions.screenRecording().granted());

@@ -207,6 +207,39 @@ TEST_F(TextExtractionTest, KeepsTheBatchThroughAPasteDuringTheCapture)
     EXPECT_TRUE(program->waitForLine(">>> resetBatch — clearing 1 URL(s), 1 OCR text(s)"));
 }
 
+// The screen was covered with black, which Esc did not always take away.
+class WaylandTextExtractionTest : public testing::TestWithParam<const char*> {
+protected:
+    Environment environment() const
+    {
+        Environment all = home.environment();
+        all.merge(server.environment());
+        return all;
+    }
+
+    XServer server;
+    Home home;
+    Rival rival{server.display()};
+};
+
+TEST_P(WaylandTextExtractionTest, ShowsTheReasonAndStartsNoSelection)
+{
+    constexpr int shortToast = 220;
+    ChildProcess program({"env", GetParam(), TALLOWBAY_PROGRAM}, environment());
+    EXPECT_TRUE(waitUntil([&] {
+        server.run({"xdotool", "key", "ctrl+shift+x"});
+        return rival.toastWidth() > shortToast;
+    })) << program.errors();
+    EXPECT_TRUE(waitUntil([&] { return rival.toastWidth() == 0; }));
+    EXPECT_FALSE(rival.desktopIsCovered());
+    EXPECT_FALSE(rival.keyboardIsHeldByAnother());
+    EXPECT_TRUE(program.running());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    BySign, WaylandTextExtractionTest,
+    testing::Values("WAYLAND_DISPLAY=wayland-0", "XDG_SESSION_TYPE=wayland"));
+
 } // namespace
 
 } // namespace tallowbay::test

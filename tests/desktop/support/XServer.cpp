@@ -88,7 +88,11 @@ std::unique_ptr<XServer> XServer::nestedIn(XServer& outer, const Options& option
 
 Environment XServer::environment() const
 {
-    return {{"DISPLAY", name}, {"WAYLAND_DISPLAY", std::nullopt}, {"XAUTHORITY", std::nullopt}};
+    return {
+        {"DISPLAY", name},
+        {"WAYLAND_DISPLAY", std::nullopt},
+        {"XDG_SESSION_TYPE", std::nullopt},
+        {"XAUTHORITY", std::nullopt}};
 }
 
 void XServer::startWindowManager()

@@ -1,6 +1,7 @@
 #include "platform/posix/files/PosixFileSystem.h"
 
 #include "platform/contract/FileSystemContract.h"
+#include "platform/posix/Environment.h"
 #include "support/AsOrdinaryUser.h"
 #include "support/TemporaryFolder.h"
 
@@ -291,6 +292,19 @@ TEST_F(EnvironmentTest, NamesTheHomeOfTheUserDatabaseWhereThereIsNoOther)
         EXPECT_TRUE(PosixFileSystem().homeFolder().is_absolute());
         EXPECT_NE(PosixFileSystem().homeFolder(), "/");
     }
+}
+
+TEST_F(EnvironmentTest, KnowsAWaylandSessionByItsDisplayOrItsType)
+{
+    set("WAYLAND_DISPLAY", nullptr);
+    set("XDG_SESSION_TYPE", "x11");
+    EXPECT_FALSE(environmentIsWayland());
+    set("XDG_SESSION_TYPE", "wayland");
+    EXPECT_TRUE(environmentIsWayland());
+    set("XDG_SESSION_TYPE", nullptr);
+    EXPECT_FALSE(environmentIsWayland());
+    set("WAYLAND_DISPLAY", "wayland-0");
+    EXPECT_TRUE(environmentIsWayland());
 }
 
 // Where temporary folders are made: a runtime folder of the user's, and a folder that all share.
