@@ -310,7 +310,8 @@ TEST_F(AppDelegateTest, DoesDuringTheSetupWhatItsMenuDoes)
         EXPECT_EQ(app->perform(command), CommandResult::setupFirst);
     EXPECT_EQ(desktop.dispatch.backgroundCount(), 0u);
     EXPECT_EQ(app->perform(Command::quit), CommandResult::done);
-    EXPECT_EQ(desktop.application.terminations, 1);
+    desktop.dispatch.runMain();
+    EXPECT_TRUE(desktop.application.ended());
     completeSetup();
     EXPECT_EQ(app->perform(Command::undo), CommandResult::done);
 }
