@@ -179,26 +179,27 @@ TEST_F(OCRTriggerTest, LetsASecondCaptureStartBesideTheFirst)
 // In a Wayland session the screen was covered with black, and stayed so.
 TEST_F(OCRTriggerTest, SaysWhyAndStartsNothingWhereTheSessionHidesItsScreen)
 {
-    desktop.permissions.seeScreen = {Permission::State::unavailable, "No screen to be seen here"};
+    desktop.permissions.refuseScreen(Permission::State::unavailable);
+    const std::string reason = desktop.permissions.screenRecording().reason;
     batch.addToClipboard(screenshot);
     const auto count = desktop.pasteboard.changeCount();
     trigger->triggerOCR();
     desktop.dispatch.runUntilIdle();
     EXPECT_THAT(desktop.processes.journal, IsEmpty());
     EXPECT_EQ(desktop.pasteboard.changeCount(), count);
-    EXPECT_EQ(desktop.toasts.messages().back(), "No screen to be seen here");
+    EXPECT_EQ(views.messages().back(), reason);
     EXPECT_TRUE(aPasteEndsTheBatch());
 
-    const auto shown = desktop.toasts.messages().size();
+    const auto shown = views.messages().size();
     desktop.defaults.standard().set("toastsDisabled", {true});
     trigger->triggerOCR();
     desktop.dispatch.runUntilIdle();
-    EXPECT_EQ(desktop.toasts.messages().size(), shown);
+    EXPECT_EQ(views.messages().size(), shown);
 }
 
 TEST_F(OCRTriggerTest, StartsWhereTheUserOnlyHasToAgree)
 {
-    desktop.permissions.seeScreen = {Permission::State::needsUser, "Not asked yet"};
+    desktop.permissions.refuseScreen(Permission::State::needsUser);
     capture("Hello");
     EXPECT_EQ(desktop.pasteboard.text, "Hello");
 }
