@@ -16,13 +16,16 @@ public:
     // In front of its level, without taking the keyboard.
     virtual void orderFront() = 0;
 
-    // 0 is invisible, 1 opaque.
+    // 0 is invisible, 1 opaque. Takes over from an animation.
     virtual void setAlpha(double) = 0;
 
-    // The completion runs on the main queue when the duration is over, not if the window is
-    // destroyed before.
+    // Takes over from an animation that is under way. The completion, which may be empty, runs once
+    // on the main queue when the duration is over: never inside the call, also if something else
+    // has taken over, not if the window is destroyed before. It may destroy the window.
     virtual void animateAlpha(
         double to, std::chrono::milliseconds, std::function<void()> completion) = 0;
+
+    // Off the screen; an animation still completes.
     virtual void close() = 0;
 };
 

@@ -26,6 +26,7 @@ public:
     }
     void setAlpha(double alpha) override
     {
+        ++changes;
         record->alpha = alpha;
         record->journal.push_back("alpha " + std::to_string(static_cast<int>(alpha)));
     }
@@ -35,10 +36,13 @@ public:
         record->journal.push_back(
             "animate to " + std::to_string(static_cast<int>(to)) + " in "
             + std::to_string(duration.count()) + " ms");
-        dispatch.mainAfter(duration, lifetime.guard([this, to, completion = std::move(completion)] {
-            record->alpha = to;
-            completion();
-        }));
+        const auto complete = [this, to, completion = std::move(completion), change = ++changes] {
+            if (change == changes)
+                record->alpha = to;
+            if (completion)
+                completion();
+        };
+        dispatch.mainAfter(duration, lifetime.guard(complete));
     }
     void close() override
     {
@@ -49,6 +53,7 @@ public:
 private:
     std::shared_ptr<WindowRecord> record;
     Dispatch& dispatch;
+    int changes = 0; // the number of the last one who was asked to set the alpha
     Lifetime lifetime;
 };
 

@@ -10,11 +10,23 @@ void ToastView::orderFront()
     widget.raise();
 }
 
-void ToastView::animateAlpha(
-    double to, std::chrono::milliseconds duration, std::function<void()> completion)
+int ToastView::takeOver()
 {
     if (animation)
         animation->disconnect();
+    return ++changes;
+}
+
+void ToastView::setAlpha(double alpha)
+{
+    takeOver();
+    widget.setAlpha(alpha);
+}
+
+void ToastView::animateAlpha(
+    double to, std::chrono::milliseconds duration, std::function<void()> completion)
+{
+    const int change = takeOver();
     animation = new QVariantAnimation(&widget);
     animation->setStartValue(widget.currentAlpha());
     animation->setEndValue(to);
@@ -25,8 +37,9 @@ void ToastView::animateAlpha(
         [this](const QVariant& value) { widget.setAlpha(value.toDouble()); });
     // The widget is the context: with it the completion goes. It may destroy the widget, so it has
     // a turn of the main loop for itself.
-    QTimer::singleShot(duration, Qt::PreciseTimer, &widget, [this, to, completion] {
-        widget.setAlpha(to);
+    QTimer::singleShot(duration, Qt::PreciseTimer, &widget, [this, to, completion, change] {
+        if (change == changes)
+            setAlpha(to);
         const auto done = completion;
         if (done)
             done();

@@ -18,14 +18,17 @@ public:
 
     // The port
     void orderFront() override;
-    void setAlpha(double alpha) override { widget.setAlpha(alpha); }
+    void setAlpha(double) override;
     void animateAlpha(
         double to, std::chrono::milliseconds duration, std::function<void()> completion) override;
     void close() override { widget.close(); }
 
 private:
+    int takeOver();
+
     ToastWidget widget;
     QPointer<QVariantAnimation> animation;
+    int changes = 0; // the number of the last one who was asked to set the alpha
 };
 
 } // namespace tallowbay::views

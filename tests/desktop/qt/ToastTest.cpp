@@ -11,7 +11,6 @@
 
 #include <gmock/gmock.h>
 
-using namespace std::chrono_literals;
 using testing::HasSubstr;
 
 namespace tallowbay::test {
@@ -195,37 +194,6 @@ TEST_F(ToastTest, LetsClicksAndKeysThrough)
         [&] { return window->output().find("ButtonPress") != std::string::npos; }));
     EXPECT_TRUE(
         desktop.runUntil([&] { return window->output().find("KeyPress") != std::string::npos; }));
-}
-
-TEST_F(ToastTest, CallsTheCompletionWhenTheDurationIsOver)
-{
-    const auto toast = show();
-    const auto start = std::chrono::steady_clock::now();
-    bool done = false;
-    toast->animateAlpha(0, 60ms, [&] { done = true; });
-
-    EXPECT_TRUE(desktop.runUntil([&] { return done; }));
-    EXPECT_GE(std::chrono::steady_clock::now() - start, 60ms);
-    EXPECT_TRUE(desktop.runUntil([&] { return desktop.pixel(640, 380) == desktop.background; }));
-}
-
-TEST_F(ToastTest, MayBeDestroyedByItsOwnCompletion)
-{
-    auto toast = show();
-    toast->animateAlpha(0, 10ms, [&] { toast.reset(); });
-
-    EXPECT_TRUE(desktop.runUntil([&] { return !toast; }));
-}
-
-TEST_F(ToastTest, CallsNoCompletionOnceItIsDestroyed)
-{
-    auto toast = show();
-    bool done = false;
-    toast->animateAlpha(0, 10ms, [&] { done = true; });
-    toast.reset();
-
-    desktop.runFor(50ms);
-    EXPECT_FALSE(done);
 }
 
 // With a window manager that composes the windows, over a red window of this program.
