@@ -27,7 +27,7 @@ protected:
         return found ? std::optional(*found) : std::nullopt;
     }
 
-    const Codec codec;
+    Codec codec;
 };
 
 TYPED_TEST_SUITE_P(ImageCodecContract);

@@ -21,7 +21,7 @@ using testing::IsEmpty;
 namespace place {
 constexpr HardwareKey ctrl = 37, shift = 50, alt = 64, super = 133;
 constexpr HardwareKey capsLock = 66, numLock = 77, scrollLock = 78;
-constexpr HardwareKey escape = 9, q = 24, w = 25, y = 29, a = 38, z = 52, x = 53, c = 54;
+constexpr HardwareKey escape = 9, w = 25, y = 29, a = 38, z = 52, x = 53, c = 54;
 constexpr HardwareKey space = 65;
 } // namespace place
 
