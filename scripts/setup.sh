@@ -33,19 +33,21 @@ install_packages() {
   apt_install "$@" || die "these packages could not be installed: $*"
 }
 
+# missing_packages LIST...
 missing_packages() {
   local wanted installed
-  wanted=$(sed 's/#.*//' scripts/packages.txt | xargs -n 1 | sort)
+  wanted=$(sed 's/#.*//' "$@" | xargs -n 1 | sort)
   # shellcheck disable=SC2086 # one argument a word is meant
   installed=$( (dpkg-query --show --showformat='${Package} ${db:Status-Status}\n' $wanted || true) \
     2>/dev/null | awk '$2 == "installed" { print $1 }' | sort -u)
   comm -23 <(echo "$wanted") <(echo "$installed")
 }
 
+# ensure_packages LIST...
 ensure_packages() {
   command -v apt-get >/dev/null || die "this needs Debian: there is no apt-get"
   local missing
-  mapfile -t missing < <(missing_packages)
+  mapfile -t missing < <(missing_packages "$@")
   [ ${#missing[@]} -eq 0 ] || install_packages "${missing[@]}"
 }
 
@@ -88,23 +90,29 @@ ensure_mozjpeg() {
   }
 }
 
-# A compiler cache serves every checkout of the machine, wherever it lies.
-export CCACHE_BASEDIR=$PWD CCACHE_NOHASHDIR=1
+# configure PRESET [OPTION...]
+# Presets that have changed, the compiler perhaps, count for a folder of before, too.
+configure() {
+  local preset=$1 fresh=()
+  shift
+  [ CMakePresets.json -ot "build/$preset/CMakeCache.txt" ] || fresh=(--fresh)
+  cmake "${fresh[@]}" --preset "$preset" "$@" >"build/$preset.configure.log" 2>&1 || {
+    cat "build/$preset.configure.log" >&2
+    die "cannot configure the build"
+  }
+}
 
 # build PRESET TARGET...
 build() {
   local preset=$1
   shift
   say "Building $preset"
-  cmake --preset "$preset" >"build/$preset.configure.log" 2>&1 || {
-    cat "build/$preset.configure.log" >&2
-    die "cannot configure the build"
-  }
   ninja -C "build/$preset" "$@"
 }
 
+# set_up LIST...: the packages of these lists, and mozjpeg.
 set_up() {
   mkdir -p build
-  ensure_packages
+  ensure_packages "$@"
   ensure_mozjpeg
 }
