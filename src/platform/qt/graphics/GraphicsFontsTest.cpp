@@ -29,6 +29,14 @@ TEST_F(GraphicsFontsTest, IsTheFontThatTheWindowsAreDesignedFor)
     EXPECT_EQ(QFontInfo(interfaceFont({13, FontWeight::regular})).family(), "Inter");
 }
 
+// With hinting, sizes that follow each other can have the same width.
+TEST_F(GraphicsFontsTest, IsNotHinted)
+{
+    EXPECT_EQ(interfaceFont({13, FontWeight::regular}).hintingPreference(), QFont::PreferNoHinting);
+    EXPECT_EQ(
+        fonts.scaled({13, FontWeight::regular}).font.hintingPreference(), QFont::PreferNoHinting);
+}
+
 // The same words were 78.1 x 21.8 points for a window and 76.9 x 19.4 points for a drawing.
 TEST_F(GraphicsFontsTest, MeasuresWhatAWindowShows)
 {

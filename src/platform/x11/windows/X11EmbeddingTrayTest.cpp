@@ -69,6 +69,12 @@ TEST_F(X11EmbeddingTrayTest, ShowsAnIconUntilAnotherProgramsWindowLiesOverIt)
     EXPECT_FALSE(tray.showsIconAt(place));
 }
 
+TEST_F(X11EmbeddingTrayTest, TakesNoIconOfAnotherProgramForOurs)
+{
+    showWindow(panel, place);
+    EXPECT_FALSE(tray.showsIconAt(place));
+}
+
 TEST_F(X11EmbeddingTrayTest, TakesNoLargeWindowOfOursForTheIcon)
 {
     showWindow(toolkit, {0, 0, 300, 300});
@@ -78,7 +84,7 @@ TEST_F(X11EmbeddingTrayTest, TakesNoLargeWindowOfOursForTheIcon)
 TEST_F(X11EmbeddingTrayTest, ShowsNoIconInAnEmptyPlace)
 {
     showWindow(toolkit, place);
-    EXPECT_FALSE(tray.showsIconAt({110, 60, 0, 0}));
+    EXPECT_FALSE(tray.showsIconAt({110, 60, 24, 0}));
 }
 
 } // namespace
