@@ -68,14 +68,25 @@ std::vector<std::string> wrapped(const std::string& text, std::size_t columns)
     return lines;
 }
 
-void addProse(Sample& sample, const Corpus& corpus, Random& random)
+void addSentences(Sample& sample, const std::vector<std::string>& from, Random& random)
 {
     std::string text;
     for (int sentences = random.between(2, 5); sentences > 0; --sentences)
-        text += (text.empty() ? "" : " ") + random.pick(corpus.prose);
+        text += (text.empty() ? "" : " ") + random.pick(from);
     const int widest = 760 * 2 / sample.textPixels; // half the text size is a usual advance
     for (std::string& line : wrapped(text, static_cast<std::size_t>(random.between(38, widest))))
         sample.rows.push_back(plainRow(std::move(line)));
+}
+
+void addProse(Sample& sample, const Corpus& corpus, Random& random)
+{
+    addSentences(sample, corpus.prose, random);
+}
+
+void addDashes(Sample& sample, const Corpus& corpus, Random& random)
+{
+    applyAnyTheme(sample, random);
+    addSentences(sample, corpus.dashes, random);
 }
 
 // Letters of one kind follow each other in one colour: words, numbers, strings, the rest.
@@ -101,15 +112,31 @@ Row highlightedRow(const std::string& line, const std::vector<Colour>& accents, 
     return row;
 }
 
-void addCode(Sample& sample, const Corpus& corpus, Random& random)
+void addListing(Sample& sample, const std::vector<std::string>& lines, Random& random)
 {
     sample.typeface = monospaced[random.below(2)];
     applyAnyTheme(sample, random);
     const bool highlighted = !random.oneIn(3);
-    for (const std::string& line : random.pick(corpus.code))
+    for (const std::string& line : lines)
         sample.rows.push_back(
             highlighted ? highlightedRow(line, isDark(sample) ? darkAccents : lightAccents, random)
                         : plainRow(line));
+}
+
+void addCode(Sample& sample, const Corpus& corpus, Random& random)
+{
+    addListing(sample, random.pick(corpus.code), random);
+}
+
+// On a screen of twice the density as often as not.
+void addSymbols(Sample& sample, const Corpus& corpus, Random& random)
+{
+    sample.textPixels = std::clamp(sample.textPixels, 11, 18);
+    if (random.oneIn(2)) {
+        sample.textPixels *= 2;
+        sample.margin *= 2;
+    }
+    addListing(sample, random.pick(corpus.symbols), random);
 }
 
 std::string number(Random& random)
@@ -262,6 +289,22 @@ std::vector<std::string> linesOf(const std::filesystem::path& file)
     return lines;
 }
 
+// Snippets stand apart by empty lines.
+std::vector<std::vector<std::string>> snippetsOf(const std::filesystem::path& file)
+{
+    std::vector<std::vector<std::string>> snippets(1);
+    for (const std::string& line : linesOf(file)) {
+        std::string spaced;
+        for (const char letter : line)
+            spaced += letter == '\t' ? std::string(4, ' ') : std::string(1, letter);
+        if (line.empty())
+            snippets.emplace_back();
+        else
+            snippets.back().push_back(spaced);
+    }
+    return snippets;
+}
+
 // The words of four letters and more, without punctuation.
 void addWords(std::vector<std::string>& words, const std::string& sentence)
 {
@@ -281,34 +324,29 @@ void addWords(std::vector<std::string>& words, const std::string& sentence)
 
 Corpus loadCorpus(const std::filesystem::path& folder)
 {
-    Corpus corpus{linesOf(folder / "prose.txt"), {}, {{}}, linesOf(folder / "ui.txt")};
+    Corpus corpus{linesOf(folder / "prose.txt"),   {},
+                  snippetsOf(folder / "code.txt"), snippetsOf(folder / "symbols.txt"),
+                  linesOf(folder / "dashes.txt"),  linesOf(folder / "ui.txt")};
     for (const std::string& sentence : corpus.prose)
         addWords(corpus.words, sentence);
-    for (const std::string& line : linesOf(folder / "code.txt")) {
-        std::string spaced;
-        for (const char letter : line)
-            spaced += letter == '\t' ? std::string(4, ' ') : std::string(1, letter);
-        if (line.empty())
-            corpus.code.emplace_back();
-        else
-            corpus.code.back().push_back(spaced);
-    }
     return corpus;
 }
 
 const std::vector<std::string>& categories()
 {
-    static const std::vector<std::string> names{"light", "dark", "low-contrast", "code",
-                                                "table", "url",  "ui",           "mixed"};
+    static const std::vector<std::string> names{"light",   "dark",  "low-contrast", "code",
+                                                "table",   "url",   "ui",           "mixed",
+                                                "symbols", "dashes"};
     return names;
 }
 
 Sample makeSample(const Corpus& corpus, int number, Random& random)
 {
     Sample sample;
-    sample.category = categories()[number % 8];
-    sample.typeface = proportional[number / 8 % 8];
-    sample.textPixels = 10 + number / 8 % 9;
+    const int kinds = static_cast<int>(categories().size());
+    sample.category = categories()[number % kinds];
+    sample.typeface = proportional[number / kinds % 8];
+    sample.textPixels = 10 + number / kinds % 9;
     sample.antialiasing = random.oneIn(2) ? Antialiasing::subpixel : Antialiasing::grey;
     sample.hinting =
         random.pick(std::vector{Hinting::slight, Hinting::slight, Hinting::full, Hinting::none});
@@ -320,9 +358,9 @@ Sample makeSample(const Corpus& corpus, int number, Random& random)
     if (sample.category == "low-contrast")
         applyTheme(sample, random.pick(lowContrastThemes));
     using Add = void (*)(Sample&, const Corpus&, Random&);
-    constexpr Add makers[]{addProse, addProse, addProse, addCode,
-                           addTable, addUrls,  addUi,    addMixed};
-    makers[number % 8](sample, corpus, random);
+    constexpr Add makers[]{addProse, addProse, addProse, addCode,    addTable,
+                           addUrls,  addUi,    addMixed, addSymbols, addDashes};
+    makers[number % kinds](sample, corpus, random);
     return sample;
 }
 

@@ -45,11 +45,14 @@ struct Sample {
     std::vector<Row> rows;
 };
 
-// The texts that samples are made of, from the files prose.txt, code.txt and ui.txt of a folder.
+// The texts that samples are made of, from the files of a folder, each of that name.
 struct Corpus {
     std::vector<std::string> prose;
     std::vector<std::string> words;
     std::vector<std::vector<std::string>> code; // snippets of lines
+    std::vector<std::vector<std::string>>
+        symbols; // code full of underscores and hexadecimal digits
+    std::vector<std::string> dashes; // sentences with dashes of all lengths
     std::vector<std::string> ui;
 };
 Corpus loadCorpus(const std::filesystem::path& folder);

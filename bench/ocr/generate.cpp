@@ -28,9 +28,9 @@ void save(
 // Enough prose to fill any region.
 Sample makeFullSample(const Corpus& corpus, int number, Random& random)
 {
-    Sample sample = makeSample(corpus, number - number % 8, random);
+    Sample sample = makeSample(corpus, number, random);
     while (sample.rows.size() < 60) {
-        const Sample more = makeSample(corpus, number - number % 8, random);
+        const Sample more = makeSample(corpus, number, random);
         sample.rows.insert(sample.rows.end(), more.rows.begin(), more.rows.end());
     }
     sample.category = "region";
@@ -45,10 +45,11 @@ void generate(int count, char** arguments)
     PictureSize size{};
     const bool sized =
         count > 5 && std::sscanf(arguments[5], "%dx%d", &size.width, &size.height) == 2;
+    const int kinds = static_cast<int>(categories().size()); // the first of them is prose
     Random random(std::strtoull(arguments[4], nullptr, 10));
     for (int number = 0; number < std::atoi(arguments[3]); ++number) {
-        Sample sample =
-            sized ? makeFullSample(corpus, number * 8, random) : makeSample(corpus, number, random);
+        Sample sample = sized ? makeFullSample(corpus, number * kinds, random)
+                              : makeSample(corpus, number, random);
         save(sample, folder, number, sized ? std::optional(size) : std::nullopt);
     }
 }
