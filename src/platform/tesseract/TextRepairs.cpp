@@ -51,6 +51,18 @@ const std::vector<Repair>& repairs()
     return all;
 }
 
+// An f between hexadecimal digits; before them it is an amount unless a letter follows.
+void repairHexadecimals(std::string& line)
+{
+    static const std::regex inside(R"(([0-9A-Fa-fx])£(?=[0-9A-Fa-f£]|[^A-Za-z]|$))");
+    static const std::regex first(R"((^|[^0-9A-Za-z£])£(?=[0-9]*[a-f][0-9a-f]{3}))");
+    for (std::string before; before != line;) {
+        before = line;
+        line = std::regex_replace(line, inside, "$1f");
+    }
+    line = std::regex_replace(line, first, "$1f");
+}
+
 } // namespace
 
 void repairScreenText(std::vector<std::string>& lines, const std::vector<bool>& isCode)
@@ -63,6 +75,8 @@ void repairScreenText(std::vector<std::string>& lines, const std::vector<bool>& 
             straightenDouble(line);
         if (straightSingle || isCode[at])
             straightenSingle(line);
+        if (isCode[at])
+            repairHexadecimals(line);
         for (const Repair& repair : repairs())
             line = std::regex_replace(line, repair.wrong, repair.right);
     }

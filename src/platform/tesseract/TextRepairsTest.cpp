@@ -28,6 +28,13 @@ TEST(TextRepairsTest, MakesQuotesInCodeStraight)
     EXPECT_EQ(repaired({"print(“a”, ‘b’)"}, true), (Lines{"print(\"a\", 'b')"}));
 }
 
+TEST(TextRepairsTest, TakesAPoundAmongHexadecimalDigitsForAnF)
+{
+    EXPECT_EQ(repaired({"0x4£ a££0 0x££, £0e4c2"}, true), (Lines{"0x4f aff0 0xff, f0e4c2"}));
+    EXPECT_EQ(repaired({"cost £5, £20 or £5b"}, true), (Lines{"cost £5, £20 or £5b"}));
+    EXPECT_EQ(repaired({"a£0"}), (Lines{"a£0"}));
+}
+
 TEST(TextRepairsTest, KnowsTheNamesOfKeys)
 {
     EXPECT_EQ(
