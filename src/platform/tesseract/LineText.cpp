@@ -34,6 +34,14 @@ bool isOneOf(const Symbol& symbol, std::string_view characters)
     return symbol.text.size() == 1 && characters.find(symbol.text[0]) != std::string_view::npos;
 }
 
+bool isLongDash(const Symbol& symbol)
+{
+    return symbol.text == "–" || symbol.text == "—";
+}
+
+// The engine knows little of blanks there.
+constexpr double besideLongDash = 0.42;
+
 // The least gap that may be a blank. Between words the engine knows best, even where an f leans
 // over the gap; but it takes the signs inside of addresses and numbers for the ends of words.
 double leastBlank(const Symbol& one, const Symbol& other, const TextLine& line)
@@ -41,6 +49,8 @@ double leastBlank(const Symbol& one, const Symbol& other, const TextLine& line)
     constexpr std::string_view joining = ".,@&%/\\:_-=?#~";
     if (line.pitch > 0)
         return 0.92 * line.pitch;
+    if (isLongDash(one) || isLongDash(other))
+        return besideLongDash * line.smallLetter;
     const auto next = static_cast<unsigned char>(other.text[0]);
     const bool goesOn = std::islower(next) || std::isdigit(next) || isOneOf(other, joining);
     const bool inside = (isOneOf(one, joining) && goesOn) || isOneOf(other, joining);
@@ -51,6 +61,8 @@ double sureBlank(const Symbol& one, const Symbol& other, const TextLine& line)
 {
     if (line.pitch > 0)
         return 0.92 * line.pitch;
+    if (isLongDash(one) || isLongDash(other))
+        return besideLongDash * line.smallLetter;
     return (isLetter(one) && isLetter(other) ? 0.6 : 0.85) * line.smallLetter;
 }
 
@@ -90,8 +102,31 @@ void correctPlaces(std::vector<Symbol>& symbols, const TextLine& line)
     }
 }
 
+namespace {
+
+int cellOf(const Symbol& symbol, const TextLine& line)
+{
+    return std::ranges::min_element(
+               line.cells, {},
+               [&symbol](const Cell& cell) { return std::abs(cell.centre - symbol.centre); })
+        ->number;
+}
+
+// How many blank cells lie between two symbols.
+int blanksBetween(const Symbol& one, const Symbol& other, const TextLine& line)
+{
+    return std::max(0, cellOf(other, line) - cellOf(one, line) - 1);
+}
+
+} // namespace
+
 void correctSpaces(std::vector<Symbol>& symbols, const TextLine& line)
 {
+    if (!line.cells.empty()) {
+        for (std::size_t at = 1; at < symbols.size(); ++at)
+            symbols[at].spaceBefore = blanksBetween(symbols[at - 1], symbols[at], line) > 0;
+        return;
+    }
     enum class Gap { none, either, blank };
     std::vector<Gap> gaps(symbols.size() + 1, Gap::none);
     for (std::size_t at = 1; at < symbols.size(); ++at) {
@@ -166,13 +201,41 @@ void addMissingMarks(std::vector<Symbol>& symbols, const TextLine& line)
     }
 }
 
+namespace {
+
+bool isDash(const Symbol& symbol)
+{
+    return symbol.text == "-" || isLongDash(symbol);
+}
+
+} // namespace
+
+void settleDashes(std::vector<Symbol>& symbols, const TextLine& line)
+{
+    for (const Dash& dash : line.dashes) {
+        const auto distance = [&dash](const Symbol& symbol) {
+            return isDash(symbol) ? std::abs(symbol.centre - dash.middle()) : 1e9;
+        };
+        const auto nearest = std::ranges::min_element(symbols, {}, distance);
+        if (nearest == symbols.end() || distance(*nearest) >= 0.7 * line.smallLetter)
+            continue;
+        // Where all characters have one width a long dash may be either of two.
+        if (line.pitch == 0 || !isLongDash(*nearest))
+            nearest->text = dash.text;
+    }
+}
+
 std::string textOf(const std::vector<Symbol>& symbols, const TextLine& line)
 {
     std::string text;
     for (std::size_t at = 0; at < symbols.size(); ++at) {
         if (at > 0 && symbols[at].spaceBefore) {
             const int gap = gapBetween(symbols[at - 1], symbols[at], line);
-            if (line.pitch > 0)
+            if (!line.cells.empty())
+                text.append(
+                    static_cast<std::size_t>(blanksBetween(symbols[at - 1], symbols[at], line)),
+                    ' ');
+            else if (line.pitch > 0)
                 text.append(
                     static_cast<std::size_t>(std::max(1.0, std::floor(gap / line.pitch + 0.08))),
                     ' ');

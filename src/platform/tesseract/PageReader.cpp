@@ -1,5 +1,6 @@
 #include "platform/tesseract/PageReader.h"
 
+#include "platform/tesseract/CellText.h"
 #include "platform/tesseract/Ink.h"
 #include "platform/tesseract/LineText.h"
 #include "platform/tesseract/TextRepairs.h"
@@ -25,7 +26,10 @@ ReadLine readLine(const Plane& ink, const TextLine& line, TesseractEngine& engin
     if (symbols.empty())
         return {};
     correctPlaces(symbols, line);
+    if (!line.cells.empty())
+        putInCells(symbols, line);
     addMissingMarks(symbols, line);
+    settleDashes(symbols, line);
     correctSpaces(symbols, line);
     double confidence = 0;
     for (const Symbol& symbol : symbols)

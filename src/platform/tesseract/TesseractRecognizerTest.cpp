@@ -105,6 +105,22 @@ TEST_F(TesseractRecognizerTest, KeepsTheIndentationOfCode)
     EXPECT_THAT(linesOf(TextDrawing::draw(code, {"DejaVu Sans Mono", 14})), ElementsAreArray(code));
 }
 
+TEST_F(TesseractRecognizerTest, ReadsUnderscoresInCode)
+{
+    const Lines code{
+        "#define __packed __attribute__((__packed__))", "_Static_assert(sizeof(size_t) == 8);",
+        "u8 _slot = __first - _last_;", "log_all(__FILE__, __LINE__, _max);"};
+    for (const char* typeface : {"DejaVu Sans Mono", "Liberation Mono"})
+        EXPECT_THAT(linesOf(TextDrawing::draw(code, {typeface, 13})), ElementsAreArray(code));
+}
+
+TEST_F(TesseractRecognizerTest, KeepsDashesAndHyphensApart)
+{
+    const Lines prose{"Open from Monday–Friday, well-known", "The day — or so – was over"};
+    EXPECT_THAT(
+        linesOf(TextDrawing::draw(prose, {"Liberation Sans", 15})), ElementsAreArray(prose));
+}
+
 TEST_F(TesseractRecognizerTest, InventsNoLineForAnEmptyOne)
 {
     EXPECT_THAT(

@@ -1,10 +1,13 @@
 #include "platform/tesseract/TextLines.h"
 
+#include "platform/tesseract/Cells.h"
 #include "platform/tesseract/Components.h"
+#include "platform/tesseract/Dashes.h"
 #include "platform/tesseract/LineFinder.h"
 #include "platform/tesseract/Pitch.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace tallowbay::tesseract {
 
@@ -73,6 +76,28 @@ public:
         std::sort(line.marks.begin(), line.marks.end(), [](const Mark& one, const Mark& other) {
             return one.columns.begin < other.columns.begin;
         });
+    }
+
+    void findCells(TextLine& line) const
+    {
+        std::vector<double> centres;
+        for (const Component& part : letters) {
+            if (inside(part, {line.columns(), line.rows}) && part.width() < 1.3 * line.pitch)
+                centres.push_back((part.left + part.right) / 2.0);
+        }
+        line.cells = cellsOf(ink, line, centres);
+    }
+
+    void findDashes(TextLine& line) const
+    {
+        std::vector<Component> small;
+        for (const Component& part : letters) {
+            if (inside(part, {line.columns(), line.rows})
+                && std::abs(part.height() - line.smallLetter) <= 1.5
+                && std::abs(part.bottom - line.baseline) <= 1)
+                small.push_back(part);
+        }
+        line.dashes = dashesOf(ink, line, small);
     }
 
     // Of its letters, apart for each stretch without a wide gap.
@@ -189,8 +214,12 @@ std::vector<TextLine> findTextLines(const Plane& ink, int letterHeight)
         lines.push_back(measurer.measure(area));
     const double smallLetter = settleLetterSizes(lines, letterHeight);
     findPitch(lines, measurer, smallLetter);
-    for (TextLine& line : lines)
+    for (TextLine& line : lines) {
         measurer.findMarks(line);
+        measurer.findDashes(line);
+        if (line.pitch > 0)
+            measurer.findCells(line);
+    }
     return lines;
 }
 

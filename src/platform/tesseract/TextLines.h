@@ -2,6 +2,7 @@
 
 #include "platform/tesseract/Plane.h"
 
+#include <string_view>
 #include <vector>
 
 namespace tallowbay::tesseract {
@@ -10,6 +11,22 @@ namespace tallowbay::tesseract {
 struct Mark {
     char character;
     Span columns;
+};
+
+// A dash whose length tells which one it is: - – or —
+struct Dash {
+    std::string_view text;
+    Span columns;
+
+    double middle() const { return (columns.begin + columns.end) / 2.0; }
+};
+
+// The place of a character where all have the same width.
+struct Cell {
+    int number; // from the first of its line
+    double centre; // in columns
+    bool isUnderscore = false;
+    bool hasCore = false; // ink in the middle, where a round letter has none
 };
 
 // One line of text in a plane of ink.
@@ -21,6 +38,8 @@ struct TextLine {
     double pitch = 0; // width of every character, 0 if they differ
 
     std::vector<Mark> marks; // from left to right
+    std::vector<Dash> dashes = {}; // from left to right
+    std::vector<Cell> cells = {}; // that are not blank; none if the characters' widths differ
 
     Span columns() const { return {runs.front().begin, runs.back().end}; }
 };

@@ -1,7 +1,7 @@
 #include "platform/tesseract/TextLines.h"
 
-#include "platform/tesseract/TestText.h"
 #include "platform/tesseract/Ink.h"
+#include "platform/tesseract/TestText.h"
 
 #include <gtest/gtest.h>
 

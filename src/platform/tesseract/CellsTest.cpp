@@ -1,0 +1,91 @@
+#include "platform/tesseract/Cells.h"
+
+#include "platform/tesseract/Ink.h"
+#include "platform/tesseract/TestText.h"
+
+#include <gtest/gtest.h>
+
+namespace tallowbay::tesseract {
+namespace {
+
+constexpr QRgb grey = 0xFFD4D4D4u;
+constexpr QRgb dark = 0xFF1E1E1Eu;
+
+std::vector<Cell> cellsOf(const std::string& text, const TextDrawing::Look& look)
+{
+    // A line alone may be too short to tell how wide its characters are.
+    Plane ink = inkOf(*TextDrawing::draw({"while (index < count)", text}, look));
+    const int letter = letterHeight(ink);
+    levelContrast(ink, letter);
+    const auto lines = findTextLines(ink, letter);
+    return lines.size() < 2 ? std::vector<Cell>() : lines[1].cells;
+}
+
+// An underscore as itself, a blank as itself, all others as x.
+std::string shapeOf(const std::vector<Cell>& cells)
+{
+    std::string shape;
+    for (const Cell& cell : cells) {
+        shape.resize(static_cast<std::size_t>(cell.number), ' ');
+        shape += cell.isUnderscore ? '_' : 'x';
+    }
+    return shape;
+}
+
+void expectShape(const std::string& text, const TextDrawing::Look& look)
+{
+    std::string shape = text;
+    for (char& letter : shape)
+        letter = letter == '_' || letter == ' ' ? letter : 'x';
+    EXPECT_EQ(shapeOf(cellsOf(text, look)), shape) << look.typeface << " " << look.pixels;
+}
+
+const std::vector<const char*> typefaces{"DejaVu Sans Mono", "Liberation Mono"};
+
+TEST(CellsTest, TellHowManyUnderscoresThereAre)
+{
+    for (const char* typeface : typefaces) {
+        for (const int pixels : {11, 12, 13, 15, 18}) {
+            expectShape("__attribute__((__packed__)) x_;", {typeface, pixels});
+            expectShape("a_b a__b a___b ____ (__LINE__)", {typeface, pixels, grey, dark});
+        }
+    }
+}
+
+TEST(CellsTest, TellOnWhichSideOfABlankAnUnderscoreIs)
+{
+    for (const char* typeface : typefaces) {
+        for (const int pixels : {11, 13, 17}) {
+            expectShape("u8 _slot, size_t n_ = _last_ - __first;", {typeface, pixels});
+            expectShape("_ _ __ _  a_ b _c _, (_) [_] {_}", {typeface, pixels, grey, dark});
+        }
+    }
+}
+
+TEST(CellsTest, TakeNoTailForAnUnderscore)
+{
+    for (const char* typeface : typefaces)
+        expectShape("gypsy jqgp, {};|$@ gg_yy_jj_pp,_;_", {typeface, 14});
+}
+
+TEST(CellsTest, TellAZeroFromARoundLetter)
+{
+    for (const char* typeface : typefaces) {
+        for (const int pixels : {11, 13, 14, 18}) {
+            const auto cells = cellsOf("0O0OO00O open house of", {typeface, pixels});
+            ASSERT_GE(cells.size(), 8u);
+            std::string round;
+            for (std::size_t at = 0; at < 8; ++at)
+                round += cells[at].hasCore ? '0' : 'O';
+            EXPECT_EQ(round, "0O0OO00O") << typeface << " " << pixels;
+        }
+    }
+}
+
+TEST(CellsTest, AreNoneWhereCharactersDifferInWidth)
+{
+    EXPECT_TRUE(cellsOf("while (index_of < count)", {"DejaVu Sans", 15}).empty());
+}
+
+} // namespace
+} // namespace tallowbay::tesseract
