@@ -10,12 +10,6 @@ namespace tallowbay {
 
 using namespace std::chrono_literals;
 
-namespace {
-
-constexpr KeyCode keyV = 9;
-
-} // namespace
-
 PasteWatcher::PasteWatcher(const Platform& platform, std::function<void()> onPaste)
     : platform(platform)
     , onPaste(std::move(onPaste))
@@ -47,14 +41,14 @@ void PasteWatcher::startEventTap()
 // Runs on the tap's thread. Shift and Option do not matter: every variant of the shortcut pastes.
 void PasteWatcher::tapped(const KeyPress& press)
 {
-    if (press.keyCode == keyV && (press.flags & eventFlag::command))
+    if (press.keyCode == keyCode::v && (press.flags & eventFlag::command))
         platform.dispatch.mainAsync(lifetime.guard([this] { onPaste(); }));
 }
 
 void PasteWatcher::firePaste()
 {
-    platform.keyPoster.post(keyV, KeyDirection::down, eventFlag::command);
-    platform.keyPoster.post(keyV, KeyDirection::up, eventFlag::command);
+    platform.keyPoster.post(keyCode::v, KeyDirection::down, eventFlag::command);
+    platform.keyPoster.post(keyCode::v, KeyDirection::up, eventFlag::command);
 }
 
 } // namespace tallowbay

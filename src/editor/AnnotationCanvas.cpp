@@ -12,8 +12,6 @@ namespace tallowbay {
 
 namespace {
 
-constexpr KeyCode deleteKey = 51;
-
 constexpr Size textFieldSize{200, 24};
 constexpr double textFieldDrop = 10; // of the field's lower edge below the click
 
@@ -280,7 +278,7 @@ void AnnotationCanvas::keyDown(const KeyPress& key)
 {
     if (!delegate)
         return;
-    if (key.keyCode == deleteKey && canvas.selectedAnnotationIndex)
+    if (key.keyCode == keyCode::backspace && canvas.selectedAnnotationIndex)
         delegate->deleteAnnotation(*canvas.selectedAnnotationIndex);
     else
         delegate->handleKeyDown(key);

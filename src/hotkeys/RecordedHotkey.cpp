@@ -15,11 +15,31 @@ struct NamedKey {
 };
 
 constexpr std::array<NamedKey, 25> namedKeys{{
-    {49, "Space"}, {36, "Return"}, {48, "Tab"},   {51, "Delete"}, {117, "Fwd Del"},
-    {123, "Left"}, {124, "Right"}, {126, "Up"},   {125, "Down"},  {115, "Home"},
-    {119, "End"},  {116, "PgUp"},  {121, "PgDn"}, {122, "F1"},    {120, "F2"},
-    {99, "F3"},    {118, "F4"},    {96, "F5"},    {97, "F6"},     {98, "F7"},
-    {100, "F8"},   {101, "F9"},    {109, "F10"},  {103, "F11"},   {111, "F12"},
+    {keyCode::space, "Space"},
+    {keyCode::returnKey, "Return"},
+    {keyCode::tab, "Tab"},
+    {keyCode::backspace, "Delete"},
+    {keyCode::forwardDelete, "Fwd Del"},
+    {keyCode::left, "Left"},
+    {keyCode::right, "Right"},
+    {keyCode::up, "Up"},
+    {keyCode::down, "Down"},
+    {keyCode::home, "Home"},
+    {keyCode::end, "End"},
+    {keyCode::pageUp, "PgUp"},
+    {keyCode::pageDown, "PgDn"},
+    {keyCode::f1, "F1"},
+    {keyCode::f2, "F2"},
+    {keyCode::f3, "F3"},
+    {keyCode::f4, "F4"},
+    {keyCode::f5, "F5"},
+    {keyCode::f6, "F6"},
+    {keyCode::f7, "F7"},
+    {keyCode::f8, "F8"},
+    {keyCode::f9, "F9"},
+    {keyCode::f10, "F10"},
+    {keyCode::f11, "F11"},
+    {keyCode::f12, "F12"},
 }};
 
 struct Modifier {

@@ -18,22 +18,16 @@ constexpr auto shift = hotkeyModifier::shift;
 constexpr auto opt = hotkeyModifier::option;
 constexpr auto ctrl = hotkeyModifier::control;
 
-namespace key {
-constexpr KeyCode a = 0, s = 1, d = 2, f = 3, h = 4, g = 5, z = 6, x = 7, c = 8, v = 9, b = 11,
-                  q = 12, w = 13, e = 14, r = 15, y = 16, t = 17, o = 31, u = 32, i = 34, p = 35,
-                  l = 37, j = 38, k = 40, n = 45, m = 46;
-constexpr KeyCode three = 20, four = 21, six = 22, five = 23;
-constexpr KeyCode comma = 43, tab = 48, space = 49, backspace = 51, escape = 53;
-} // namespace key
+namespace key = keyCode;
 
 constexpr std::array<Shortcut, systemShortcutCount> shortcuts{{
     {key::space, cmd},
     {key::tab, cmd},
     {key::tab, cmd | shift},
-    {key::three, cmd | shift},
-    {key::four, cmd | shift},
-    {key::five, cmd | shift},
-    {key::six, cmd | shift},
+    {key::digit3, cmd | shift},
+    {key::digit4, cmd | shift},
+    {key::digit5, cmd | shift},
+    {key::digit6, cmd | shift},
     {key::escape, opt | cmd},
     {key::d, opt | cmd},
     {key::space, opt | cmd},

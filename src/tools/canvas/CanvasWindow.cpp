@@ -11,8 +11,6 @@ namespace tallowbay {
 
 namespace {
 
-constexpr KeyCode returnKey = 36, escapeKey = 53, zKey = 6;
-
 QIcon swatch(const Color& color)
 {
     constexpr int side = 20;
@@ -98,11 +96,11 @@ void CanvasWindow::deleteAnnotation(std::size_t index)
 
 void CanvasWindow::handleKeyDown(const KeyPress& key)
 {
-    if (key.keyCode == returnKey || key.keyCode == escapeKey)
+    if (key.keyCode == keyCode::returnKey || key.keyCode == keyCode::escape)
         canvas.commitTextIfNeeded();
-    if (key.keyCode == escapeKey)
+    if (key.keyCode == keyCode::escape)
         close();
-    if (key.keyCode == zKey && key.flags & eventFlag::command)
+    if (key.keyCode == keyCode::z && key.flags & eventFlag::command)
         key.flags& eventFlag::shift ? redoAnnotation() : undoAnnotation();
 }
 

@@ -13,9 +13,16 @@ struct KnownKey {
 
 // What the editor has a use for.
 constexpr KnownKey knownKeys[] = {
-    {Qt::Key_Z, 6},       {Qt::Key_Return, 36}, {Qt::Key_Enter, 36}, {Qt::Key_Backspace, 51},
-    {Qt::Key_Delete, 51}, {Qt::Key_Escape, 53}, {Qt::Key_Left, 123}, {Qt::Key_Right, 124},
-    {Qt::Key_Down, 125},  {Qt::Key_Up, 126},
+    {Qt::Key_Z, keyCode::z},
+    {Qt::Key_Return, keyCode::returnKey},
+    {Qt::Key_Enter, keyCode::returnKey},
+    {Qt::Key_Backspace, keyCode::backspace},
+    {Qt::Key_Delete, keyCode::backspace},
+    {Qt::Key_Escape, keyCode::escape},
+    {Qt::Key_Left, keyCode::left},
+    {Qt::Key_Right, keyCode::right},
+    {Qt::Key_Down, keyCode::down},
+    {Qt::Key_Up, keyCode::up},
 };
 
 } // namespace

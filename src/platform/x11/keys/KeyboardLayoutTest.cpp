@@ -11,6 +11,7 @@
 #include <xcb/xproto.h>
 
 using namespace tallowbay::x11;
+namespace keyCode = tallowbay::keyCode;
 
 namespace {
 

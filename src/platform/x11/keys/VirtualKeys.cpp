@@ -8,115 +8,120 @@ namespace {
 
 // clang-format off
 constexpr auto keys = std::to_array<VirtualKey>({
-    {38, 0, 'a'}, {56, 11, 'b'}, {54, 8, 'c'}, {40, 2, 'd'}, {26, 14, 'e'},
-    {41, 3, 'f'}, {42, 5, 'g'}, {43, 4, 'h'}, {31, 34, 'i'}, {44, 38, 'j'},
-    {45, 40, 'k'}, {46, 37, 'l'}, {58, 46, 'm'}, {57, 45, 'n'}, {32, 31, 'o'},
-    {33, 35, 'p'}, {24, 12, 'q'}, {27, 15, 'r'}, {39, 1, 's'}, {28, 17, 't'},
-    {30, 32, 'u'}, {55, 9, 'v'}, {25, 13, 'w'}, {53, 7, 'x'}, {29, 16, 'y'},
-    {52, 6, 'z'},
+    {38, keyCode::a, 'a'}, {56, keyCode::b, 'b'}, {54, keyCode::c, 'c'},
+    {40, keyCode::d, 'd'}, {26, keyCode::e, 'e'}, {41, keyCode::f, 'f'},
+    {42, keyCode::g, 'g'}, {43, keyCode::h, 'h'}, {31, keyCode::i, 'i'},
+    {44, keyCode::j, 'j'}, {45, keyCode::k, 'k'}, {46, keyCode::l, 'l'},
+    {58, keyCode::m, 'm'}, {57, keyCode::n, 'n'}, {32, keyCode::o, 'o'},
+    {33, keyCode::p, 'p'}, {24, keyCode::q, 'q'}, {27, keyCode::r, 'r'},
+    {39, keyCode::s, 's'}, {28, keyCode::t, 't'}, {30, keyCode::u, 'u'},
+    {55, keyCode::v, 'v'}, {25, keyCode::w, 'w'}, {53, keyCode::x, 'x'},
+    {29, keyCode::y, 'y'}, {52, keyCode::z, 'z'},
 
     // Digits
-    {10, 18, 0}, {11, 19, 0}, {12, 20, 0}, {13, 21, 0}, {14, 23, 0},
-    {15, 22, 0}, {16, 26, 0}, {17, 28, 0}, {18, 25, 0}, {19, 29, 0},
+    {10, keyCode::digit1, 0}, {11, keyCode::digit2, 0}, {12, keyCode::digit3, 0},
+    {13, keyCode::digit4, 0}, {14, keyCode::digit5, 0}, {15, keyCode::digit6, 0},
+    {16, keyCode::digit7, 0}, {17, keyCode::digit8, 0}, {18, keyCode::digit9, 0},
+    {19, keyCode::digit0, 0},
 
     // Punctuation
-    {20, 27, 0}, // minus
-    {21, 24, 0}, // equal
-    {34, 33, 0}, // left bracket
-    {35, 30, 0}, // right bracket
-    {51, 42, 0}, // backslash
-    {47, 41, 0}, // semicolon
-    {48, 39, 0}, // quote
-    {49, 50, 0}, // grave
-    {59, 43, 0}, // comma
-    {60, 47, 0}, // period
-    {61, 44, 0}, // slash
-    {94, 10, 0}, // beside the left Shift of ISO keyboards
+    {20, keyCode::minus, 0},
+    {21, keyCode::equal, 0},
+    {34, keyCode::leftBracket, 0},
+    {35, keyCode::rightBracket, 0},
+    {51, keyCode::backslash, 0},
+    {47, keyCode::semicolon, 0},
+    {48, keyCode::quote, 0},
+    {49, keyCode::grave, 0},
+    {59, keyCode::comma, 0},
+    {60, keyCode::period, 0},
+    {61, keyCode::slash, 0},
+    {94, keyCode::isoExtra, 0}, // beside the left Shift of ISO keyboards
 
     // Editing
-    {36, 36, 0}, // Return
-    {23, 48, 0}, // Tab
-    {65, 49, 0}, // Space
-    {22, 51, 0}, // Backspace
-    {9, 53, 0}, // Escape
-    {119, 117, 0}, // Delete
-    {118, 114, 0}, // Insert
-    {135, 110, 0}, // Menu
+    {36, keyCode::returnKey, 0},
+    {23, keyCode::tab, 0},
+    {65, keyCode::space, 0},
+    {22, keyCode::backspace, 0}, // Backspace
+    {9, keyCode::escape, 0},
+    {119, keyCode::forwardDelete, 0}, // Delete
+    {118, keyCode::insert, 0}, // Insert
+    {135, keyCode::menu, 0}, // Menu
 
     // Navigation
-    {110, 115, 0}, // Home
-    {115, 119, 0}, // End
-    {112, 116, 0}, // Page Up
-    {117, 121, 0}, // Page Down
-    {113, 123, 0}, // Left
-    {114, 124, 0}, // Right
-    {116, 125, 0}, // Down
-    {111, 126, 0}, // Up
+    {110, keyCode::home, 0},
+    {115, keyCode::end, 0},
+    {112, keyCode::pageUp, 0},
+    {117, keyCode::pageDown, 0},
+    {113, keyCode::left, 0},
+    {114, keyCode::right, 0},
+    {116, keyCode::down, 0},
+    {111, keyCode::up, 0},
 
     // Modifiers
-    {37, 55, 0}, // left Ctrl
-    {105, 54, 0}, // right Ctrl
-    {50, 56, 0}, // left Shift
-    {62, 60, 0}, // right Shift
-    {64, 58, 0}, // left Alt
-    {108, 61, 0}, // right Alt
-    {133, 59, 0}, // left Super
-    {134, 62, 0}, // right Super
-    {66, 57, 0}, // Caps Lock
+    {37, keyCode::command, 0}, // left Ctrl
+    {105, keyCode::rightCommand, 0}, // right Ctrl
+    {50, keyCode::shift, 0},
+    {62, keyCode::rightShift, 0},
+    {64, keyCode::option, 0}, // left Alt
+    {108, keyCode::rightOption, 0}, // right Alt
+    {133, keyCode::control, 0}, // left Super
+    {134, keyCode::rightControl, 0}, // right Super
+    {66, keyCode::capsLock, 0},
 
     // Function keys
-    {67, 122, 0}, // F1
-    {68, 120, 0}, // F2
-    {69, 99, 0}, // F3
-    {70, 118, 0}, // F4
-    {71, 96, 0}, // F5
-    {72, 97, 0}, // F6
-    {73, 98, 0}, // F7
-    {74, 100, 0}, // F8
-    {75, 101, 0}, // F9
-    {76, 109, 0}, // F10
-    {95, 103, 0}, // F11
-    {96, 111, 0}, // F12
-    {191, 105, 0}, // F13
-    {192, 107, 0}, // F14
-    {193, 113, 0}, // F15
-    {194, 106, 0}, // F16
-    {195, 64, 0}, // F17
-    {196, 79, 0}, // F18
-    {197, 80, 0}, // F19
-    {198, 90, 0}, // F20
+    {67, keyCode::f1, 0},
+    {68, keyCode::f2, 0},
+    {69, keyCode::f3, 0},
+    {70, keyCode::f4, 0},
+    {71, keyCode::f5, 0},
+    {72, keyCode::f6, 0},
+    {73, keyCode::f7, 0},
+    {74, keyCode::f8, 0},
+    {75, keyCode::f9, 0},
+    {76, keyCode::f10, 0},
+    {95, keyCode::f11, 0},
+    {96, keyCode::f12, 0},
+    {191, keyCode::f13, 0},
+    {192, keyCode::f14, 0},
+    {193, keyCode::f15, 0},
+    {194, keyCode::f16, 0},
+    {195, keyCode::f17, 0},
+    {196, keyCode::f18, 0},
+    {197, keyCode::f19, 0},
+    {198, keyCode::f20, 0},
 
     // Keypad
-    {90, 82, 0}, // 0
-    {87, 83, 0}, // 1
-    {88, 84, 0}, // 2
-    {89, 85, 0}, // 3
-    {83, 86, 0}, // 4
-    {84, 87, 0}, // 5
-    {85, 88, 0}, // 6
-    {79, 89, 0}, // 7
-    {80, 91, 0}, // 8
-    {81, 92, 0}, // 9
-    {91, 65, 0}, // decimal
-    {63, 67, 0}, // multiply
-    {86, 69, 0}, // plus
-    {77, 71, 0}, // Num Lock, in the place of Clear
-    {106, 75, 0}, // divide
-    {104, 76, 0}, // Enter
-    {82, 78, 0}, // minus
-    {125, 81, 0}, // equal
+    {90, keyCode::keypad0, 0},
+    {87, keyCode::keypad1, 0},
+    {88, keyCode::keypad2, 0},
+    {89, keyCode::keypad3, 0},
+    {83, keyCode::keypad4, 0},
+    {84, keyCode::keypad5, 0},
+    {85, keyCode::keypad6, 0},
+    {79, keyCode::keypad7, 0},
+    {80, keyCode::keypad8, 0},
+    {81, keyCode::keypad9, 0},
+    {91, keyCode::keypadDecimal, 0},
+    {63, keyCode::keypadMultiply, 0},
+    {86, keyCode::keypadPlus, 0},
+    {77, keyCode::keypadClear, 0}, // Num Lock, in the place of Clear
+    {106, keyCode::keypadDivide, 0},
+    {104, keyCode::keypadEnter, 0},
+    {82, keyCode::keypadMinus, 0},
+    {125, keyCode::keypadEqual, 0},
 
     // Sound
-    {121, 74, 0}, // mute
-    {122, 73, 0}, // quieter
-    {123, 72, 0}, // louder
+    {121, keyCode::mute, 0},
+    {122, keyCode::volumeDown, 0},
+    {123, keyCode::volumeUp, 0},
 
     // Japanese and Korean keyboards
-    {132, 93, 0}, // yen
-    {97, 94, 0}, // underscore
-    {129, 95, 0}, // keypad comma
-    {131, 102, 0}, // left of the space bar
-    {130, 104, 0}, // right of the space bar
+    {132, keyCode::yen, 0},
+    {97, keyCode::underscore, 0},
+    {129, keyCode::keypadComma, 0},
+    {131, keyCode::leftOfSpace, 0},
+    {130, keyCode::rightOfSpace, 0},
 });
 // clang-format on
 

@@ -26,9 +26,4 @@ std::span<const VirtualKey> virtualKeys();
 std::optional<KeyCode> codeAtPlace(HardwareKey);
 std::optional<HardwareKey> placeOfCode(KeyCode);
 
-namespace keyCode {
-inline constexpr KeyCode v = 9;
-inline constexpr KeyCode insert = 114; // the place is Help's
-} // namespace keyCode
-
 } // namespace tallowbay::x11
