@@ -61,7 +61,7 @@ AppDelegate::~AppDelegate() = default;
 void AppDelegate::applicationDidFinishLaunching()
 {
     setupMenuBar();
-    if (boolValue(platform.defaults.standard(), "onboardingCompleted", false))
+    if (boolValue(platform.defaults.standard(), preference::onboardingCompleted))
         startMainFeatures();
     else
         showSetupFlow();

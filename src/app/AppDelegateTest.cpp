@@ -133,7 +133,7 @@ TEST_F(AppDelegateTest, TakesTheSetupAlongWhenItEnds)
 // The setup shows by itself whether screenshots go to the clipboard.
 TEST_F(AppDelegateTest, DoesNotWarnOfTheClipboardTargetWhileTheSetupIsShown)
 {
-    desktop.defaults.open(screenshotPreferences)->set("target", {"clipboard"});
+    desktop.defaults.open("com.apple.screencapture")->set("target", {"clipboard"});
     launch(false);
     app->startMainFeatures();
     desktop.dispatch.advance(500ms);
@@ -186,7 +186,7 @@ TEST_F(AppDelegateTest, PrintsItsLinesInOrder)
 
 TEST_F(AppDelegateTest, ChecksForTheClipboardTargetHalfASecondAfterTheStart)
 {
-    desktop.defaults.open(screenshotPreferences)->set("target", {"clipboard"});
+    desktop.defaults.open("com.apple.screencapture")->set("target", {"clipboard"});
     launch();
     EXPECT_FALSE(desktop.alerts.open());
     desktop.dispatch.advance(500ms);

@@ -45,29 +45,22 @@ void AutomaticCleanup::startCleanupTimer()
 
 void AutomaticCleanup::performCleanupIfNeeded()
 {
-    if (!wanted("autoCleanupEnabled"))
+    if (!wanted(preference::autoCleanupEnabled))
         return;
     const WallTime cutoff = surroundings.clock.wallNow() - ageLimit;
     Paths removed;
-    if (autoCleanupCompressedEnabled())
+    if (wanted(preference::autoCleanupCompressedEnabled))
         removeExpired(optimizedFolder(surroundings.fileSystem), cutoff, isAnything, removed);
-    if (wanted("autoCleanupOriginalsEnabled"))
+    if (wanted(preference::autoCleanupOriginalsEnabled))
         removeExpired(
             surroundings.location.systemScreenshotDirectory(), cutoff, isOriginal, removed);
     if (!removed.empty())
         surroundings.dispatch.mainAsync(lifetime.guard([this, removed] { forget(removed); }));
 }
 
-bool AutomaticCleanup::wanted(const char* key) const
+bool AutomaticCleanup::wanted(const preference::Flag& flag) const
 {
-    return boolValue(surroundings.preferences, key, false);
-}
-
-// On unless something else is stored.
-bool AutomaticCleanup::autoCleanupCompressedEnabled() const
-{
-    const char* key = "autoCleanupCompressedEnabled";
-    return !surroundings.preferences.value(key) || wanted(key);
+    return boolValue(surroundings.preferences, flag);
 }
 
 void AutomaticCleanup::removeExpired(

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Lifetime.h"
+#include "base/PreferenceKeys.h"
 #include "base/Subscription.h"
 #include "platform/Clock.h"
 
@@ -45,8 +46,7 @@ public:
 private:
     using Predicate = bool (*)(const std::filesystem::path&);
 
-    bool wanted(const char* key) const;
-    bool autoCleanupCompressedEnabled() const;
+    bool wanted(const preference::Flag&) const;
 
     // Removes what was made before the cutoff, and adds it to the set.
     void removeExpired(

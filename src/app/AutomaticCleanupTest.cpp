@@ -103,7 +103,7 @@ TEST_F(AutomaticCleanupTest, DeletesOriginalsIfTheirSwitchIsOn)
 TEST_F(AutomaticCleanupTest, DeletesOriginalsWhereTheSystemSavesThem)
 {
     set("autoCleanupOriginalsEnabled", {true});
-    desktop.defaults.open(screenshotPreferences)->set("location", {"/media/shots"});
+    desktop.defaults.open("com.apple.screencapture")->set("location", {"/media/shots"});
     const auto here = makeFile("/media/shots/Screenshot 1.png");
     const auto elsewhere = makeFile(originals / "Screenshot 1.png");
     check();

@@ -1,6 +1,7 @@
 #include "app/LocationPoll.h"
 
 #include "app/ScreenshotWatcher.h"
+#include "base/PreferenceKeys.h"
 #include "platform/Alerts.h"
 #include "platform/FileSystem.h"
 #include "platform/Processes.h"
@@ -67,8 +68,11 @@ void LocationPoll::changeToDownloads()
 {
     const auto downloads = platform.fileSystem.homeFolder() / "Downloads";
     const auto& defaults = platform.tools.defaults;
-    platform.processes.run(defaults, {"write", screenshotPreferences, "location", downloads});
-    platform.processes.run(defaults, {"delete", screenshotPreferences, "target"});
+    platform.processes.run(
+        defaults,
+        {"write", preference::screenshotDomain, preference::screenshotLocation, downloads});
+    platform.processes.run(
+        defaults, {"delete", preference::screenshotDomain, preference::screenshotTarget});
 }
 
 } // namespace tallowbay

@@ -14,7 +14,7 @@ class LocationPollTest : public testing::Test {
 protected:
     void set(const std::string& key, const std::string& value)
     {
-        desktop.defaults.open(screenshotPreferences)->set(key, {value});
+        desktop.defaults.open("com.apple.screencapture")->set(key, {value});
     }
 
     void start()

@@ -24,7 +24,7 @@ protected:
     void setLocation(const std::string& folder)
     {
         desktop.files.createFolders(folder);
-        desktop.defaults.open(screenshotPreferences)->set("location", {folder});
+        desktop.defaults.open("com.apple.screencapture")->set("location", {folder});
     }
 
     void create(const std::filesystem::path& path)

@@ -1,6 +1,7 @@
 #include "capture/ScreenshotLocation.h"
 
 #include "base/AsciiText.h"
+#include "base/PreferenceKeys.h"
 #include "capture/ImageCompressor.h"
 #include "platform/DesktopSettings.h"
 #include "platform/FileSystem.h"
@@ -33,7 +34,7 @@ fs::path withoutTrailingSlash(const fs::path& folder)
 
 ScreenshotLocation::ScreenshotLocation(
     UserDefaultsStore& store, const FileSystem& fileSystem, const DesktopSettings& desktop)
-    : preferences(store.open(screenshotPreferences))
+    : preferences(store.open(preference::screenshotDomain))
     , fileSystem(fileSystem)
     , desktop(desktop)
 {
@@ -43,7 +44,7 @@ ScreenshotLocation::~ScreenshotLocation() = default;
 
 fs::path ScreenshotLocation::systemScreenshotDirectory() const
 {
-    const auto location = stringValue(*preferences, "location");
+    const auto location = stringValue(*preferences, preference::screenshotLocation);
     if (location && !location->empty())
         return withoutTrailingSlash(expandTilde(*location, fileSystem.homeFolder()));
     if (const auto folder = desktop.screenshotFolder())
@@ -53,7 +54,8 @@ fs::path ScreenshotLocation::systemScreenshotDirectory() const
 
 bool ScreenshotLocation::targetIsClipboard() const
 {
-    return asciiLowercase(stringValue(*preferences, "target").value_or("")) == "clipboard";
+    return asciiLowercase(stringValue(*preferences, preference::screenshotTarget).value_or(""))
+        == "clipboard";
 }
 
 bool hasScreenshotName(const fs::path& path, const std::vector<std::string>& furtherPrefixes)

@@ -33,9 +33,6 @@ private:
     const DesktopSettings& desktop;
 };
 
-// The domain of the screenshot preferences.
-inline constexpr const char* screenshotPreferences = "com.apple.screencapture";
-
 // Whether a picture file is called as the system calls its screenshots: the prefixes count with
 // their trailing blank and their case. Further prefixes are those of the desktop's own tools.
 bool hasScreenshotName(

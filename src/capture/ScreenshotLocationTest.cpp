@@ -11,7 +11,7 @@ class ScreenshotLocationTest : public testing::Test {
 protected:
     void set(const std::string& key, DefaultsValue value)
     {
-        desktop.defaults.open(screenshotPreferences)->set(key, std::move(value));
+        desktop.defaults.open("com.apple.screencapture")->set(key, std::move(value));
     }
 
     headless::Desktop desktop;

@@ -1,5 +1,7 @@
 #include "hotkeys/HotkeyTarget.h"
 
+#include "base/PreferenceKeys.h"
+
 namespace tallowbay {
 
 namespace {
@@ -21,16 +23,18 @@ const HotkeyTraits& traitsOf(HotkeyTarget target)
 {
     // In the order of the targets.
     static const std::array<HotkeyTraits, hotkeyTargets.size()> table{{
-        {{fourCharCode("SSAN"), 2}, "hotkeyOpenClose", {49, hotkeyModifier::option, "Opt+Space"}},
+        {{fourCharCode("SSAN"), 2},
+         preference::hotkeyOpenClose,
+         {keyCode::space, hotkeyModifier::option, "Opt+Space"}},
         {{fourCharCode("SSOX"), 1},
-         "hotkeyOCR",
-         {7, command | hotkeyModifier::shift, "Cmd+Shift+X"}},
+         preference::hotkeyOCR,
+         {keyCode::x, command | hotkeyModifier::shift, "Cmd+Shift+X"}},
         {{fourCharCode("SSUL"), 4},
-         "hotkeyUndoLast",
-         {6, command | hotkeyModifier::control, "Cmd+Ctrl+Z"}},
+         preference::hotkeyUndoLast,
+         {keyCode::z, command | hotkeyModifier::control, "Cmd+Ctrl+Z"}},
         {{fourCharCode("SSCL"), 5},
-         "hotkeyClearAll",
-         {8, command | hotkeyModifier::control, "Cmd+Ctrl+C"}},
+         preference::hotkeyClearAll,
+         {keyCode::c, command | hotkeyModifier::control, "Cmd+Ctrl+C"}},
     }};
     return table.at(static_cast<std::size_t>(target));
 }

@@ -78,7 +78,7 @@ void OnboardingWindow::startTapped()
     const auto completed = std::exchange(onCompleted, nullptr); // it may destroy this window
     if (!completed)
         return;
-    preferences.set("onboardingCompleted", {true});
+    preferences.set(preference::onboardingCompleted.key, {true});
     completed();
 }
 

@@ -25,12 +25,12 @@ protected:
 
     void setScreenshotPreference(const std::string& key, const std::string& value)
     {
-        desktop.defaults.open(screenshotPreferences)->set(key, {value});
+        desktop.defaults.open("com.apple.screencapture")->set(key, {value});
     }
 
     bool remembered()
     {
-        return boolValue(desktop.defaults.standard(), "onboardingCompleted", false);
+        return desktop.defaults.standard().value("onboardingCompleted") == DefaultsValue{true};
     }
 
     headless::Desktop desktop;

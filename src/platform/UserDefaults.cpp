@@ -7,8 +7,6 @@ namespace tallowbay {
 namespace {
 
 struct AsBool {
-    bool fallback;
-
     bool operator()(bool value) const { return value; }
     bool operator()(std::int64_t value) const { return value != 0; }
     bool operator()(double value) const { return value != 0; }
@@ -17,15 +15,15 @@ struct AsBool {
         value = asciiLowercase(std::move(value));
         return value == "yes" || value == "true" || value == "1";
     }
-    bool operator()(const DefaultsValue::Dictionary&) const { return fallback; }
+    bool operator()(const DefaultsValue::Dictionary&) const { return false; }
 };
 
 } // namespace
 
-bool boolValue(const UserDefaults& defaults, const std::string& key, bool fallback)
+bool boolValue(const UserDefaults& defaults, const preference::Flag& flag)
 {
-    const auto stored = defaults.value(key);
-    return stored ? std::visit(AsBool{fallback}, stored->value) : fallback;
+    const auto stored = defaults.value(flag.key);
+    return stored ? std::visit(AsBool{}, stored->value) : flag.whenAbsent;
 }
 
 std::optional<std::string> stringValue(const UserDefaults& defaults, const std::string& key)

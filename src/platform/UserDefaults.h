@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/PreferenceKeys.h"
+
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -33,8 +35,8 @@ public:
 };
 
 // A boolean as the user may have written it: a number counts as true unless it is zero, a text if
-// it reads "YES", "true" or "1" (any case). Anything else, and an absent key, gives the fallback.
-bool boolValue(const UserDefaults&, const std::string& key, bool fallback);
+// it reads "YES", "true" or "1" (any case), and nothing else does.
+bool boolValue(const UserDefaults&, const preference::Flag&);
 
 // Empty if the key is absent or holds no text.
 std::optional<std::string> stringValue(const UserDefaults&, const std::string& key);

@@ -13,7 +13,7 @@ ToastGate::ToastGate(const UserDefaults& preferences, ToastPresenter& toasts)
 
 void ToastGate::show(const std::string& message)
 {
-    if (!boolValue(preferences, "toastsDisabled", false))
+    if (!boolValue(preferences, preference::toastsDisabled))
         toasts.show(message);
 }
 

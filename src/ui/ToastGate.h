@@ -14,7 +14,7 @@ class ToastGate {
 public:
     ToastGate(const UserDefaults& preferences, ToastPresenter&);
 
-    // Nothing while the preference "toastsDisabled" is set.
+    // Nothing while the preference toastsDisabled is set.
     void show(const std::string& message);
 
 private:

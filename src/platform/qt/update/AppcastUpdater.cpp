@@ -65,7 +65,7 @@ void AppcastUpdater::checkForUpdates()
 
 std::string AppcastUpdater::feedAddress() const
 {
-    return stringValue(defaults.standard(), "updateFeedURL").value_or(setup.builtInFeed);
+    return stringValue(defaults.standard(), preference::updateFeedURL).value_or(setup.builtInFeed);
 }
 
 void AppcastUpdater::judge(const DownloadResult& result)

@@ -10,7 +10,7 @@
 namespace tallowbay::qt {
 
 // Asks an update feed for the newest version and shows what it says. The feed's address is the
-// preference "updateFeedURL", else what the program was built with.
+// preference updateFeedURL, else what the program was built with.
 class AppcastUpdater final : public Updater {
 public:
     struct Setup {
