@@ -17,6 +17,7 @@ protected:
     ScreenshotWatcherTest()
     {
         watcher.onScreenshotDetected = [this](const std::filesystem::path& path) {
+            EXPECT_TRUE(desktop.dispatch.onMainQueue());
             reported.push_back(path);
         };
     }

@@ -16,6 +16,8 @@ public:
     {
         images.push_back(url);
         checked.push_back(url);
+        if (onAdd)
+            onAdd();
     }
     std::optional<std::filesystem::path> uncheckLastURL() override
     {
@@ -44,6 +46,7 @@ public:
     Paths images;
     Paths checked;
     bool pendingDivider = false;
+    std::function<void()> onAdd;
     std::function<void()> onRemoveDeletedFiles;
 };
 

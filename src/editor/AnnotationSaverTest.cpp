@@ -122,6 +122,16 @@ TEST_F(AnnotationSaverTest, NamesAPathFromTheRequestUntilTheWriteHasEnded)
     EXPECT_THAT(written, ElementsAre(urls[0], urls[1]));
 }
 
+TEST_F(AnnotationSaverTest, ForgetsThePathOnTheMainQueueAndNotInTheJob)
+{
+    save();
+    std::size_t named = 0; // after the job, before what it handed to the main queue
+    desktop.dispatch.mainAsync([&] { named = saver->pathsBeingWritten().size(); });
+    desktop.dispatch.runBackground();
+    EXPECT_EQ(named, 1u);
+    EXPECT_THAT(saver->pathsBeingWritten(), IsEmpty());
+}
+
 // The order of two saves
 
 // Bug: a save that was asked for earlier, but took longer, put back what a later one had hidden.

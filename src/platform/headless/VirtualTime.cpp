@@ -60,7 +60,10 @@ Subscription VirtualDispatch::repeatEvery(std::chrono::milliseconds interval, Ta
 
 void VirtualDispatch::globalAsync(QualityOfService quality, Task task)
 {
-    background.emplace_back(quality, std::move(task));
+    if (backgroundAtOnce)
+        run(task, false);
+    else
+        background.emplace_back(quality, std::move(task));
 }
 
 std::unique_ptr<SerialQueue> VirtualDispatch::makeSerialQueue(std::string_view)

@@ -53,6 +53,10 @@ public:
         return background.at(index).first;
     }
 
+    // From now on a background job runs as soon as it is given, as on a thread that is quicker than
+    // the main queue.
+    void runBackgroundAtOnce() { backgroundAtOnce = true; }
+
     // Runs every queue until all are empty, background jobs in their order; time stands still.
     void runUntilIdle();
 
@@ -86,6 +90,7 @@ private:
     std::map<TimerKey, Timer> timers;
     std::uint64_t lastTimer = 0;
     bool onMain = true;
+    bool backgroundAtOnce = false;
 };
 
 } // namespace tallowbay::headless

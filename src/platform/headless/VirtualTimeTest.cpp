@@ -53,6 +53,16 @@ TEST_F(VirtualDispatchTest, NoticesACallOutOfABackgroundJob)
     EXPECT_TRUE(dispatch.onMainQueue());
 }
 
+TEST_F(VirtualDispatchTest, LetsBackgroundJobsBeQuickerThanTheMainQueue)
+{
+    dispatch.runBackgroundAtOnce();
+    dispatch.mainAsync([&] { EXPECT_EQ(ranOnMain, false); });
+    dispatch.globalAsync(QualityOfService::userInitiated, noting());
+    EXPECT_EQ(ranOnMain, false);
+    EXPECT_TRUE(dispatch.onMainQueue());
+    dispatch.runMain();
+}
+
 TEST_F(VirtualDispatchTest, NoticesACallOutOfASerialQueue)
 {
     const auto queue = dispatch.makeSerialQueue("serial");

@@ -157,6 +157,7 @@ TEST_F(ProgramTest, EndsQuietlyWhenTheXServerDies)
 
 TEST_F(ProgramTest, ShowsWhatItNeedsAtTheFirstStartOnly)
 {
+    std::filesystem::create_directory(folder.path / "Desktop");
     XServer server;
     server.startWindowManager();
     const auto windowIsShown = [&] {
@@ -172,6 +173,14 @@ TEST_F(ProgramTest, ShowsWhatItNeedsAtTheFirstStartOnly)
         return std::filesystem::exists(preferences);
     }));
     EXPECT_TRUE(waitUntil([&] { return !windowIsShown(); }));
+
+    // It is at work now, without another start.
+    ASSERT_TRUE(waitUntil([&] { return program->output().find('\n') != std::string::npos; }));
+    const auto screenshot = folder.path / "Desktop" / "Screenshot 1.png";
+    server.run({"convert", "-size", "64x64", "gradient:", screenshot});
+    EXPECT_TRUE(waitUntil([&] {
+        return program->output().find("Clipboard updated: 1 image(s)\n") != std::string::npos;
+    })) << program->output();
     program->end();
 
     program = start({}, environmentOn(server));
