@@ -26,13 +26,11 @@ bool isPlainName(const std::string& name)
     return !name.empty() && name.find('/') == name.npos;
 }
 
-fs::path pngquantPath(const Resources& resources)
+fs::path pngquantPath(const LinuxResources& resources)
 {
-    for (const auto& candidate :
-         {resources.executable("pngquant"), executableOnSearchPath("pngquant")})
-        if (!candidate.empty())
-            return candidate;
-    return "/usr/bin/pngquant";
+    const auto installed = executableOnSearchPath("pngquant");
+    const bool cameAlong = !resources.executable("pngquant").empty();
+    return cameAlong || installed.empty() ? resources.helperFolder() / "pngquant" : installed;
 }
 
 } // namespace

@@ -88,8 +88,10 @@ TEST_F(LinuxResourcesTest, PrefersThePngquantThatCameAlong)
 
 TEST_F(LinuxResourcesTest, NamesAnAbsentFileWherePngquantIsNowhere)
 {
+    // The bug: it was /usr/bin/pngquant, which is there on most machines.
     setSearchPath((root / "usr").native());
-    EXPECT_EQ(linuxToolPaths(resources).pngquant, "/usr/bin/pngquant");
+    EXPECT_EQ(linuxToolPaths(resources).pngquant, root / "libexec/tallowbay/pngquant");
+    EXPECT_FALSE(fs::exists(linuxToolPaths(resources).pngquant));
 }
 
 TEST_F(LinuxResourcesTest, TakesNoToolButPngquantFromTheSearchPath)
