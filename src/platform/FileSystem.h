@@ -2,6 +2,7 @@
 
 #include "platform/Clock.h"
 
+#include <array>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -10,6 +11,12 @@
 #include <vector>
 
 namespace tallowbay {
+
+// Tells an entry from every other, whatever it is called. To be compared, and nothing else.
+struct FileIdentity {
+    std::array<std::uint64_t, 4> parts{};
+    bool operator==(const FileIdentity&) const = default;
+};
 
 // The file system, as far as the logic needs it. Paths are absolute, and any byte but zero and the
 // slash may stand in a name.
@@ -27,6 +34,15 @@ public:
     // When the entry was made: the file system's birth time; where there is none, the time of its
     // last modification. A symbolic link's own date, not its target's. Empty if there is no entry.
     virtual std::optional<WallTime> creationDate(const std::filesystem::path&) const = 0;
+
+    // When the entry's content was last changed, or said to be: copying and unpacking may set it to
+    // any time. A symbolic link's own date. Empty if there is no entry.
+    virtual std::optional<WallTime> modificationDate(const std::filesystem::path&) const = 0;
+
+    // An entry keeps its identity when it is renamed or moved within its file system. Another entry
+    // has another, be it a copy, or a new one in the place of one that is gone. Further names of a
+    // file share its identity; a symbolic link has its own. Empty if there is no entry.
+    virtual std::optional<FileIdentity> identity(const std::filesystem::path&) const = 0;
 
     // Bytes. Empty if it is no readable file.
     virtual std::optional<std::uintmax_t> size(const std::filesystem::path&) const = 0;
@@ -50,6 +66,10 @@ public:
     virtual bool writeAtomically(const std::filesystem::path&, std::string_view bytes) = 0;
 
     virtual std::filesystem::path homeFolder() const = 0;
+
+    // The home of another user of the machine. Empty if there is no such user. May take its time
+    // where users are asked for over a network.
+    virtual std::optional<std::filesystem::path> homeFolderOf(const std::string& user) const = 0;
 
     // A new, empty folder for files that do not outlive their use. No other call and no other
     // program has it, and no other user can guess its name, look into it or put another in its

@@ -13,6 +13,8 @@ namespace tallowbay::contract {
 //   FileSystem& files();
 //   std::filesystem::path folder();   an empty folder to work in
 //   WallTime now();                   the time that the files' dates go by
+//   void rename(path from, path to);
+//   void awaitNextDate();             until a new entry has another date than the last one
 template <typename Backend> class FileSystemContract : public testing::Test {
 protected:
     using Path = std::filesystem::path;
@@ -141,6 +143,8 @@ TYPED_TEST_P(FileSystemContract, KnowsNothingOfAnAbsentEntry)
     EXPECT_FALSE(this->files.exists(path));
     EXPECT_FALSE(this->files.isDirectory(path));
     EXPECT_FALSE(this->files.creationDate(path));
+    EXPECT_FALSE(this->files.modificationDate(path));
+    EXPECT_FALSE(this->files.identity(path));
     EXPECT_FALSE(this->files.size(path));
     EXPECT_FALSE(this->files.read(path));
 }
@@ -159,12 +163,56 @@ TYPED_TEST_P(FileSystemContract, DatesANewEntryNow)
     ASSERT_TRUE(this->files.writeAtomically(path, ""));
     ASSERT_TRUE(this->files.createFolders(this->folder / "sub"));
     for (const auto& entry : {path, this->folder / "sub"}) {
-        const auto date = this->files.creationDate(entry);
-        ASSERT_TRUE(date);
-        // Files are dated by a clock that ticks some hundred times a second.
-        EXPECT_GE(*date, before - 20ms);
-        EXPECT_LE(*date, this->backend.now());
+        for (const auto date :
+             {this->files.creationDate(entry), this->files.modificationDate(entry)}) {
+            ASSERT_TRUE(date);
+            // Files are dated by a clock that ticks some hundred times a second.
+            EXPECT_GE(*date, before - 20ms);
+            EXPECT_LE(*date, this->backend.now());
+        }
     }
+}
+
+TYPED_TEST_P(FileSystemContract, KnowsAnEntryAgainThatWasRenamed)
+{
+    const auto path = this->folder / "file";
+    ASSERT_TRUE(this->files.writeAtomically(path, "x"));
+    const auto identity = this->files.identity(path);
+    ASSERT_TRUE(identity);
+    EXPECT_EQ(this->files.identity(path), identity);
+    ASSERT_TRUE(this->files.createFolders(this->folder / "sub"));
+    this->backend.rename(path, this->folder / "sub" / "renamed");
+    EXPECT_EQ(this->files.identity(this->folder / "sub" / "renamed"), identity);
+    EXPECT_FALSE(this->files.identity(path));
+}
+
+TYPED_TEST_P(FileSystemContract, TellsEveryEntryFromTheOthers)
+{
+    ASSERT_TRUE(this->files.writeAtomically(this->folder / "file", "same bytes"));
+    ASSERT_TRUE(this->files.writeAtomically(this->folder / "copy", "same bytes"));
+    ASSERT_TRUE(this->files.createFolders(this->folder / "sub"));
+    const auto file = this->files.identity(this->folder / "file");
+    EXPECT_NE(file, this->files.identity(this->folder / "copy"));
+    EXPECT_NE(file, this->files.identity(this->folder / "sub"));
+}
+
+TYPED_TEST_P(FileSystemContract, TellsANewEntryFromTheOneWhosePlaceItTakes)
+{
+    const auto path = this->folder / "file";
+    ASSERT_TRUE(this->files.writeAtomically(path, "x"));
+    const auto identity = this->files.identity(path);
+    this->backend.awaitNextDate();
+    for (int i = 0; i < 20; ++i) {
+        ASSERT_TRUE(this->files.remove(path));
+        ASSERT_TRUE(this->files.writeAtomically(path, "x"));
+        EXPECT_NE(this->files.identity(path), identity);
+    }
+}
+
+TYPED_TEST_P(FileSystemContract, KnowsNoHomeOfAUserWhoIsNotThere)
+{
+    for (const char* user : {"", "no such user", "a/b", "..", "."})
+        EXPECT_FALSE(this->files.homeFolderOf(user)) << user;
 }
 
 TYPED_TEST_P(FileSystemContract, NamesAHomeFolderThatIsAbsolute)
@@ -192,7 +240,8 @@ REGISTER_TYPED_TEST_SUITE_P(
     KeepsEveryByteOfAName, ListsFilesFoldersAndHiddenEntriesButNotWhatIsBelow,
     ListsNothingThatIsNoFolder, CreatesFoldersWithThoseAbove, CreatesNoFolderWhereAFileIs,
     RemovesAFolderWithAllItHolds, FailsToRemoveWhatNeverWas, KnowsNothingOfAnAbsentEntry,
-    ReadsNoFolder, DatesANewEntryNow, NamesAHomeFolderThatIsAbsolute,
-    MakesATemporaryFolderOfItsOwnForEveryCall);
+    ReadsNoFolder, DatesANewEntryNow, KnowsAnEntryAgainThatWasRenamed, TellsEveryEntryFromTheOthers,
+    TellsANewEntryFromTheOneWhosePlaceItTakes, KnowsNoHomeOfAUserWhoIsNotThere,
+    NamesAHomeFolderThatIsAbsolute, MakesATemporaryFolderOfItsOwnForEveryCall);
 
 } // namespace tallowbay::contract

@@ -46,6 +46,11 @@ struct MemoryFileBackend {
     FileSystem& files() { return desktop.files; }
     std::filesystem::path folder() { return "/work"; }
     WallTime now() { return desktop.clock.wallNow(); }
+    void rename(const std::filesystem::path& from, const std::filesystem::path& to)
+    {
+        desktop.files.rename(from, to);
+    }
+    void awaitNextDate() { }
 };
 
 struct HandFedHotkeysBackend : VirtualDispatchBackend {

@@ -43,7 +43,9 @@ MemoryFileSystem::Node& MemoryFileSystem::put(const fs::path& path, bool folder)
 {
     if (path.has_relative_path() && !find(path.parent_path()))
         put(path.parent_path(), true);
-    const auto [entry, isNew] = nodes.try_emplace(path, Node{folder, {}, clock.wallNow()});
+    const auto now = clock.wallNow();
+    const auto [entry, isNew] = nodes.try_emplace(path, Node{folder, {}, now, now, lastNode + 1});
+    lastNode += isNew;
     if (isNew)
         tell(path, Change::entryCame);
     return entry->second;
@@ -70,6 +72,25 @@ std::optional<WallTime> MemoryFileSystem::creationDate(const fs::path& path) con
 {
     const Node* node = find(path);
     return node ? node->created : std::nullopt;
+}
+
+std::optional<WallTime> MemoryFileSystem::modificationDate(const fs::path& path) const
+{
+    const Node* node = find(path);
+    return node ? std::optional(node->modified) : std::nullopt;
+}
+
+std::optional<FileIdentity> MemoryFileSystem::identity(const fs::path& path) const
+{
+    const Node* node = find(path);
+    return node ? std::optional(FileIdentity{{node->number}}) : std::nullopt;
+}
+
+std::optional<fs::path> MemoryFileSystem::homeFolderOf(const std::string& user) const
+{
+    ++homesAskedFor;
+    const auto found = homes.find(user);
+    return found == homes.end() ? std::nullopt : std::optional(found->second);
 }
 
 std::optional<std::uintmax_t> MemoryFileSystem::size(const fs::path& path) const
@@ -137,12 +158,14 @@ void MemoryFileSystem::create(const fs::path& path, std::string bytes)
 
 void MemoryFileSystem::beginWriting(const fs::path& path, std::string bytes)
 {
-    put(path, false).bytes = std::move(bytes);
+    Node& node = put(path, false);
+    node.bytes = std::move(bytes);
+    node.modified = clock.wallNow();
 }
 
 void MemoryFileSystem::finishWriting(const fs::path& path, std::string bytes)
 {
-    put(path, false).bytes = std::move(bytes);
+    beginWriting(path, std::move(bytes));
     tell(path, Change::fileCompleted);
 }
 
@@ -165,9 +188,21 @@ void MemoryFileSystem::rename(const fs::path& from, const fs::path& to)
     }
 }
 
+void MemoryFileSystem::link(const fs::path& file, const fs::path& furtherName)
+{
+    nodes.insert_or_assign(furtherName, nodes.at(file));
+    tell(furtherName, Change::entryCame);
+    tell(furtherName, Change::fileCompleted);
+}
+
 void MemoryFileSystem::setCreationDate(const fs::path& path, std::optional<WallTime> date)
 {
     nodes.at(path).created = date;
+}
+
+void MemoryFileSystem::setModificationDate(const fs::path& path, WallTime date)
+{
+    nodes.at(path).modified = date;
 }
 
 Subscription MemoryFileSystem::listen(Listener listener)

@@ -23,6 +23,8 @@ public:
     bool exists(const std::filesystem::path&) const override;
     bool isDirectory(const std::filesystem::path&) const override;
     std::optional<WallTime> creationDate(const std::filesystem::path&) const override;
+    std::optional<WallTime> modificationDate(const std::filesystem::path&) const override;
+    std::optional<FileIdentity> identity(const std::filesystem::path&) const override;
     std::optional<std::uintmax_t> size(const std::filesystem::path&) const override;
     std::optional<std::vector<std::filesystem::path>> list(
         const std::filesystem::path& folder) const override;
@@ -31,6 +33,7 @@ public:
     std::optional<std::string> read(const std::filesystem::path&) const override;
     bool writeAtomically(const std::filesystem::path&, std::string_view bytes) override;
     std::filesystem::path homeFolder() const override { return "/home/u"; }
+    std::optional<std::filesystem::path> homeFolderOf(const std::string& user) const override;
     std::optional<std::filesystem::path> makeTemporaryFolder() override;
 
     // A file that is written and closed at once.
@@ -41,11 +44,17 @@ public:
     void finishWriting(const std::filesystem::path&, std::string bytes = "data");
 
     void rename(const std::filesystem::path& from, const std::filesystem::path& to);
+    void link(const std::filesystem::path& file, const std::filesystem::path& furtherName);
     void setCreationDate(const std::filesystem::path&, std::optional<WallTime>);
+    void setModificationDate(const std::filesystem::path&, WallTime);
 
     // From now on nothing below this folder can be changed, or the folder not be listed.
     void makeReadOnly(const std::filesystem::path& folder) { readOnly.insert(folder); }
     void makeUnlistable(const std::filesystem::path& folder) { unlistable.insert(folder); }
+
+    // The other users of the machine, and how often one was asked for.
+    std::map<std::string, std::filesystem::path> homes{{"v", "/home/v"}};
+    mutable int homesAskedFor = 0;
 
     // Called after every change, inside the call that made it, until the token ends.
     Subscription listen(Listener);
@@ -55,6 +64,8 @@ private:
         bool folder = false;
         std::string bytes;
         std::optional<WallTime> created;
+        WallTime modified;
+        std::uint64_t number = 0;
     };
 
     const Node* find(const std::filesystem::path&) const;
@@ -69,6 +80,7 @@ private:
     std::map<int, std::shared_ptr<Listener>> listeners;
     int lastListener = 0;
     int lastTemporaryFolder = 0;
+    std::uint64_t lastNode = 0;
 };
 
 // Reports complete files of the disk in memory; a test may also emit an event by hand.

@@ -10,15 +10,21 @@ namespace tallowbay::posix {
 
 namespace {
 
-std::optional<std::filesystem::path> homeOfUserDatabase()
+// The lookup fills in an entry from the user database, as getpwuid_r() and its like do.
+template <typename Lookup> std::optional<std::filesystem::path> homeOfEntry(Lookup lookup)
 {
     std::vector<char> strings(64 * 1024);
     passwd entry{};
     passwd* found = nullptr;
-    if (::getpwuid_r(::getuid(), &entry, strings.data(), strings.size(), &found) != 0 || !found)
+    if (lookup(&entry, strings.data(), strings.size(), &found) != 0 || !found)
         return std::nullopt;
     const std::filesystem::path home = found->pw_dir;
     return home.is_absolute() ? std::optional(home) : std::nullopt;
+}
+
+std::optional<std::filesystem::path> homeOfThisUser()
+{
+    return homeOfEntry([](auto... entry) { return ::getpwuid_r(::getuid(), entry...); });
 }
 
 } // namespace
@@ -45,7 +51,12 @@ std::filesystem::path environmentHome()
 {
     if (const auto home = environmentFolder("HOME"))
         return *home;
-    return homeOfUserDatabase().value_or("/");
+    return homeOfThisUser().value_or("/");
+}
+
+std::optional<std::filesystem::path> homeOfUser(const std::string& name)
+{
+    return homeOfEntry([&](auto... entry) { return ::getpwnam_r(name.c_str(), entry...); });
 }
 
 std::filesystem::path environmentConfigFolder()

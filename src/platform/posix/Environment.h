@@ -22,6 +22,10 @@ bool environmentIsWayland();
 // $HOME, else what the user database says, else the root folder.
 std::filesystem::path environmentHome();
 
+// What the user database says of that user. Empty if it knows none of that name, or no absolute
+// path of a home. May ask over a network.
+std::optional<std::filesystem::path> homeOfUser(const std::string& name);
+
 // $XDG_CONFIG_HOME, else .config in the home folder.
 std::filesystem::path environmentConfigFolder();
 

@@ -20,6 +20,22 @@ WallTime wallTime(const statx_timestamp& stamp)
         duration_cast<WallTime::duration>(seconds(stamp.tv_sec) + nanoseconds(stamp.tv_nsec)));
 }
 
+std::optional<struct statx> statusOf(const fs::path& path)
+{
+    struct statx status;
+    if (::statx(
+            AT_FDCWD, path.c_str(), AT_SYMLINK_NOFOLLOW, STATX_BASIC_STATS | STATX_BTIME, &status)
+        != 0)
+        return std::nullopt;
+    return status;
+}
+
+// A birth time, where the file system keeps one: changing or moving the entry leaves it alone.
+const statx_timestamp& birthOf(const struct statx& status)
+{
+    return status.stx_mask & STATX_BTIME ? status.stx_btime : status.stx_mtime;
+}
+
 // "link/" would name what the link points to.
 fs::path withoutTrailingSlash(const fs::path& path)
 {
@@ -85,11 +101,26 @@ bool PosixFileSystem::isDirectory(const fs::path& path) const
 
 std::optional<WallTime> PosixFileSystem::creationDate(const fs::path& path) const
 {
-    struct statx status;
-    constexpr unsigned wanted = STATX_BTIME | STATX_MTIME;
-    if (::statx(AT_FDCWD, path.c_str(), AT_SYMLINK_NOFOLLOW, wanted, &status) != 0)
+    const auto status = statusOf(path);
+    return status ? std::optional(wallTime(birthOf(*status))) : std::nullopt;
+}
+
+std::optional<WallTime> PosixFileSystem::modificationDate(const fs::path& path) const
+{
+    const auto status = statusOf(path);
+    return status ? std::optional(wallTime(status->stx_mtime)) : std::nullopt;
+}
+
+// The number alone would be used again once the entry is gone.
+std::optional<FileIdentity> PosixFileSystem::identity(const fs::path& path) const
+{
+    const auto status = statusOf(path);
+    if (!status)
         return std::nullopt;
-    return wallTime(status.stx_mask & STATX_BTIME ? status.stx_btime : status.stx_mtime);
+    const statx_timestamp& birth = birthOf(*status);
+    return FileIdentity{
+        {std::uint64_t{status->stx_dev_major} << 32 | status->stx_dev_minor, status->stx_ino,
+         static_cast<std::uint64_t>(birth.tv_sec), birth.tv_nsec}};
 }
 
 std::optional<std::uintmax_t> PosixFileSystem::size(const fs::path& path) const
@@ -111,6 +142,11 @@ std::optional<std::vector<fs::path>> PosixFileSystem::list(const fs::path& folde
     if (error)
         return std::nullopt;
     return entries;
+}
+
+std::optional<fs::path> PosixFileSystem::homeFolderOf(const std::string& user) const
+{
+    return homeOfUser(user);
 }
 
 bool PosixFileSystem::createFolders(const fs::path& path)

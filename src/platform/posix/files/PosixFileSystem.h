@@ -8,6 +8,9 @@ namespace tallowbay::posix {
 // at construction: the user's runtime folder, else $TMPDIR, else /tmp; one that others could tamper
 // with is passed over.
 //
+// Two entries that are made in one tick of the file system's clock, some milliseconds, the second
+// when the first is gone, may have one identity.
+//
 // Where a file that is written atomically is a symbolic link, the link stays and its target is
 // replaced. Its permissions are kept; a new file gets what the umask leaves.
 class PosixFileSystem : public FileSystem {
@@ -17,6 +20,8 @@ public:
     bool exists(const std::filesystem::path&) const override;
     bool isDirectory(const std::filesystem::path&) const override;
     std::optional<WallTime> creationDate(const std::filesystem::path&) const override;
+    std::optional<WallTime> modificationDate(const std::filesystem::path&) const override;
+    std::optional<FileIdentity> identity(const std::filesystem::path&) const override;
     std::optional<std::uintmax_t> size(const std::filesystem::path&) const override;
     std::optional<std::vector<std::filesystem::path>> list(
         const std::filesystem::path& folder) const override;
@@ -25,6 +30,7 @@ public:
     std::optional<std::string> read(const std::filesystem::path&) const override;
     bool writeAtomically(const std::filesystem::path&, std::string_view bytes) override;
     std::filesystem::path homeFolder() const override { return home; }
+    std::optional<std::filesystem::path> homeFolderOf(const std::string& user) const override;
     std::optional<std::filesystem::path> makeTemporaryFolder() override;
 
 private:

@@ -10,6 +10,7 @@
 #include <thread>
 
 #include <fcntl.h>
+#include <pwd.h>
 #include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -30,6 +31,18 @@ struct PosixFileBackend {
     FileSystem& files() { return system; }
     fs::path folder() { return temporary.path; }
     WallTime now() { return WallTime::clock::now(); }
+    void rename(const fs::path& from, const fs::path& to) { fs::rename(from, to); }
+    void awaitNextDate()
+    {
+        const auto probe = folder() / "probe";
+        const auto date = [&] {
+            std::ofstream(probe).put('x');
+            return system.creationDate(probe);
+        };
+        for (const auto first = date(); date() == first;)
+            fs::remove(probe);
+        fs::remove(probe);
+    }
 };
 
 class PosixFileSystemTest : public testing::Test {
@@ -78,6 +91,43 @@ TEST_F(PosixFileSystemTest, KeepsTheCreationDateOfAFileThatIsChangedLater)
     const auto longAgo = fs::file_time_type::clock::now() - 24h * 365;
     fs::last_write_time(folder / "file", longAgo);
     EXPECT_EQ(files.creationDate(folder / "file"), created);
+}
+
+TEST_F(PosixFileSystemTest, TakesTheDateThatAFileIsSaidToBeChangedAt)
+{
+    write(folder / "file", "");
+    const timespec restored[] = {{1'700'000'000, 0}, {1'700'000'000, 5'000'000}};
+    ASSERT_EQ(::utimensat(AT_FDCWD, (folder / "file").c_str(), restored, 0), 0);
+    EXPECT_EQ(files.modificationDate(folder / "file"), WallTime(1'700'000'000'005ms));
+}
+
+TEST_F(PosixFileSystemTest, KnowsAFileAgainWhoseContentAndDateWereChanged)
+{
+    write(folder / "file", "first");
+    const auto identity = files.identity(folder / "file");
+    struct statx status { };
+    ASSERT_EQ(::statx(AT_FDCWD, folder.c_str(), 0, STATX_BTIME, &status), 0);
+    if (!(status.stx_mask & STATX_BTIME))
+        GTEST_SKIP() << "The file system does not know when a file was made";
+    write(folder / "file", "second");
+    fs::last_write_time(folder / "file", fs::file_time_type::clock::now() - 24h);
+    EXPECT_EQ(files.identity(folder / "file"), identity);
+}
+
+TEST_F(PosixFileSystemTest, KnowsAFileByEachOfItsNamesAndALinkForItself)
+{
+    write(folder / "file", "");
+    fs::create_hard_link(folder / "file", folder / "further name");
+    fs::create_symlink("file", folder / "link");
+    EXPECT_EQ(files.identity(folder / "further name"), files.identity(folder / "file"));
+    EXPECT_NE(files.identity(folder / "link"), files.identity(folder / "file"));
+}
+
+TEST_F(PosixFileSystemTest, KnowsTheHomesOfTheMachinesUsers)
+{
+    const passwd* root = ::getpwuid(0);
+    ASSERT_TRUE(root);
+    EXPECT_EQ(files.homeFolderOf(root->pw_name), root->pw_dir);
 }
 
 TEST_F(PosixFileSystemTest, TakesTheDateOfTheLastChangeWhereThereIsNoBirthTime)
