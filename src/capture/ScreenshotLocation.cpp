@@ -16,18 +16,22 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// "~" alone and "~/..." are the user's home, from which a relative path is meant, too.
-fs::path expandTilde(const std::string& location, const fs::path& home)
+// The folder inside another one that a text names, whatever slashes it begins with.
+fs::path below(const fs::path& folder, const fs::path& text)
 {
-    if (location == "~")
-        return home;
-    return home / (location.starts_with("~/") ? location.substr(2) : location);
+    return folder / text.relative_path();
 }
 
-// "/home/u/Shots/" and "/home/u/Shots" are one folder.
-fs::path withoutTrailingSlash(const fs::path& folder)
+// "/home/u//Shots/./" and "/home/u/Shots" are one folder. A ".." stays: it leads elsewhere where a
+// link comes before it.
+fs::path tidied(const fs::path& folder)
 {
-    return folder.has_filename() || !folder.has_relative_path() ? folder : folder.parent_path();
+    fs::path tidy = folder.root_path();
+    for (const fs::path& name : folder.relative_path()) {
+        if (!name.empty() && name != ".")
+            tidy /= name;
+    }
+    return tidy;
 }
 
 } // namespace
@@ -44,12 +48,34 @@ ScreenshotLocation::~ScreenshotLocation() = default;
 
 fs::path ScreenshotLocation::systemScreenshotDirectory() const
 {
-    const auto location = stringValue(*preferences, preference::screenshotLocation);
-    if (location && !location->empty())
-        return withoutTrailingSlash(expandTilde(*location, fileSystem.homeFolder()));
+    if (const auto folder = preferredFolder())
+        return tidied(*folder);
     if (const auto folder = desktop.screenshotFolder())
-        return withoutTrailingSlash(*folder);
+        return tidied(*folder);
     return fileSystem.homeFolder() / "Desktop";
+}
+
+// From the home folder, where the text does not begin with a slash.
+std::optional<fs::path> ScreenshotLocation::preferredFolder() const
+{
+    const std::string text = stringValue(*preferences, preference::screenshotLocation).value_or("");
+    if (text.empty())
+        return std::nullopt;
+    if (text.front() != '~')
+        return fileSystem.homeFolder() / text;
+    const auto end = std::min(text.find('/'), text.size());
+    const auto home = homeOf(text.substr(1, end - 1));
+    return home ? std::optional(below(*home, text.substr(end))) : std::nullopt;
+}
+
+// This question is asked twice a second, and the answer may come over a network.
+std::optional<fs::path> ScreenshotLocation::homeOf(const std::string& user) const
+{
+    if (user.empty())
+        return fileSystem.homeFolder();
+    if (!lastUser || lastUser->name != user)
+        lastUser = User{user, fileSystem.homeFolderOf(user)};
+    return lastUser->home;
 }
 
 bool ScreenshotLocation::targetIsClipboard() const

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,23 +15,33 @@ struct DesktopSettings;
 
 // Where the system saves screenshots, and by which names they are known there.
 //
-// Thread: main queue. Every question is answered from the settings as they are at that moment.
+// Thread: main queue. Every question is answered from the settings as they are at that moment; only
+// another user's home is asked for once.
 class ScreenshotLocation {
 public:
     ScreenshotLocation(UserDefaultsStore&, const FileSystem&, const DesktopSettings&);
     ~ScreenshotLocation();
 
-    // The folder of the screenshot preferences; where they name none, the desktop's own; else the
-    // user's Desktop folder.
+    // The folder of the screenshot preferences; where they name none, or the home of a user whom
+    // nobody knows ("~nobody/Shots"), the desktop's own; else the user's Desktop folder.
     std::filesystem::path systemScreenshotDirectory() const;
 
     // Whether screenshots go to the clipboard instead of a folder.
     bool targetIsClipboard() const;
 
 private:
+    struct User {
+        std::string name;
+        std::optional<std::filesystem::path> home;
+    };
+
+    std::optional<std::filesystem::path> preferredFolder() const;
+    std::optional<std::filesystem::path> homeOf(const std::string& user) const;
+
     std::unique_ptr<UserDefaults> preferences;
     const FileSystem& fileSystem;
     const DesktopSettings& desktop;
+    mutable std::optional<User> lastUser;
 };
 
 // Whether a picture file is called as the system calls its screenshots: the prefixes count with

@@ -14,6 +14,12 @@ protected:
         desktop.defaults.open("com.apple.screencapture")->set(key, std::move(value));
     }
 
+    std::string folderFor(const std::string& setting)
+    {
+        set("location", {setting});
+        return location.systemScreenshotDirectory(); // as text: paths of other slashes are equal
+    }
+
     headless::Desktop desktop;
     ScreenshotLocation location{desktop.defaults, desktop.files, desktop.settings};
 };
@@ -59,6 +65,58 @@ TEST_F(ScreenshotLocationTest, TreatsATrailingSlashAsTheSameFolder)
     EXPECT_EQ(location.systemScreenshotDirectory(), "/media/shots");
     set("location", {"/"});
     EXPECT_EQ(location.systemScreenshotDirectory(), "/");
+}
+
+TEST_F(ScreenshotLocationTest, MindsNoFurtherSlashAfterTheTilde)
+{
+    // The bug: "~//Shots" was the folder /Shots, since a path with a slash in front replaces what
+    // it is joined to.
+    EXPECT_EQ(folderFor("~//Shots"), "/home/u/Shots");
+    EXPECT_EQ(folderFor("~///"), "/home/u");
+    EXPECT_EQ(folderFor("~v//Shots"), "/home/v/Shots");
+}
+
+TEST_F(ScreenshotLocationTest, IsOneFolderHoweverItIsWritten)
+{
+    EXPECT_EQ(folderFor("/media//shots"), "/media/shots");
+    EXPECT_EQ(folderFor("//media/./shots//"), "/media/shots");
+    EXPECT_EQ(folderFor("~/./Shots/."), "/home/u/Shots");
+    EXPECT_EQ(folderFor("."), "/home/u");
+    EXPECT_EQ(folderFor("//"), "/");
+    EXPECT_EQ(folderFor("/media/link/../shots"), "/media/link/../shots");
+    desktop.settings.screenshotFolder = [] { return "/media//own/"; };
+    EXPECT_EQ(folderFor(""), "/media/own");
+}
+
+TEST_F(ScreenshotLocationTest, ExpandsTheHomeOfAnotherUser)
+{
+    // The bug: "~v/Shots" was a folder of the name "~v" in the user's own home.
+    EXPECT_EQ(folderFor("~v/Shots"), "/home/v/Shots");
+    EXPECT_EQ(folderFor("~v"), "/home/v");
+    EXPECT_EQ(folderFor("~v/"), "/home/v");
+    EXPECT_EQ(folderFor("/a/~v/b"), "/a/~v/b");
+    EXPECT_EQ(folderFor("./~v/b"), "/home/u/~v/b");
+}
+
+TEST_F(ScreenshotLocationTest, TakesTheHomeOfAnUnknownUserForNoLocation)
+{
+    EXPECT_EQ(folderFor("~nobody/Shots"), "/home/u/Desktop");
+    EXPECT_EQ(folderFor("~ /Shots"), "/home/u/Desktop");
+    desktop.settings.screenshotFolder = [] { return "/home/u/Pictures"; };
+    EXPECT_EQ(folderFor("~nobody"), "/home/u/Pictures");
+}
+
+TEST_F(ScreenshotLocationTest, AsksForTheHomeOfAUserOnce)
+{
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_EQ(folderFor("~v/Shots"), "/home/v/Shots");
+        EXPECT_EQ(folderFor("~v/Other"), "/home/v/Other");
+    }
+    EXPECT_EQ(desktop.files.homesAskedFor, 1);
+    EXPECT_EQ(folderFor("~nobody"), "/home/u/Desktop");
+    EXPECT_EQ(folderFor("~nobody"), "/home/u/Desktop");
+    EXPECT_EQ(desktop.files.homesAskedFor, 2);
+    EXPECT_EQ(folderFor("~v"), "/home/v");
 }
 
 TEST_F(ScreenshotLocationTest, AsksTheDesktopWhereThePreferencesNameNoFolder)
