@@ -34,10 +34,14 @@ std::string joinedByBlankLines(const std::vector<std::string>& texts)
     return all;
 }
 
+// By the older of its dates: what was restored or unpacked here is new in this folder, and yet no
+// new screenshot. What has no date is taken for new.
 bool isFresh(const FileSystem& fileSystem, const Clock& clock, const fs::path& file)
 {
-    const auto created = fileSystem.creationDate(file);
-    return !created || clock.wallNow() - *created < freshFor;
+    const auto isRecent = [&](const std::optional<WallTime>& date) {
+        return !date || clock.wallNow() - *date < freshFor;
+    };
+    return isRecent(fileSystem.creationDate(file)) && isRecent(fileSystem.modificationDate(file));
 }
 
 } // namespace

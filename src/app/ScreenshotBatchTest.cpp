@@ -176,6 +176,38 @@ TEST_F(ScreenshotBatchTest, IgnoresAFileThatWasCopiedInAndIsTwoMinutesOld)
     EXPECT_EQ(batch.compressing(), 0);
 }
 
+TEST_F(ScreenshotBatchTest, IgnoresAScreenshotThatWasRestoredWithItsOldDate)
+{
+    // The bug: what a backup or an archive brought back was new by its birth, and took the
+    // clipboard.
+    const auto restored = "/home/u/Desktop/Screenshot 1.png";
+    desktop.files.create(restored);
+    desktop.files.setModificationDate(restored, desktop.clock.wallNow() - 60s);
+    take("Screenshot 1.png");
+    EXPECT_THAT(batch.urls(), IsEmpty());
+    EXPECT_EQ(batch.compressing(), 0);
+    EXPECT_THAT(desktop.console.lines, IsEmpty());
+    EXPECT_THAT(views.toasts, IsEmpty());
+}
+
+TEST_F(ScreenshotBatchTest, TakesAScreenshotBothOfWhoseDatesAreJustUnderAMinuteOld)
+{
+    const auto file = "/home/u/Desktop/Screenshot 1.png";
+    desktop.files.create(file);
+    desktop.files.setModificationDate(file, desktop.clock.wallNow() - 59999ms);
+    take("Screenshot 1.png");
+    EXPECT_EQ(batch.urls().size(), 1u);
+}
+
+TEST_F(ScreenshotBatchTest, IgnoresAnOldScreenshotThatIsEditedNow)
+{
+    desktop.files.create("/home/u/Desktop/Screenshot 1.png");
+    desktop.dispatch.advance(60s);
+    desktop.files.create("/home/u/Desktop/Screenshot 1.png", "edited");
+    take("Screenshot 1.png");
+    EXPECT_THAT(batch.urls(), IsEmpty());
+}
+
 TEST_F(ScreenshotBatchTest, TakesAFileWithoutACreationDateOrFromTheFuture)
 {
     desktop.files.create("/home/u/Desktop/Screenshot 1.png");
