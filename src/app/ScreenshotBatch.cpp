@@ -54,14 +54,19 @@ ScreenshotBatch::ScreenshotBatch(
     , editor(editor)
     , firePaste(std::move(firePaste))
     , compressor(platform.fileSystem, platform.processes, platform.resources, platform.tools)
+    , accepted(platform.fileSystem, platform.clock)
 {
 }
 
 void ScreenshotBatch::acceptScreenshot(const fs::path& screenshot)
 {
+    const fs::path copy = compressor.outputFor(screenshot);
+    if (!accepted.begin(screenshot, copy))
+        return;
     // Queued before the job is, so that the counter is up before the job can bring it down.
     platform.dispatch.mainAsync(lifetime.guard([this] { ++compressionInProgress; }));
-    auto finish = lifetime.guard([this](const Outcome& outcome) { finishJob(outcome); });
+    auto finish =
+        lifetime.guard([this, copy](const Outcome& outcome) { finishJob(copy, outcome); });
     platform.dispatch.globalAsync(
         QualityOfService::userInteractive,
         [job = Job{platform, compressor, screenshot, abandoned}, finish] {
@@ -90,13 +95,17 @@ ScreenshotBatch::Outcome ScreenshotBatch::Job::process() const
     return *output;
 }
 
-void ScreenshotBatch::finishJob(const Outcome& outcome)
+void ScreenshotBatch::finishJob(const fs::path& copy, const Outcome& outcome)
 {
     --compressionInProgress;
-    if (const auto* output = std::get_if<fs::path>(&outcome))
+    const auto* output = std::get_if<fs::path>(&outcome);
+    const auto reportedAgain = accepted.end(copy, output != nullptr);
+    if (output)
         addToClipboard(*output);
     else if (std::holds_alternative<Failed>(outcome))
         toasts.show("Compression failed — screenshot skipped");
+    if (reportedAgain && !*abandoned)
+        acceptScreenshot(*reportedAgain);
 }
 
 void ScreenshotBatch::addToClipboard(const fs::path& url)

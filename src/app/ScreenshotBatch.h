@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/AcceptedScreenshots.h"
 #include "base/Lifetime.h"
 #include "capture/ImageCompressor.h"
 #include "platform/Platform.h"
@@ -31,7 +32,8 @@ public:
     ScreenshotBatch(
         const Platform&, ToastGate&, const EditorSlot&, std::function<void()> firePaste);
 
-    // A new screenshot in the system's folder.
+    // A new screenshot in the system's folder. One that is known is not taken twice: while it is
+    // being compressed, and for three seconds also under a new name.
     void acceptScreenshot(const std::filesystem::path&);
 
     // The user pressed the paste shortcut.
@@ -87,7 +89,7 @@ private:
         Outcome process() const;
     };
 
-    void finishJob(const Outcome&);
+    void finishJob(const std::filesystem::path& copy, const Outcome&);
     void firePasteIfComplete();
     bool removeLastFromBatch();
     bool uncheckLastInEditor(EditorStrip&);
@@ -103,6 +105,7 @@ private:
     bool ocrInProgress = false;
     std::int64_t lastClipboardWriteCount = 0;
     ImageCompressor compressor;
+    AcceptedScreenshots accepted;
     std::shared_ptr<std::atomic<bool>> abandoned = std::make_shared<std::atomic<bool>>(false);
     Lifetime lifetime;
 };

@@ -27,7 +27,8 @@ protected:
     {
         desktop.files.create(desktop.tools.pngquant);
         desktop.processes.install(desktop.tools.pngquant, [this](const Arguments& arguments) {
-            if (compressionFails)
+            if (compressionFails
+                || (compressionNeedsItsInput && !desktop.files.exists(arguments.at(5))))
                 return 99;
             desktop.files.create(arguments.at(3), std::string(231 * 1024 + 1023, 's'));
             return 0;
@@ -45,6 +46,12 @@ protected:
         desktop.dispatch.runMain();
     }
 
+    void rename(const std::string& from, const std::string& to)
+    {
+        const std::filesystem::path folder = "/home/u/Desktop";
+        desktop.files.rename(folder / from, folder / to);
+    }
+
     // Accepts a screenshot and ends its compression.
     void take(const std::string& name)
     {
@@ -57,6 +64,7 @@ protected:
     headless::Desktop desktop;
     headless::HeadlessViews views{desktop.dispatch};
     bool compressionFails = false;
+    bool compressionNeedsItsInput = false;
     TestEditorStrip editor;
     EditorSlot slot; // empty until the editor is opened
     std::vector<Paths> pasted; // what each synthetic paste inserted
@@ -227,6 +235,149 @@ TEST_F(ScreenshotBatchTest, IgnoresAScreenshotThatWasProcessedBefore)
     EXPECT_EQ(batch.compressing(), 0);
     EXPECT_THAT(desktop.console.lines, IsEmpty());
     EXPECT_THAT(desktop.processes.journal, IsEmpty());
+}
+
+// Reported again.
+
+TEST_F(ScreenshotBatchTest, AddsAScreenshotOnceThatIsReportedAgainWhileItIsBeingCompressed)
+{
+    // The bug: neither of two jobs side by side saw a copy yet, and each added one.
+    accept("Screenshot 1.png");
+    desktop.dispatch.advance(4s);
+    accept("Screenshot 1.png");
+    EXPECT_EQ(desktop.dispatch.backgroundCount(), 1u);
+    EXPECT_EQ(batch.compressing(), 1);
+    desktop.dispatch.runUntilIdle();
+    EXPECT_EQ(batch.urls(), Paths{copyOf("Screenshot 1.png")});
+    EXPECT_EQ(desktop.processes.journal.size(), 1u);
+    EXPECT_EQ(batch.compressing(), 0);
+}
+
+TEST_F(ScreenshotBatchTest, FiresAHeldPasteOfAScreenshotThatWasReportedAgain)
+{
+    accept("Screenshot 1.png");
+    accept("Screenshot 1.png");
+    batch.handlePaste();
+    desktop.dispatch.runUntilIdle();
+    EXPECT_THAT(pasted, ElementsAre(ElementsAre(copyOf("Screenshot 1.png"))));
+}
+
+TEST_F(ScreenshotBatchTest, TriesAScreenshotAgainThatWasReportedAgainBeforeItFailed)
+{
+    accept("Screenshot 1.png");
+    accept("Screenshot 1.png");
+    compressionFails = true;
+    desktop.dispatch.runBackground();
+    EXPECT_EQ(batch.compressing(), 1);
+    compressionFails = false;
+    desktop.dispatch.runUntilIdle();
+    EXPECT_EQ(batch.urls(), Paths{copyOf("Screenshot 1.png")});
+    EXPECT_EQ(batch.compressing(), 0);
+    EXPECT_THAT(
+        desktop.console.lines,
+        ElementsAre(
+            "Compression failed for Screenshot 1.png", "✓ Screenshot 1.png → 812KB → 231KB",
+            "Clipboard updated: 1 image(s)"));
+}
+
+TEST_F(ScreenshotBatchTest, TakesTwoScreenshotsOfOneNameForOneWhileTheFirstIsBeingCompressed)
+{
+    accept("Screenshot 1.png");
+    accept("sub/Screenshot 1.png");
+    desktop.dispatch.runUntilIdle();
+    EXPECT_EQ(batch.urls(), Paths{copyOf("Screenshot 1.png")});
+}
+
+TEST_F(ScreenshotBatchTest, AddsAScreenshotOnceThatIsRenamedQuickly)
+{
+    // The bug: under its new name the same picture was compressed again, and joined the batch
+    // again.
+    take("Screenshot 1.png");
+    desktop.dispatch.advance(2900ms);
+    rename("Screenshot 1.png", "Screenshot of a bug.png");
+    take("Screenshot of a bug.png");
+    rename("Screenshot of a bug.png", "Screenshot of the bug.png");
+    take("Screenshot of the bug.png");
+    EXPECT_EQ(batch.urls(), Paths{copyOf("Screenshot 1.png")});
+    EXPECT_EQ(desktop.processes.journal.size(), 1u);
+    EXPECT_EQ(batch.compressing(), 0);
+}
+
+TEST_F(ScreenshotBatchTest, AddsAScreenshotOnceThatIsRenamedWhileItIsBeingCompressed)
+{
+    accept("Screenshot 1.png");
+    rename("Screenshot 1.png", "Screenshot of a bug.png");
+    accept("Screenshot of a bug.png");
+    EXPECT_EQ(batch.compressing(), 1);
+    batch.handlePaste();
+    desktop.dispatch.runUntilIdle();
+    EXPECT_THAT(pasted, ElementsAre(ElementsAre(copyOf("Screenshot 1.png"))));
+    EXPECT_EQ(batch.compressing(), 0);
+}
+
+TEST_F(ScreenshotBatchTest, LosesNoScreenshotThatIsRenamedBeforeTheToolHasReadIt)
+{
+    compressionNeedsItsInput = true;
+    accept("Screenshot 1.png");
+    rename("Screenshot 1.png", "Screenshot of a bug.png");
+    accept("Screenshot of a bug.png");
+    desktop.dispatch.runUntilIdle();
+    EXPECT_EQ(batch.urls(), Paths{copyOf("Screenshot of a bug.png")});
+    EXPECT_EQ(batch.compressing(), 0);
+}
+
+TEST_F(ScreenshotBatchTest, LosesNoScreenshotWhoseNewNameIsReportedAfterTheOldOneFailed)
+{
+    compressionNeedsItsInput = true;
+    accept("Screenshot 1.png");
+    rename("Screenshot 1.png", "Screenshot of a bug.png");
+    desktop.dispatch.runUntilIdle();
+    take("Screenshot of a bug.png");
+    EXPECT_EQ(batch.urls(), Paths{copyOf("Screenshot of a bug.png")});
+}
+
+TEST_F(ScreenshotBatchTest, TakesAScreenshotForAnotherOnceItIsRenamedLater)
+{
+    take("Screenshot 1.png");
+    desktop.dispatch.advance(4s);
+    rename("Screenshot 1.png", "Screenshot of a bug.png");
+    take("Screenshot of a bug.png");
+    EXPECT_EQ(batch.urls().size(), 2u);
+}
+
+TEST_F(ScreenshotBatchTest, TakesACopyAndAFurtherNameForScreenshotsOfTheirOwn)
+{
+    take("Screenshot 1.png");
+    desktop.files.create(
+        "/home/u/Desktop/Screenshot 1 copy.png",
+        *desktop.files.read("/home/u/Desktop/Screenshot 1.png"));
+    take("Screenshot 1 copy.png");
+    desktop.files.link(
+        "/home/u/Desktop/Screenshot 1.png", "/home/u/Desktop/Screenshot further.png");
+    take("Screenshot further.png");
+    EXPECT_EQ(batch.urls().size(), 3u);
+}
+
+TEST_F(ScreenshotBatchTest, TakesANewScreenshotUnderTheNameThatARenamedOneHad)
+{
+    take("Screenshot 1.png");
+    rename("Screenshot 1.png", "Screenshot of a bug.png");
+    desktop.files.create("/home/u/Desktop/Screenshot 1.png");
+    take("Screenshot of a bug.png");
+    EXPECT_EQ(batch.urls().size(), 1u);
+    rename("Screenshot 1.png", "Screenshot 2.png");
+    take("Screenshot 2.png");
+    EXPECT_EQ(batch.urls(), (Paths{copyOf("Screenshot 1.png"), copyOf("Screenshot 2.png")}));
+}
+
+TEST_F(ScreenshotBatchTest, BeginsNoJobAnewAtQuit)
+{
+    accept("Screenshot 1.png");
+    accept("Screenshot 1.png");
+    batch.abandonJobs();
+    desktop.dispatch.runBackground();
+    EXPECT_EQ(desktop.dispatch.backgroundCount(), 0u);
+    EXPECT_EQ(batch.compressing(), 0);
 }
 
 TEST_F(ScreenshotBatchTest, ReportsAFailedCompression)

@@ -247,6 +247,29 @@ TEST_F(PipelineTest, FilesAreOfferedAsFilesAndAsNothingElse)
             HasSubstr("Screenshot%202026-01-05%20at%2010.31.01.png"), testing::EndsWith("\r\n")));
 }
 
+TEST_F(PipelineTest, ARenamedScreenshotIsInTheBatchOnce)
+{
+    Tallowbay tallowbay(server, home);
+    const auto first = take(tallowbay, 1, 1);
+    std::filesystem::rename(
+        home.screenshots() / first.filename(), home.screenshots() / "Screenshot renamed.png");
+    // The report of the new name comes before that of the next screenshot.
+    take(tallowbay, 2, 2);
+    EXPECT_FALSE(std::filesystem::exists(home.optimized() / "Screenshot renamed.png"));
+}
+
+TEST_F(PipelineTest, ARestoredScreenshotIsNoNewOne)
+{
+    Tallowbay tallowbay(server, home);
+    const auto old = home.folder() / "Screenshot old.png";
+    writeFile(old, screenPicture(7));
+    using namespace std::chrono_literals;
+    std::filesystem::last_write_time(old, std::filesystem::file_time_type::clock::now() - 2min);
+    ASSERT_EQ(server.run({"cp", "-p", old, home.screenshots()}).status, 0);
+    take(tallowbay, 1, 1);
+    EXPECT_FALSE(std::filesystem::exists(home.optimized() / "Screenshot old.png"));
+}
+
 TEST_F(PipelineTest, ADeletedCopyLeavesTheBatch)
 {
     Tallowbay tallowbay(server, home);
