@@ -24,6 +24,11 @@ endfunction()
 if(TALLOWBAY_PRECOMPILE)
   # Libraries and programs share them, so they are of the same kind.
   add_compile_options(-fPIC)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+    # Of what it inlines from a precompiled header, GCC 12 forgets that it is the system's, and
+    # repeats of std::string what -Wno-restrict silences, in other words.
+    target_compile_options(tallowbay_options INTERFACE -Wno-stringop-overflow -Wno-array-bounds)
+  endif()
   tallowbay_precompiled(standard HEADERS ${standard_headers})
   tallowbay_precompiled(qt HEADERS ${standard_headers} ${qt_headers}
     DEPENDS Qt6::Widgets)
