@@ -3,6 +3,7 @@
 #include "base/Fatal.h"
 #include "editor/AnnotationConstants.h"
 #include "editor/CanvasRenderer.h"
+#include "editor/ImagePlacement.h"
 
 #include <algorithm>
 #include <cmath>
@@ -47,6 +48,18 @@ void AnnotationCanvas::setSize(Size size)
 {
     canvas.size = size;
     view->redraw();
+    std::optional<PlacementChange> change;
+    if (ImagePlacement::hasRoom(size, imageInset))
+        change = PlacementChange::between(
+            std::exchange(canvas.placedOn, size), size, canvas.backgroundImage, imageInset);
+    if (change) {
+        canvas.carry(*change);
+        textAnchor = change->carried(textAnchor);
+    }
+    if (activeTextField)
+        activeTextField->setFrame(textFieldFrame());
+    if (change)
+        reportChange();
 }
 
 void AnnotationCanvas::setBackgroundImage(Image image)
@@ -57,10 +70,18 @@ void AnnotationCanvas::setBackgroundImage(Image image)
     view->redraw();
 }
 
-void AnnotationCanvas::setAnnotations(std::vector<AnnotationItem> items)
+void AnnotationCanvas::setAnnotations(std::vector<AnnotationItem> items, Size madeOn)
 {
+    if (!ImagePlacement::hasRoom(canvas.placedOn, imageInset))
+        canvas.placedOn = madeOn;
+    const auto change =
+        PlacementChange::between(madeOn, canvas.placedOn, canvas.backgroundImage, imageInset);
+    if (change)
+        change->carry(items);
     canvas.replaceAnnotations(std::move(items));
     view->redraw();
+    if (change)
+        reportChange();
 }
 
 void AnnotationCanvas::appendAnnotation(AnnotationItem item)

@@ -28,7 +28,8 @@ public:
     // A move or a resize has ended, also one that changed nothing.
     virtual void annotationUpdated(std::size_t index, const std::vector<AnnotationItem>&) = 0;
 
-    // A move or a resize goes on: nothing is to be saved yet.
+    // A move or a resize goes on, or the items have kept their place over the picture on a canvas
+    // of another size: nothing is to be saved yet.
     virtual void annotationsChanged(const std::vector<AnnotationItem>&) = 0;
 
     virtual void deleteAnnotation(std::size_t index) = 0;
@@ -54,13 +55,23 @@ public:
     const CanvasState& state() const { return canvas; }
     const std::vector<AnnotationItem>& annotations() const { return canvas.annotations; }
     const Image& backgroundImage() const { return canvas.backgroundImage; }
-    Size size() const { return canvas.size; }
+    Size placedOn() const { return canvas.placedOn; }
     bool hasActiveTextField() const { return activeTextField != nullptr; }
 
     // Each asks for a redraw.
+
+    // Items stay where they are over the picture. A canvas without room for it keeps them as they
+    // are until there is room again.
     void setSize(Size);
     void setBackgroundImage(Image);
-    void setAnnotations(std::vector<AnnotationItem>); // of another picture: nothing stays selected
+
+    // Of another picture: nothing stays selected. Items of a canvas of another size are told as
+    // they lie on this one.
+    void setAnnotations(std::vector<AnnotationItem>, Size madeOn);
+    void setAnnotations(std::vector<AnnotationItem> items)
+    {
+        setAnnotations(std::move(items), canvas.placedOn);
+    }
     void appendAnnotation(AnnotationItem);
     void removeAnnotation(std::size_t index); // outside of the list: stops the process
     void clearSelection();

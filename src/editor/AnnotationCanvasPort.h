@@ -28,6 +28,7 @@ class InlineTextField {
 public:
     virtual ~InlineTextField() = default;
     virtual std::string text() const = 0;
+    virtual void setFrame(const Rect&) = 0; // in the canvas
 };
 
 // The canvas on the screen, as its logic sees it. Thread: main queue. Destroying it takes it away.

@@ -1,5 +1,8 @@
 #include "editor/AnnotationHistory.h"
 
+#include "editor/AnnotationConstants.h"
+#include "editor/ImagePlacement.h"
+
 #include <utility>
 
 namespace tallowbay {
@@ -15,6 +18,10 @@ void AnnotationHistory::annotationsChanged(
     ScreenshotRecord& record, const std::vector<AnnotationItem>& items)
 {
     record.annotations = items;
+    if (const auto change = PlacementChange::between(
+            record.canvasSize, canvas.placedOn(), canvas.backgroundImage(), imageInset))
+        change->carry(record.redo);
+    record.canvasSize = canvas.placedOn();
 }
 
 bool AnnotationHistory::undoAnnotation(ScreenshotRecord& record)

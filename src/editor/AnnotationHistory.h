@@ -20,8 +20,8 @@ public:
     }
 
     // What the canvas tells its window. Each brings the record up to date.
-    static void canvasDidAddAnnotation(ScreenshotRecord&, const std::vector<AnnotationItem>&);
-    static void annotationsChanged(ScreenshotRecord&, const std::vector<AnnotationItem>&);
+    void canvasDidAddAnnotation(ScreenshotRecord&, const std::vector<AnnotationItem>&);
+    void annotationsChanged(ScreenshotRecord&, const std::vector<AnnotationItem>&);
 
     // Each is true if something has changed, which is to be saved then.
     bool undoAnnotation(ScreenshotRecord&);

@@ -100,7 +100,7 @@ TEST_F(AnnotationHistoryTest, RedrawsWhateverChanges)
 TEST_F(AnnotationHistoryTest, RedoesNothingAfterANewItem)
 {
     history.undoAnnotation(record);
-    AnnotationHistory::canvasDidAddAnnotation(record, {a, b, d});
+    history.canvasDidAddAnnotation(record, {a, b, d});
     EXPECT_THAT(record.annotations, ElementsAre(a, b, d));
     EXPECT_THAT(record.redo, IsEmpty());
     EXPECT_FALSE(history.redoAnnotation(record));
@@ -111,7 +111,7 @@ TEST_F(AnnotationHistoryTest, UndoesNoMoveAndKeepsTheRedoStackThroughOne)
     history.undoAnnotation(record);
     auto moved = a;
     moved.rect.origin.x += 5;
-    AnnotationHistory::annotationsChanged(record, {moved, b});
+    history.annotationsChanged(record, {moved, b});
     EXPECT_THAT(record.redo, ElementsAre(c));
     canvas.setAnnotations(record.annotations);
     history.undoAnnotation(record);

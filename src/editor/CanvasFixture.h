@@ -63,6 +63,7 @@ private:
         }
         ~Field() override { port.journal.emplace_back("field removed"); }
         std::string text() const override { return port.typed; }
+        void setFrame(const Rect& frame) override { port.shownFields.back().frame = frame; }
 
     private:
         JournalCanvasPort& port;

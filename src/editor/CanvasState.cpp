@@ -37,6 +37,16 @@ void CanvasState::endMove()
     moveLastPoint.reset();
 }
 
+void CanvasState::carry(const PlacementChange& change)
+{
+    change.carry(annotations);
+    for (auto* rect : {&liveRect, &resizedFrom})
+        if (*rect)
+            *rect = change.carried(**rect);
+    if (dragStart)
+        dragStart = change.carried(*dragStart);
+}
+
 void CanvasState::replaceAnnotations(std::vector<AnnotationItem> items)
 {
     annotations = std::move(items);

@@ -2,6 +2,7 @@
 
 #include "base/Bitmap.h"
 #include "editor/AnnotationItem.h"
+#include "editor/ImagePlacement.h"
 
 #include <cstddef>
 #include <optional>
@@ -23,6 +24,10 @@ enum class ResizeHandle {
 // (resizingIndex), a move (movingIndex) or a new shape (dragStart).
 struct CanvasState {
     Size size; // of the canvas, in points
+
+    // Of the canvas on which the points below count: this one's, unless it has no room for a
+    // picture; then still the last one's that had.
+    Size placedOn;
 
     Image backgroundImage; // null: nothing is shown and nothing can be done
     std::vector<AnnotationItem> annotations; // later ones lie on top
@@ -48,6 +53,9 @@ struct CanvasState {
     bool endNewShape();
     void endResize();
     void endMove();
+
+    // Everything keeps its place over the picture, but for the mouse.
+    void carry(const PlacementChange&);
 
     // Other items: no index and no gesture of the old ones survives.
     void replaceAnnotations(std::vector<AnnotationItem>);

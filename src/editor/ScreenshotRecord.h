@@ -13,6 +13,7 @@ struct ScreenshotRecord {
     std::filesystem::path url;
     std::vector<AnnotationItem> annotations; // later ones lie on top
     std::vector<AnnotationItem> redo; // undone and deleted items; the last one comes back first
+    Size canvasSize; // of the canvas on which the points of both count
 };
 
 } // namespace tallowbay

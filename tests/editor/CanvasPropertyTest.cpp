@@ -26,6 +26,7 @@ TEST_P(CanvasPropertyTest, HoldsThroughTenThousandRandomSteps)
     EXPECT_GT(session.tally.undone, 100);
     EXPECT_GT(session.tally.redone, 100);
     EXPECT_GT(session.tally.switched, 10);
+    EXPECT_GT(session.tally.resized, 10);
 }
 INSTANTIATE_TEST_SUITE_P(Seeds, CanvasPropertyTest, testing::Values(1u, 2u, 3u, 4u, 5u));
 

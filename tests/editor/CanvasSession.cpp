@@ -103,6 +103,7 @@ private:
         {
         }
         std::string text() const override { return typed; }
+        void setFrame(const Rect&) override { }
 
     private:
         const std::string& typed;
@@ -134,7 +135,7 @@ public:
     void canvasDidAddAnnotation(const std::vector<AnnotationItem>& items) override
     {
         ++tally.added;
-        AnnotationHistory::canvasDidAddAnnotation(record(), items);
+        history.canvasDidAddAnnotation(record(), items);
     }
     void annotationUpdated(std::size_t, const std::vector<AnnotationItem>& items) override
     {
@@ -143,7 +144,7 @@ public:
     }
     void annotationsChanged(const std::vector<AnnotationItem>& items) override
     {
-        AnnotationHistory::annotationsChanged(record(), items);
+        history.annotationsChanged(record(), items);
     }
     void deleteAnnotation(std::size_t index) override
     {
@@ -208,10 +209,14 @@ void CanvasSession::step(const Choose& choose)
         if (choose(8) == 0)
             switchPicture(choose);
         break;
+    case 5:
+        if (choose(8) == 0)
+            resizeCanvas(choose);
+        break;
     case 4:
         canvas.keyDown(choose(2) ? deletePress : KeyPress{6, eventFlag::command});
         break;
-    case 5: {
+    case 6: {
         constexpr const char* texts[] = {"", "  ", " a ", "text", "\xC3\xA4\n"};
         screen->typed = texts[choose(5)];
         if (choose(2))
@@ -256,7 +261,14 @@ void CanvasSession::switchPicture(const Choose& choose)
     window->selected = choose(2);
     canvas.setBackgroundImage(
         choose(4) == 0 ? nullptr : std::make_shared<Bitmap>(PixelSize{90, 20}));
-    canvas.setAnnotations(window->record().annotations);
+    canvas.setAnnotations(window->record().annotations, window->record().canvasSize);
+}
+
+void CanvasSession::resizeCanvas(const Choose& choose)
+{
+    ++tally.resized;
+    const auto side = [&] { return choose(4) == 0 ? 50.0 : 200.0 + choose(400); };
+    canvas.setSize({side(), side()});
 }
 
 std::string CanvasSession::violation(const Choose& choose) const

@@ -30,7 +30,8 @@ public:
 
     // How often each thing has come about, so that a test can tell that it tested something.
     struct Tally {
-        int added = 0, moved = 0, deleted = 0, undone = 0, redone = 0, switched = 0;
+        int added = 0, moved = 0, deleted = 0, undone = 0, redone = 0, switched = 0,
+            resized = 0;
     };
     Tally tally;
 
@@ -42,6 +43,7 @@ private:
     void mouse(const Choose&);
     void edit(const Choose&);
     void switchPicture(const Choose&);
+    void resizeCanvas(const Choose&);
     Point somewhere(const Choose&) const;
 
     std::string brokenIndices() const;

@@ -29,7 +29,7 @@ QString qtText(std::string_view text)
 CanvasWindow::CanvasWindow(
     const qt::GraphicsFonts& fonts, AnnotationSaver& saver, std::filesystem::path url, Image image)
     : saver(saver)
-    , screenshot{std::move(url), {}, {}}
+    , screenshot{std::move(url), {}, {}, {}}
     , fonts(fonts)
     , canvas(*this, fonts)
 {
@@ -74,19 +74,19 @@ void CanvasWindow::addToolBar()
 
 void CanvasWindow::canvasDidAddAnnotation(const std::vector<AnnotationItem>& items)
 {
-    AnnotationHistory::canvasDidAddAnnotation(screenshot, items);
+    history.canvasDidAddAnnotation(screenshot, items);
     saveIf(true);
 }
 
 void CanvasWindow::annotationUpdated(std::size_t, const std::vector<AnnotationItem>& items)
 {
-    AnnotationHistory::annotationsChanged(screenshot, items);
+    history.annotationsChanged(screenshot, items);
     saveIf(true);
 }
 
 void CanvasWindow::annotationsChanged(const std::vector<AnnotationItem>& items)
 {
-    AnnotationHistory::annotationsChanged(screenshot, items);
+    history.annotationsChanged(screenshot, items);
 }
 
 void CanvasWindow::deleteAnnotation(std::size_t index)
@@ -118,7 +118,8 @@ void CanvasWindow::saveIf(bool changed)
 {
     if (changed)
         saver.save(
-            {screenshot.url, screenshot.annotations, canvas.backgroundImage(), canvas.size()});
+            {screenshot.url, screenshot.annotations, canvas.backgroundImage(),
+             screenshot.canvasSize});
 }
 
 } // namespace tallowbay

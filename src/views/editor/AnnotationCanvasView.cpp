@@ -42,6 +42,11 @@ public:
         edit->deleteLater();
     }
     std::string text() const override { return edit ? edit->text().toStdString() : std::string(); }
+    void setFrame(const Rect& frame) override
+    {
+        if (edit)
+            edit->setFrame(frame);
+    }
 
 private:
     QPointer<InlineTextEdit> edit; // its parent may have taken it along
