@@ -253,5 +253,15 @@ TEST_F(AnnotationExporterTest, KeepsTheVisibleFileWhenThereIsNoRoomForATemporary
     EXPECT_EQ(desktop.files.read(optimized / "Shot.png"), "old");
 }
 
+TEST_F(AnnotationExporterTest, RunsTheToolAlthoughItsInputCouldNotBeWritten)
+{
+    desktop.files.create(optimized / "Shot.png", "old");
+    desktop.files.makeReadOnly("/tmp/folder-1/Shot.png");
+    write(optimized / "Shot.png");
+    ASSERT_THAT(desktop.processes.journal, testing::Not(IsEmpty()));
+    EXPECT_EQ(desktop.processes.journal[0].program, desktop.tools.pngquant);
+    EXPECT_EQ(desktop.files.read(optimized / "Shot.png"), "old");
+}
+
 } // namespace
 } // namespace tallowbay

@@ -3,9 +3,15 @@
 #include "editor/CanvasRenderer.h"
 #include "editor/QtFixture.h"
 #include "editor/ReferencePicture.h"
+#include "editor/ShapeRenderer.h"
 #include "platform/contract/OffscreenGraphicsContract.h"
 
+#include <QFontMetricsF>
+#include <QPainter>
+
 #include <gmock/gmock.h>
+
+#include <cmath>
 
 namespace tallowbay::test {
 namespace {
@@ -204,6 +210,51 @@ TEST_P(CanvasPixelTest, StandsATextInTheBoxThatIsMeasured)
     const int row = pixels().height - static_cast<int>(22 * GetParam());
     EXPECT_NEAR(
         static_cast<int>(actual.pixel(static_cast<int>(21 * GetParam()), row) & 0xFF), 102, 1);
+}
+
+// White letters on black, drawn here by the painter itself
+QImage lettersByHand(PixelSize pixels, double scale, QFont font, QFont::Weight weight)
+{
+    font.setHintingPreference(QFont::PreferNoHinting);
+    font.setWeight(weight);
+    font.setPixelSize(160);
+    const QFontMetricsF large(font);
+    font.setPixelSize(16);
+    QImage image(pixels.width, pixels.height, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::black);
+    QPainter painter(&image);
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
+    painter.scale(scale, scale);
+    painter.setFont(font);
+    painter.setPen(Qt::white);
+    const double baseline = 20 + (large.height() - large.ascent()) / 10;
+    painter.drawText(QPointF(20, pixels.height / scale - baseline), " Hxg 123 ");
+    return image;
+}
+
+double meanDifference(const Bitmap& actual, const QImage& expected)
+{
+    double sum = 0;
+    for (int y = 0; y < expected.height(); ++y)
+        for (int x = 0; x < expected.width(); ++x)
+            sum +=
+                std::abs(static_cast<int>(actual.pixel(x, y) & 0xFF) - qBlue(expected.pixel(x, y)));
+    return sum / (expected.width() * expected.height());
+}
+
+TEST_P(CanvasPixelTest, SetsTextInSemiboldOnItsBaseline)
+{
+    const AnnotationItem text{AnnotationTool::text, {{20, 20}, {}}, "Hxg 123", Color::white(1)};
+    const Bitmap actual = *graphics.draw(pixels(), GetParam(), [&](GraphicsContext& context) {
+        context.fill(Rect{{0, 0}, points}, Color::white(0));
+        drawItem(context, text, ShapeStyle::forCanvas());
+    });
+    const QFont font = fonts.scaled(annotationFont).font;
+    const auto byHand = [&](QFont::Weight weight) {
+        return meanDifference(actual, lettersByHand(pixels(), GetParam(), font, weight));
+    };
+    EXPECT_LT(byHand(QFont::DemiBold), 0.1);
+    ASSERT_GT(byHand(QFont::Normal), 0.3) << "the fonts of this machine do not tell weights apart";
 }
 
 TEST_F(QtTest, ReplacesWhatIsThereWhenItComposesByCopy)

@@ -1,6 +1,8 @@
 #include "views/editor/AnnotationCanvasView.h"
 #include "desktop/qt/QtDesktop.h"
+#include "platform/qt/graphics/QtColor.h"
 
+#include <QClipboard>
 #include <QInputMethodEvent>
 #include <QLineEdit>
 
@@ -289,6 +291,153 @@ TEST_F(AnnotationCanvasViewTest, PassesKeysOnWithTheirModifiers)
         ElementsAre(
             KeyPress{6, eventFlag::command}, KeyPress{6, eventFlag::command | eventFlag::shift},
             KeyPress{36, 0}, KeyPress{123, 0}, KeyPress{124, 0}, KeyPress{126, 0}));
+}
+
+TEST_F(AnnotationCanvasViewTest, ShowsTheFieldAsTheCanvasWantsIt)
+{
+    ASSERT_TRUE(openField({200, 150}));
+    EXPECT_EQ(field()->font().pixelSize(), 16);
+    EXPECT_EQ(field()->font().weight(), QFont::DemiBold);
+    EXPECT_EQ(field()->palette().color(QPalette::Text), qt::qtColor(systemYellow));
+    EXPECT_EQ(
+        field()->palette().color(QPalette::PlaceholderText), qt::qtColor(Color::white(1, 0.85)));
+    // (48, 96, 144) under black at 0.6, in the field's empty end
+    EXPECT_TRUE(runUntil([&] { return pixelAt({390, 150}).blue() < 100; }));
+    EXPECT_NEAR(pixelAt({390, 150}).red(), 19, 2);
+    EXPECT_NEAR(pixelAt({390, 150}).blue(), 58, 2);
+    type("HHH");
+    ASSERT_TRUE(runUntil([&] { return field()->text() == "HHH"; }));
+    const auto isYellow = [&](int x) {
+        const QColor color = pixelAt({static_cast<double>(x), 152});
+        return color.red() > 230 && color.green() > 180 && color.blue() < 40;
+    };
+    EXPECT_TRUE(runUntil([&] {
+        for (int x = 200; x < 260; ++x)
+            if (isYellow(x))
+                return true;
+        return false;
+    }));
+}
+
+TEST_F(AnnotationCanvasViewTest, CommitsWithEnterOnTheKeypad)
+{
+    ASSERT_TRUE(openField({200, 150}));
+    type("a");
+    press({"KP_Enter"});
+    ASSERT_TRUE(runUntil([&] { return window.added.size() == 1; }));
+    EXPECT_EQ(items().at(0).text, "a");
+    EXPECT_THAT(window.keys, IsEmpty());
+}
+
+// Bug: of two pasted lines two lines were made, in a field that has but one.
+TEST_F(AnnotationCanvasViewTest, MakesOneLineOfWhatIsPasted)
+{
+    ASSERT_TRUE(openField({200, 150}));
+    QGuiApplication::clipboard()->setText(
+        QStringLiteral("one\ntwo\r\nthree\rfour\u2028five\u2029six\n"));
+    press({"ctrl+v"});
+    const QString line = QStringLiteral("one two three four five six ");
+    EXPECT_TRUE(runUntil([&] { return field()->text() == line; })) << field()->text().toStdString();
+    press({"Return"});
+    ASSERT_TRUE(runUntil([&] { return window.added.size() == 1; }));
+    EXPECT_EQ(items().at(0).text, "one two three four five six");
+}
+
+TEST_F(AnnotationCanvasViewTest, KeepsTheFieldAndTheKeyboardWhenTabIsPressed)
+{
+    ASSERT_TRUE(openField({200, 150}));
+    press({"Tab", "shift+Tab", "a"});
+    EXPECT_TRUE(runUntil([&] { return field()->text() == "a"; }));
+    EXPECT_TRUE(field()->hasFocus());
+}
+
+TEST_F(AnnotationCanvasViewTest, ShowsAWholeFieldAtTheEdge)
+{
+    ASSERT_TRUE(openField({480, 3}));
+    EXPECT_EQ(field()->geometry(), QRect(296, 372, 200, 24));
+    type("a");
+    press({"Return"});
+    ASSERT_TRUE(runUntil([&] { return window.added.size() == 1; }));
+    EXPECT_EQ(items().at(0).rect.origin, (Point{480, 3}));
+}
+
+TEST_F(AnnotationCanvasViewTest, MovesTheFieldWithThePicture)
+{
+    ASSERT_TRUE(openField({148, 98}));
+    view.setFixedSize(896, 696);
+    EXPECT_TRUE(runUntil([&] { return field()->y() > 400; }));
+    EXPECT_EQ(field()->geometry(), QRect(248, 696 - 138 - 24, 200, 24));
+}
+
+// Bug: the field stayed open without the keyboard, and Delete removed the item that was clicked.
+TEST_F(AnnotationCanvasViewTest, CommitsTheTextAtAClickOnAnItem)
+{
+    drag({300, 250}, {400, 330});
+    ASSERT_TRUE(runUntil([&] { return window.added.size() == 1; }));
+    ASSERT_TRUE(openField({100, 150}));
+    type("kept");
+    click({350, 300});
+    ASSERT_TRUE(runUntil([&] { return window.added.size() == 2; }));
+    EXPECT_TRUE(runUntil([&] { return !field() && view.hasFocus(); }));
+    press({"Delete"});
+    ASSERT_TRUE(runUntil([&] { return items().size() == 1; }));
+    EXPECT_EQ(items().at(0).text, "kept");
+}
+
+TEST_F(AnnotationCanvasViewTest, TakesTheKeyboardAtAClick)
+{
+    view.clearFocus();
+    ASSERT_FALSE(view.hasFocus());
+    click({300, 300});
+    EXPECT_TRUE(runUntil([&] { return view.hasFocus(); }));
+}
+
+// Counts the moves of the mouse that have come to the canvas.
+class MoveCount final : public QObject {
+public:
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        count += event->type() == QEvent::MouseMove;
+        return false;
+    }
+    int count = 0;
+};
+
+TEST_F(AnnotationCanvasViewTest, FollowsTheMouseInTheActiveWindowAlone)
+{
+    drag({100, 100}, {200, 180});
+    ASSERT_TRUE(runUntil([&] { return window.added.size() == 1; }));
+    ASSERT_TRUE(hover({300, 300}, Qt::CrossCursor));
+    QWidget other;
+    other.setGeometry(700, 500, 100, 100);
+    other.show();
+    ASSERT_TRUE(runUntil([&] { return other.isActiveWindow(); }));
+    MoveCount moves;
+    view.installEventFilter(&moves);
+    mouse({moveTo({150, 140})});
+    ASSERT_TRUE(runUntil([&] { return moves.count > 0; }));
+    EXPECT_EQ(view.cursor().shape(), Qt::CrossCursor);
+}
+
+// Bug: a click with the arrow tool left an arrow to the corner of the canvas on the screen.
+TEST_F(AnnotationCanvasViewTest, LeavesNothingOfAClickOrOfADragThatIsTooShort)
+{
+    const QColor ground(48, 96, 144);
+    for (const auto tool : {AnnotationTool::arrow, AnnotationTool::blur}) {
+        window.tool = tool;
+        mouse({moveTo({300, 300}), {"mousedown", "1"}});
+        mouse({moveTo({304, 303})});
+        EXPECT_TRUE(runUntil([&] { return pixelAt({302, 301}) != ground; }));
+        mouse({{"mouseup", "1"}});
+        EXPECT_TRUE(runUntil([&] { return pixelAt({302, 301}) == ground; }));
+        mouse({moveTo({250, 200}), {"mousedown", "1"}});
+        EXPECT_TRUE(runUntil([&] { return canvas.state().dragStart.has_value(); }));
+        view.repaint();
+        EXPECT_EQ(pixelAt({249, 199}), ground);
+        EXPECT_EQ(pixelAt({150, 120}), ground);
+        mouse({{"mouseup", "1"}});
+    }
+    EXPECT_THAT(window.added, IsEmpty());
 }
 
 } // namespace

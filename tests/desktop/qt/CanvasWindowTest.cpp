@@ -1,0 +1,210 @@
+#include "tools/canvas/CanvasWindow.h"
+
+#include "desktop/qt/QtDesktop.h"
+#include "editor/AnnotationConstants.h"
+#include "editor/ImagePlacement.h"
+#include "platform/posix/LinuxResources.h"
+#include "platform/posix/PosixProcesses.h"
+#include "platform/posix/files/PosixFileSystem.h"
+#include "platform/qt/QtDispatch.h"
+#include "platform/qt/graphics/QtGraphicsContext.h"
+#include "platform/qt/graphics/QtImageCodec.h"
+#include "support/TemporaryFolder.h"
+
+#include <QAction>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+
+namespace tallowbay::test {
+namespace {
+
+using Words = std::vector<std::string>;
+
+// The window of the development tool, edited with mouse and keyboard as fast as those go, over a
+// picture that takes a while to compress; what is saved goes through the real tools.
+class CanvasWindowTest : public testing::Test {
+protected:
+    CanvasWindowTest()
+    {
+        desktop.server().startWindowManager();
+        window.centralWidget()->installEventFilter(&releases);
+        window.resize(696, 560);
+        window.show();
+        EXPECT_TRUE(desktop.runUntil([&] { return window.isActiveWindow(); }));
+        EXPECT_TRUE(desktop.runUntil([&] { return window.frameGeometry() != window.geometry(); }));
+    }
+
+    // Few colours, so that pngquant is content, in no order, so that it has something to do
+    static Image secret()
+    {
+        std::mt19937 random;
+        std::vector<std::uint32_t> colors(100);
+        for (auto& color : colors)
+            color = 0xFF404040u | random();
+        auto bitmap = std::make_shared<Bitmap>(PixelSize{1200, 800});
+        for (int y = 0; y < 800; ++y)
+            for (int x = 0; x < 1200; ++x)
+                bitmap->row(y)[x] = colors[random() % colors.size()];
+        return bitmap;
+    }
+
+    void choose(const char* tool)
+    {
+        for (QAction* action : window.findChildren<QAction*>())
+            if (action->text() == tool)
+                action->trigger();
+    }
+
+    // A place on the canvas, as shares of the picture from its lower left corner
+    Words at(double x, double y)
+    {
+        const QWidget& canvas = *window.centralWidget();
+        const auto placement = ImagePlacement::fit(
+            {double(canvas.width()), double(canvas.height())}, {1200, 800}, imageInset);
+        const Point point = placement.toCanvas(Point{x * 1200, y * 800});
+        const QPoint corner = canvas.mapToGlobal(QPoint(0, canvas.height()));
+        return {
+            "mousemove", std::to_string(corner.x() + std::lround(point.x)),
+            std::to_string(corner.y() - std::lround(point.y))};
+    }
+    void run(const std::vector<Words>& actions)
+    {
+        Words command{"xdotool"};
+        for (const Words& action : actions)
+            command.insert(command.end(), action.begin(), action.end());
+        desktop.server().run(command);
+    }
+    // The server has the events when this returns, the window when it has run.
+    void drag(const Words& from, const Words& middle, const Words& to)
+    {
+        const auto before = heard;
+        run({from, {"mousedown", "1"}, middle, to, {"mouseup", "1"}});
+        EXPECT_TRUE(desktop.runUntil([&] { return heard > before; }));
+    }
+    void drawHighlight() { drag(at(0.1, 0.1), at(0.2, 0.2), at(0.3, 0.3)); }
+    void drawMaskOverAll()
+    {
+        choose("Blur");
+        drag(at(-0.02, -0.02), at(0.5, 0.5), at(1.02, 1.02));
+    }
+
+    Bitmap saved()
+    {
+        EXPECT_TRUE(desktop.runUntil([&] { return saver.pathsBeingWritten().empty(); }));
+        return std::get<Bitmap>(loadImage(files, codec, shot));
+    }
+    static bool isMask(std::uint32_t word)
+    {
+        const auto isDark = [](std::uint32_t level) { return level >= 28 && level <= 49; };
+        return isDark(word & 0xFF) && isDark(word >> 8 & 0xFF) && isDark(word >> 16 & 0xFF);
+    }
+    static int countVisible(const Bitmap& bitmap)
+    {
+        int visible = 0;
+        for (int y = 0; y < bitmap.size().height; ++y)
+            for (int x = 0; x < bitmap.size().width; ++x)
+                visible += !isMask(bitmap.pixel(x, y));
+        return visible;
+    }
+
+    // Counts the releases of the mouse that have come to the canvas.
+    class ReleaseCount final : public QObject {
+    public:
+        explicit ReleaseCount(int& count)
+            : count(count)
+        {
+        }
+        bool eventFilter(QObject*, QEvent* event) override
+        {
+            if (event->type() == QEvent::MouseButtonRelease)
+                ++count;
+            return false;
+        }
+
+    private:
+        int& count;
+    };
+
+    QtDesktop desktop;
+    TemporaryFolder folder;
+    const std::filesystem::path shot = folder.path / "Shot.png";
+    posix::PosixFileSystem files;
+    posix::PosixProcesses processes;
+    posix::LinuxResources resources{
+        posix::runningProgramFolder(), [](const std::string&) { return false; }};
+    qt::QtImageCodec codec;
+    qt::GraphicsFonts fonts;
+    qt::QtOffscreenGraphics graphics{fonts};
+    qt::QtDispatch dispatch;
+    AnnotationSaver saver{
+        dispatch,
+        AnnotationExporter(
+            files, codec, graphics,
+            ImageCompressor(files, processes, resources, posix::linuxToolPaths(resources))
+                .into(folder.path))};
+    CanvasWindow window{fonts, saver, shot, secret()};
+    int heard = 0;
+    ReleaseCount releases{heard};
+};
+
+TEST_F(CanvasWindowTest, SavesAHighlight)
+{
+    drawHighlight();
+    EXPECT_EQ(countVisible(saved()), 1200 * 800);
+}
+
+// Bug: the save with the highlight alone ended later than the one with the mask, and put the secret
+// back into the file.
+TEST_F(CanvasWindowTest, HidesWhatIsMaskedRightAfterAHighlight)
+{
+    drawHighlight();
+    drawMaskOverAll();
+    EXPECT_EQ(countVisible(saved()), 0);
+}
+
+TEST_F(CanvasWindowTest, HidesWhatIsMaskedAgainAfterAnUndo)
+{
+    drawHighlight();
+    drawMaskOverAll();
+    run({{"key", "ctrl+z", "ctrl+shift+z", "ctrl+z", "ctrl+shift+z"}});
+    // A click reports what is clicked, behind all of these keys.
+    drag(at(0.5, 0.5), at(0.5, 0.5), at(0.5, 0.5));
+    EXPECT_EQ(countVisible(saved()), 0);
+}
+
+TEST_F(CanvasWindowTest, HidesWhatAMaskIsMovedTo)
+{
+    choose("Blur");
+    drag(at(0.3, -0.04), at(0.8, 0.5), at(1.04, 1.04));
+    drag(at(0.8, 0.5), at(0.7, 0.5), at(0.5, 0.5));
+    const Bitmap picture = saved();
+    for (int y = 0; y < 800; ++y)
+        for (int x = 12; x < 870; ++x)
+            ASSERT_TRUE(isMask(picture.pixel(x, y))) << x << ", " << y;
+}
+
+// Bug: a mask stayed where it was in the window, while the picture moved away below it, and the
+// next save wrote it there.
+TEST_F(CanvasWindowTest, HidesTheSamePixelsInAWindowOfAnotherSize)
+{
+    choose("Blur");
+    drag(at(0.25, 0.25), at(0.3, 0.3), at(0.5, 0.5));
+    const Bitmap before = saved();
+    window.resize(500, 620);
+    EXPECT_TRUE(desktop.runUntil([&] { return window.centralWidget()->width() <= 500; }));
+    EXPECT_TRUE(desktop.runUntil([&] { return window.width() == 500; }));
+    choose("Highlight");
+    drag(at(0.7, 0.7), at(0.8, 0.8), at(0.9, 0.9));
+    const Bitmap after = saved();
+    ASSERT_NE(after, before);
+    for (int y = 0; y < 800; ++y)
+        for (int x = 0; x < 1200; ++x)
+            ASSERT_EQ(isMask(after.pixel(x, y)), isMask(before.pixel(x, y))) << x << ", " << y;
+    EXPECT_TRUE(isMask(after.pixel(450, 500)));
+}
+
+} // namespace
+} // namespace tallowbay::test
