@@ -11,6 +11,7 @@
 #include "ui/ToastGate.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tallowbay {
 
@@ -106,6 +107,7 @@ void ScreenshotBatch::finishJob(const fs::path& copy, const Outcome& outcome)
         toasts.show("Compression failed — screenshot skipped");
     if (reportedAgain && !*abandoned)
         acceptScreenshot(*reportedAgain);
+    editWritten(); // perhaps before this end, which it had to wait for
 }
 
 void ScreenshotBatch::addToClipboard(const fs::path& url)
@@ -124,24 +126,68 @@ void ScreenshotBatch::firePasteIfComplete()
 {
     if (compressionInProgress != 0 || !pasteQueued)
         return;
+    pasteAwaitsWrite = showsFileBeingWritten();
+    if (pasteAwaitsWrite)
+        platform.pasteboard.clear();
+    else
+        fireQueuedPaste();
+}
+
+void ScreenshotBatch::fireQueuedPaste()
+{
     pasteQueued = false;
     platform.console.line(
-        ">>> Firing queued paste with " + std::to_string(pendingURLs.size()) + " image(s)");
+        ">>> Firing queued paste with " + std::to_string(clipboardURLs.size()) + " image(s)");
     firePaste();
     resetBatch();
 }
 
+// A paste that is held for an edit does not need another screenshot to be fired.
+void ScreenshotBatch::editWritten()
+{
+    if (!pasteAwaitsWrite || compressionInProgress != 0 || showsFileBeingWritten())
+        return;
+    if (clipboardURLs.empty()) {
+        forgetClipboard(); // undone meanwhile
+        return;
+    }
+    pasteAwaitsWrite = false;
+    writeClipboard(clipboardURLs);
+    fireQueuedPaste();
+}
+
+// Nothing of what a paste was held for is left.
+void ScreenshotBatch::forgetClipboard()
+{
+    clipboardURLs.clear();
+    if (std::exchange(pasteAwaitsWrite, false) && compressionInProgress == 0)
+        pasteQueued = false;
+}
+
+bool ScreenshotBatch::showsFileBeingWritten() const
+{
+    const EditorStrip* strip = editor.strip();
+    return strip && std::ranges::any_of(clipboardURLs, [&](const fs::path& url) {
+               return strip->isBeingWritten(url);
+           });
+}
+
 void ScreenshotBatch::writeClipboard(const std::vector<fs::path>& urls)
 {
+    clipboardURLs = urls;
     platform.pasteboard.clear();
     platform.pasteboard.writeFiles(urls);
     lastClipboardWriteCount = platform.pasteboard.changeCount();
     platform.console.line("Clipboard updated: " + std::to_string(urls.size()) + " image(s)");
+    if (pasteAwaitsWrite && showsFileBeingWritten())
+        platform.pasteboard.clear(); // until the paste that is held
 }
 
 void ScreenshotBatch::handlePaste()
 {
-    if (compressionInProgress < 1) {
+    const bool isOurs = platform.pasteboard.changeCount() == lastClipboardWriteCount;
+    pasteAwaitsWrite = pasteAwaitsWrite || (isOurs && showsFileBeingWritten());
+    if (compressionInProgress < 1 && !pasteAwaitsWrite) {
         resetBatch();
         return;
     }
@@ -206,6 +252,7 @@ void ScreenshotBatch::clearAllScreenshots()
         if (strip->showsImages())
             strip->setPendingDivider();
     }
+    forgetClipboard();
     platform.pasteboard.clear();
     toasts.show("Clipboard cleared");
 }
@@ -214,6 +261,7 @@ std::size_t ScreenshotBatch::endTextExtraction(const std::string& text)
 {
     ocrInProgress = false;
     pendingOCRTexts.push_back(text);
+    forgetClipboard();
     platform.pasteboard.clear();
     platform.pasteboard.writeText(joinedByBlankLines(pendingOCRTexts));
     lastClipboardWriteCount = platform.pasteboard.changeCount();

@@ -23,8 +23,9 @@ class ToastGate;
 
 // The heart of the program: every new screenshot is compressed and joins the batch, and after each
 // the whole batch stands on the pasteboard, so that one paste inserts all screenshots since the
-// last paste. A paste ends the batch; one that comes while something is still being compressed is
-// held, and fired when the batch is complete.
+// last paste. A paste ends the batch; one that comes while something is still being compressed, or
+// while an edit of what stands on the pasteboard is being written, is held: the pasteboard is
+// emptied, and the paste fired when the last of both has ended.
 //
 // Thread: main queue. Compression runs in the background and hands its result back.
 class ScreenshotBatch {
@@ -38,6 +39,9 @@ public:
 
     // The user pressed the paste shortcut.
     void handlePaste();
+
+    // The editor has written an edit to its end.
+    void editWritten();
 
     void addToClipboard(const std::filesystem::path&);
     void writeClipboard(const std::vector<std::filesystem::path>&);
@@ -90,7 +94,10 @@ private:
     };
 
     void finishJob(const std::filesystem::path& copy, const Outcome&);
+    bool showsFileBeingWritten() const;
     void firePasteIfComplete();
+    void fireQueuedPaste();
+    void forgetClipboard();
     bool removeLastFromBatch();
     bool uncheckLastInEditor(EditorStrip&);
 
@@ -102,6 +109,8 @@ private:
     std::vector<std::string> pendingOCRTexts;
     int compressionInProgress = 0;
     bool pasteQueued = false;
+    bool pasteAwaitsWrite = false; // the queued paste is held for an edit, too
+    std::vector<std::filesystem::path> clipboardURLs; // what we wrote last
     bool ocrInProgress = false;
     std::int64_t lastClipboardWriteCount = 0;
     ImageCompressor compressor;

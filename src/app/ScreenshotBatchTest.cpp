@@ -61,6 +61,17 @@ protected:
 
     void openEditor() { slot.fill(editor); }
 
+    void beginEdit(const std::string& name)
+    {
+        openEditor();
+        editor.beingWritten.insert(copyOf(name));
+    }
+    void endEdit(const std::string& name)
+    {
+        editor.beingWritten.erase(copyOf(name));
+        batch.editWritten();
+    }
+
     headless::Desktop desktop;
     headless::HeadlessViews views{desktop.dispatch};
     bool compressionFails = false;
@@ -550,6 +561,180 @@ TEST_F(ScreenshotBatchTest, KeepsAHeldPasteIfTheLastScreenshotIsSkipped)
 
     take("Screenshot 2.png");
     EXPECT_THAT(pasted, ElementsAre(ElementsAre(copyOf("Screenshot 2.png"))));
+}
+
+// A paste while an edit is being written
+
+// Bug: whoever hid something and pasted at once, pasted what was to be hidden.
+TEST_F(ScreenshotBatchTest, HoldsAPasteWhileAnEditIsBeingWritten)
+{
+    take("Screenshot 1.png");
+    take("Screenshot 2.png");
+    beginEdit("Screenshot 1.png");
+    desktop.console.lines.clear();
+    batch.handlePaste();
+    desktop.dispatch.runMain();
+    EXPECT_THAT(desktop.pasteboard.files, IsEmpty());
+    EXPECT_EQ(views.messages().back(), "Pasting...");
+    EXPECT_EQ(batch.urls().size(), 2u);
+
+    endEdit("Screenshot 1.png");
+    EXPECT_THAT(
+        pasted, ElementsAre(ElementsAre(copyOf("Screenshot 1.png"), copyOf("Screenshot 2.png"))));
+    EXPECT_THAT(batch.urls(), IsEmpty());
+    EXPECT_THAT(
+        desktop.console.lines,
+        ElementsAre(
+            ">>> CMD+V QUEUED — clipboard cleared, waiting for compression",
+            "Clipboard updated: 2 image(s)", ">>> Firing queued paste with 2 image(s)",
+            ">>> resetBatch — clearing 2 URL(s), 0 OCR text(s)"));
+    endEdit("Screenshot 1.png");
+    take("Screenshot 3.png");
+    EXPECT_EQ(pasted.size(), 1u);
+}
+
+TEST_F(ScreenshotBatchTest, HoldsAPasteOfWhatTheEditorPutOnThePasteboard)
+{
+    batch.writeClipboard({copyOf("Old.png")});
+    beginEdit("Old.png");
+    batch.handlePaste();
+    EXPECT_THAT(desktop.pasteboard.files, IsEmpty());
+    endEdit("Old.png");
+    EXPECT_THAT(pasted, ElementsAre(ElementsAre(copyOf("Old.png"))));
+}
+
+TEST_F(ScreenshotBatchTest, FiresAPasteWhenTheLastOfSeveralEditsIsWritten)
+{
+    take("Screenshot 1.png");
+    take("Screenshot 2.png");
+    beginEdit("Screenshot 1.png");
+    beginEdit("Screenshot 2.png");
+    batch.handlePaste();
+    endEdit("Screenshot 2.png");
+    EXPECT_THAT(pasted, IsEmpty());
+    endEdit("Screenshot 1.png");
+    EXPECT_EQ(pasted.size(), 1u);
+}
+
+TEST_F(ScreenshotBatchTest, FiresAPasteWhenTheLastOfEditsAndCompressionsHasEnded)
+{
+    for (const bool editEndsFirst : {true, false}) {
+        pasted.clear();
+        const std::string name = editEndsFirst ? "Screenshot 1.png" : "Screenshot 2.png";
+        take(name);
+        beginEdit(name);
+        accept("Screenshot of " + name);
+        batch.handlePaste();
+        if (editEndsFirst)
+            endEdit(name);
+        else
+            desktop.dispatch.runUntilIdle();
+        EXPECT_THAT(pasted, IsEmpty());
+        EXPECT_THAT(desktop.pasteboard.files, IsEmpty());
+        desktop.dispatch.runUntilIdle();
+        endEdit(name);
+        EXPECT_THAT(
+            pasted, ElementsAre(ElementsAre(copyOf(name), copyOf("Screenshot of " + name))));
+    }
+}
+
+TEST_F(ScreenshotBatchTest, HoldsAPasteForAnEditThatBeganWhenItWasAlreadyHeld)
+{
+    take("Screenshot 1.png");
+    accept("Screenshot 2.png");
+    batch.handlePaste();
+    beginEdit("Screenshot 1.png");
+    desktop.dispatch.runUntilIdle();
+    EXPECT_THAT(pasted, IsEmpty());
+    EXPECT_THAT(desktop.pasteboard.files, IsEmpty());
+    endEdit("Screenshot 1.png");
+    EXPECT_EQ(pasted.size(), 1u);
+}
+
+TEST_F(ScreenshotBatchTest, FiresAPasteThatWaitedForAnEditAfterACompressionThatFails)
+{
+    take("Screenshot 1.png");
+    beginEdit("Screenshot 1.png");
+    accept("Screenshot 2.png");
+    batch.handlePaste();
+    endEdit("Screenshot 1.png");
+    compressionFails = true;
+    desktop.dispatch.runUntilIdle();
+    EXPECT_THAT(pasted, ElementsAre(ElementsAre(copyOf("Screenshot 1.png"))));
+}
+
+TEST_F(ScreenshotBatchTest, FiresNoPasteAfterAnEditThatWasHeldForACompressionAlone)
+{
+    take("Screenshot 1.png");
+    accept("Screenshot 2.png");
+    batch.handlePaste();
+    compressionFails = true;
+    desktop.dispatch.runUntilIdle();
+    endEdit("Screenshot 1.png");
+    EXPECT_THAT(pasted, IsEmpty());
+}
+
+TEST_F(ScreenshotBatchTest, FiresOnePasteForTwoPressesDuringAnEdit)
+{
+    take("Screenshot 1.png");
+    beginEdit("Screenshot 1.png");
+    batch.handlePaste();
+    batch.handlePaste();
+    EXPECT_EQ(batch.urls().size(), 1u);
+    endEdit("Screenshot 1.png");
+    EXPECT_EQ(pasted.size(), 1u);
+}
+
+TEST_F(ScreenshotBatchTest, KeepsThePasteboardEmptyUntilTheEditIsWritten)
+{
+    take("Screenshot 1.png");
+    beginEdit("Screenshot 1.png");
+    batch.handlePaste();
+    batch.writeClipboard({copyOf("Screenshot 1.png")}); // as the editor does after every edit
+    EXPECT_THAT(desktop.pasteboard.files, IsEmpty());
+    take("Screenshot 2.png");
+    EXPECT_THAT(desktop.pasteboard.files, IsEmpty());
+    endEdit("Screenshot 1.png");
+    EXPECT_THAT(
+        pasted, ElementsAre(ElementsAre(copyOf("Screenshot 1.png"), copyOf("Screenshot 2.png"))));
+}
+
+TEST_F(ScreenshotBatchTest, HoldsNoPasteOfAnythingElseDuringAnEdit)
+{
+    take("Screenshot 1.png");
+    beginEdit("Another.png");
+    batch.handlePaste();
+    EXPECT_THAT(batch.urls(), IsEmpty()) << "pasted, the batch has ended";
+
+    take("Screenshot 2.png");
+    beginEdit("Screenshot 2.png");
+    desktop.pasteboard.copyTextElsewhere("of another program");
+    batch.handlePaste();
+    EXPECT_EQ(desktop.pasteboard.text, "of another program");
+
+    batch.endTextExtraction("a text");
+    batch.handlePaste();
+    EXPECT_EQ(desktop.pasteboard.text, "a text");
+}
+
+TEST_F(ScreenshotBatchTest, DropsAHeldPasteWithWhatItWasHeldFor)
+{
+    take("Screenshot 1.png");
+    beginEdit("Screenshot 1.png");
+    batch.handlePaste();
+    batch.clearAllScreenshots();
+    endEdit("Screenshot 1.png");
+    EXPECT_THAT(pasted, IsEmpty());
+
+    take("Screenshot 2.png");
+    EXPECT_THAT(pasted, IsEmpty());
+    beginEdit("Screenshot 2.png");
+    batch.handlePaste();
+    batch.undoLastScreenshot();
+    endEdit("Screenshot 2.png");
+    take("Screenshot 3.png");
+    EXPECT_THAT(pasted, IsEmpty());
+    EXPECT_EQ(desktop.pasteboard.files, Paths{copyOf("Screenshot 3.png")});
 }
 
 // Reset.

@@ -30,6 +30,10 @@ public:
     void uncheckAll() override { checked.clear(); }
     Paths checkedURLs() const override { return checked; }
     bool showsImages() const override { return !images.empty(); }
+    bool isBeingWritten(const std::filesystem::path& url) const override
+    {
+        return beingWritten.contains(url);
+    }
     void setPendingDivider() override { pendingDivider = true; }
     void removeDeletedFiles() override
     {
@@ -45,6 +49,7 @@ public:
 
     Paths images;
     Paths checked;
+    std::set<std::filesystem::path> beingWritten;
     bool pendingDivider = false;
     std::function<void()> onAdd;
     std::function<void()> onRemoveDeletedFiles;

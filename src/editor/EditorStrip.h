@@ -22,6 +22,10 @@ public:
     virtual std::vector<std::filesystem::path> checkedURLs() const = 0;
     virtual bool showsImages() const = 0;
 
+    // Whether an edit of this screenshot is on its way into the file. When the last one has
+    // ended, ScreenshotBatch::editWritten() is called.
+    virtual bool isBeingWritten(const std::filesystem::path&) const = 0;
+
     // The next screenshot that is added begins a new group.
     virtual void setPendingDivider() = 0;
 
