@@ -89,7 +89,10 @@ TEST_F(PrivateFileTest, OpensNoPipeDeviceOrFolder)
     fs::remove(path);
     fs::create_directory(path);
     EXPECT_THAT(writePrivateFile(path, "new"), Optional(HasSubstr("no regular file")));
-    EXPECT_THAT(obstacleAt("/dev/null"), Optional(HasSubstr("no regular file")));
+    // Not the machine's own device, which a mistake of ours would replace.
+    fs::remove(path);
+    ASSERT_EQ(::mknod(path.c_str(), S_IFSOCK | 0600, 0), 0);
+    EXPECT_THAT(obstacleAt(path), Optional(HasSubstr("no regular file")));
     expectUntouched();
 }
 
