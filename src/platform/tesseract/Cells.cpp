@@ -95,7 +95,7 @@ private:
         const int y = line.baseline - static_cast<int>(std::lround(0.67 * line.smallLetter));
         if (y <= line.rows.begin || y >= line.rows.end)
             return false;
-        const auto runs = inkColumns(ink, {columnsAround(centre, 0.5), {y - 1, y + 1}});
+        const auto runs = inkColumns(ink, {columnsAround(centre, 0.42), {y - 1, y + 1}});
         if (runs.empty())
             return false;
         const int sides = runs.front().begin + runs.back().end;

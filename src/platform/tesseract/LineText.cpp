@@ -34,14 +34,6 @@ bool isOneOf(const Symbol& symbol, std::string_view characters)
     return symbol.text.size() == 1 && characters.find(symbol.text[0]) != std::string_view::npos;
 }
 
-bool isLongDash(const Symbol& symbol)
-{
-    return symbol.text == "–" || symbol.text == "—";
-}
-
-// The engine knows little of blanks there.
-constexpr double besideLongDash = 0.42;
-
 // The least gap that may be a blank. Between words the engine knows best, even where an f leans
 // over the gap; but it takes the signs inside of addresses and numbers for the ends of words.
 double leastBlank(const Symbol& one, const Symbol& other, const TextLine& line)
@@ -49,8 +41,6 @@ double leastBlank(const Symbol& one, const Symbol& other, const TextLine& line)
     constexpr std::string_view joining = ".,@&%/\\:_-=?#~";
     if (line.pitch > 0)
         return 0.92 * line.pitch;
-    if (isLongDash(one) || isLongDash(other))
-        return besideLongDash * line.smallLetter;
     const auto next = static_cast<unsigned char>(other.text[0]);
     const bool goesOn = std::islower(next) || std::isdigit(next) || isOneOf(other, joining);
     const bool inside = (isOneOf(one, joining) && goesOn) || isOneOf(other, joining);
@@ -61,8 +51,6 @@ double sureBlank(const Symbol& one, const Symbol& other, const TextLine& line)
 {
     if (line.pitch > 0)
         return 0.92 * line.pitch;
-    if (isLongDash(one) || isLongDash(other))
-        return besideLongDash * line.smallLetter;
     return (isLetter(one) && isLetter(other) ? 0.6 : 0.85) * line.smallLetter;
 }
 
@@ -198,30 +186,6 @@ void addMissingMarks(std::vector<Symbol>& symbols, const TextLine& line)
             return symbol.centre > middle;
         });
         symbols.insert(next, {std::string(1, mark.character), middle, false, 0.5});
-    }
-}
-
-namespace {
-
-bool isDash(const Symbol& symbol)
-{
-    return symbol.text == "-" || isLongDash(symbol);
-}
-
-} // namespace
-
-void settleDashes(std::vector<Symbol>& symbols, const TextLine& line)
-{
-    for (const Dash& dash : line.dashes) {
-        const auto distance = [&dash](const Symbol& symbol) {
-            return isDash(symbol) ? std::abs(symbol.centre - dash.middle()) : 1e9;
-        };
-        const auto nearest = std::ranges::min_element(symbols, {}, distance);
-        if (nearest == symbols.end() || distance(*nearest) >= 0.7 * line.smallLetter)
-            continue;
-        // Where all characters have one width a long dash may be either of two.
-        if (line.pitch == 0 || !isLongDash(*nearest))
-            nearest->text = dash.text;
     }
 }
 

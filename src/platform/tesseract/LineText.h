@@ -19,9 +19,6 @@ void correctPlaces(std::vector<Symbol>&, const TextLine&);
 // or took for each other.
 void addMissingMarks(std::vector<Symbol>&, const TextLine&);
 
-// Gives the dashes that the engine read the length that the picture has.
-void settleDashes(std::vector<Symbol>&, const TextLine&);
-
 // The symbols as text. Where all characters are of one width, as many blanks as fit; otherwise a
 // tabulator for the gap between two columns.
 std::string textOf(const std::vector<Symbol>&, const TextLine&);

@@ -124,39 +124,5 @@ TEST_F(LineTextTest, PutsInNoMarkThatTheEngineSaw)
     EXPECT_EQ(text(), "3,5");
 }
 
-TEST_F(LineTextTest, GivesADashTheLengthThatThePictureHas)
-{
-    add("9", 0);
-    add("-", 2);
-    add("1", 2);
-    add("—", 2);
-    add("a", 2);
-    add("-", 2);
-    line.dashes = {{"–", {6, 10}}, {"-", {18, 22}}, {"–", {60, 70}}};
-    settleDashes(symbols, line);
-    EXPECT_EQ(text(), "9–1-a-");
-}
-
-TEST_F(LineTextTest, LeavesALongDashAsItIsWhereAllCharactersAreOfOneWidth)
-{
-    line.pitch = 6;
-    add("a", 0);
-    add("—", 2);
-    add("-", 2);
-    line.dashes = {{"–", {6, 10}}, {"–", {12, 16}}};
-    settleDashes(symbols, line);
-    EXPECT_EQ(text(), "a—–");
-}
-
-TEST_F(LineTextTest, PutsBlanksBesideALongDashByTheGapAlone)
-{
-    add("9", 0);
-    add("–", 2, true);
-    add("5", 3);
-    add("—", 4);
-    add("b", 4);
-    EXPECT_EQ(text(), "9–5 — b");
-}
-
 } // namespace
 } // namespace tallowbay::tesseract

@@ -29,7 +29,6 @@ ReadLine readLine(const Plane& ink, const TextLine& line, TesseractEngine& engin
     if (!line.cells.empty())
         putInCells(symbols, line);
     addMissingMarks(symbols, line);
-    settleDashes(symbols, line);
     correctSpaces(symbols, line);
     double confidence = 0;
     for (const Symbol& symbol : symbols)

@@ -114,13 +114,6 @@ TEST_F(TesseractRecognizerTest, ReadsUnderscoresInCode)
         EXPECT_THAT(linesOf(TextDrawing::draw(code, {typeface, 13})), ElementsAreArray(code));
 }
 
-TEST_F(TesseractRecognizerTest, KeepsDashesAndHyphensApart)
-{
-    const Lines prose{"Open from Monday–Friday, well-known", "The day — or so – was over"};
-    EXPECT_THAT(
-        linesOf(TextDrawing::draw(prose, {"Liberation Sans", 15})), ElementsAreArray(prose));
-}
-
 TEST_F(TesseractRecognizerTest, InventsNoLineForAnEmptyOne)
 {
     EXPECT_THAT(

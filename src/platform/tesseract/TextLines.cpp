@@ -2,12 +2,10 @@
 
 #include "platform/tesseract/Cells.h"
 #include "platform/tesseract/Components.h"
-#include "platform/tesseract/Dashes.h"
 #include "platform/tesseract/LineFinder.h"
 #include "platform/tesseract/Pitch.h"
 
 #include <algorithm>
-#include <cstdlib>
 
 namespace tallowbay::tesseract {
 
@@ -86,18 +84,6 @@ public:
                 centres.push_back((part.left + part.right) / 2.0);
         }
         line.cells = cellsOf(ink, line, centres);
-    }
-
-    void findDashes(TextLine& line) const
-    {
-        std::vector<Component> small;
-        for (const Component& part : letters) {
-            if (inside(part, {line.columns(), line.rows})
-                && std::abs(part.height() - line.smallLetter) <= 1.5
-                && std::abs(part.bottom - line.baseline) <= 1)
-                small.push_back(part);
-        }
-        line.dashes = dashesOf(ink, line, small);
     }
 
     // Of its letters, apart for each stretch without a wide gap.
@@ -216,7 +202,6 @@ std::vector<TextLine> findTextLines(const Plane& ink, int letterHeight)
     findPitch(lines, measurer, smallLetter);
     for (TextLine& line : lines) {
         measurer.findMarks(line);
-        measurer.findDashes(line);
         if (line.pitch > 0)
             measurer.findCells(line);
     }

@@ -2,7 +2,6 @@
 
 #include "platform/tesseract/Plane.h"
 
-#include <string_view>
 #include <vector>
 
 namespace tallowbay::tesseract {
@@ -11,14 +10,6 @@ namespace tallowbay::tesseract {
 struct Mark {
     char character;
     Span columns;
-};
-
-// A dash whose length tells which one it is: - – or —
-struct Dash {
-    std::string_view text;
-    Span columns;
-
-    double middle() const { return (columns.begin + columns.end) / 2.0; }
 };
 
 // The place of a character where all have the same width.
@@ -38,7 +29,6 @@ struct TextLine {
     double pitch = 0; // width of every character, 0 if they differ
 
     std::vector<Mark> marks; // from left to right
-    std::vector<Dash> dashes = {}; // from left to right
     std::vector<Cell> cells = {}; // that are not blank; none if the characters' widths differ
 
     Span columns() const { return {runs.front().begin, runs.back().end}; }
