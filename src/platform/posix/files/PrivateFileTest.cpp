@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <fstream>
 #include <thread>
 
@@ -99,15 +100,17 @@ TEST_F(PrivateFileTest, OpensNoPipeDeviceOrFolder)
 TEST_F(PrivateFileTest, NeverWritesBehindALinkThatIsSwappedInMeanwhile)
 {
     const fs::path link = temporary.path / "link";
+    std::atomic<int> swaps = 0;
     std::jthread swapping([&](std::stop_token stop) {
-        while (!stop.stop_requested()) {
+        for (; !stop.stop_requested(); ++swaps) {
             std::error_code ignored;
             fs::create_symlink(precious, link, ignored);
             fs::rename(link, path, ignored);
             fs::remove(path, ignored);
         }
     });
-    for (int i = 0; i < 300; ++i) {
+    // Counted by the swaps: a writer that is quick is not done before they begin.
+    while (swaps < 20000) {
         writePrivateFile(path, "new");
         ASSERT_EQ(readFile(precious), "precious");
     }
