@@ -391,12 +391,12 @@ TEST_F(AnnotationCanvasTest, ResizesByTheRectangleAtTheBeginningThroughoutADrag)
             canvas.setAnnotations({blurAt(old)});
             const auto handle = canvas.hitTestResizeHandle(corner)->handle;
             canvas.mouseDown(corner);
-            // Over the middle to the other side, and back
+            // Over the middle, past the opposite corner, and back
             for (int step = -25; step <= 25; ++step) {
                 const double share = 1 - std::abs(step) / 25.0;
                 const Point mouse{
-                    corner.x + (400 - 2 * corner.x) * share,
-                    corner.y + (360 - 2 * corner.y) * share};
+                    corner.x + 3 * (200 - corner.x) * share,
+                    corner.y + 3 * (180 - corner.y) * share};
                 canvas.mouseDragged(mouse);
                 ASSERT_EQ(only().rect, resizedRect(old, handle, mouse));
             }

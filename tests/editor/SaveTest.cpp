@@ -47,7 +47,16 @@ protected:
 
     test::TemporaryFolder folder;
     posix::PosixFileSystem files;
-    posix::PosixProcesses processes;
+    // Counts the tools that were started.
+    struct CountedProcesses final : Processes {
+        bool run(const fs::path& program, const std::vector<std::string>& arguments) override
+        {
+            ++started;
+            return real.run(program, arguments);
+        }
+        posix::PosixProcesses real;
+        std::atomic<int> started = 0;
+    } processes;
     posix::LinuxResources resources{
         posix::runningProgramFolder(), [](const std::string&) { return false; }};
 };
@@ -96,8 +105,11 @@ protected:
         LoopDispatch dispatch;
         AnnotationSaver saver(dispatch, exporterWith(posix::linuxToolPaths(resources)));
         const Image picture = secret();
-        for (const auto& items : edits)
+        for (const auto& items : edits) {
             saver.save({shot, items, picture, canvasSize});
+            // The first save is under way when the others are asked for.
+            EXPECT_TRUE(dispatch.runUntil([&] { return processes.started > 0; }, 60s));
+        }
         EXPECT_TRUE(dispatch.runUntil([&] { return saver.pathsBeingWritten().empty(); }, 60s));
     }
 
