@@ -66,7 +66,7 @@ void AnnotationCanvas::setBackgroundImage(Image image)
 {
     canvas.backgroundImage = std::move(image);
     if (!canvas.backgroundImage)
-        canvas.endNewShape(); // the end of the drag will not be heard
+        canvas.endGesture(); // its end will not be heard
     view->redraw();
 }
 
@@ -132,6 +132,7 @@ void AnnotationCanvas::mouseDown(Point point)
 {
     if (!canvas.backgroundImage || !delegate)
         return;
+    gestureLost(); // one whose end was not heard
     if (activeTextField) {
         // The click takes the keyboard from the field. On empty canvas it does nothing more.
         const bool isOnItem = hitTestResizeHandle(point) || hitTestAnnotation(point);
@@ -231,6 +232,17 @@ void AnnotationCanvas::mouseUp(Point point)
         view->redraw();
     if (made)
         add(*made);
+}
+
+void AnnotationCanvas::gestureLost()
+{
+    const auto changed = canvas.resizingIndex ? canvas.resizingIndex : canvas.movingIndex;
+    const bool hadPreview = canvas.dragStart.has_value();
+    canvas.endGesture();
+    if (hadPreview || changed)
+        view->redraw();
+    if (changed)
+        reportUpdate(*changed);
 }
 
 std::optional<AnnotationItem> AnnotationCanvas::draggedOutItem(Point end) const

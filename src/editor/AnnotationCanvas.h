@@ -81,6 +81,10 @@ public:
     void mouseDown(Point);
     void mouseDragged(Point);
     void mouseUp(Point);
+
+    // The release of the mouse will not be heard, as when the window is hidden: what has been moved
+    // or resized stays where it is, a shape that was being dragged out is dropped.
+    void gestureLost();
     void mouseMoved(Point);
     void keyDown(const KeyPress&);
     void resetCursorRects() { view->setCursor(CanvasCursor::crosshair); }

@@ -37,6 +37,13 @@ void CanvasState::endMove()
     moveLastPoint.reset();
 }
 
+void CanvasState::endGesture()
+{
+    endNewShape();
+    endResize();
+    endMove();
+}
+
 void CanvasState::carry(const PlacementChange& change)
 {
     change.carry(annotations);
@@ -50,8 +57,7 @@ void CanvasState::carry(const PlacementChange& change)
 void CanvasState::replaceAnnotations(std::vector<AnnotationItem> items)
 {
     annotations = std::move(items);
-    endMove();
-    endResize();
+    endGesture();
     hoveredIndex.reset();
     selectedAnnotationIndex.reset();
 }

@@ -53,6 +53,7 @@ struct CanvasState {
     bool endNewShape();
     void endResize();
     void endMove();
+    void endGesture(); // whichever there is
 
     // Everything keeps its place over the picture, but for the mouse.
     void carry(const PlacementChange&);

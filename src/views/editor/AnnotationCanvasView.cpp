@@ -93,10 +93,18 @@ void AnnotationCanvasView::resizeEvent(QResizeEvent*)
     logic.setSize({static_cast<double>(width()), static_cast<double>(height())});
 }
 
+void AnnotationCanvasView::hideEvent(QHideEvent*)
+{
+    logic.gestureLost();
+}
+
+// Every button takes the keyboard.
 void AnnotationCanvasView::mousePressEvent(QMouseEvent* event)
 {
     if (event->button() == Qt::LeftButton)
         logic.mouseDown(canvasPoint(*event));
+    else
+        logic.commitTextIfNeeded();
 }
 
 void AnnotationCanvasView::mouseMoveEvent(QMouseEvent* event)
