@@ -40,8 +40,9 @@ public:
     // The user pressed the paste shortcut.
     void handlePaste();
 
-    // The editor has written an edit to its end.
-    void editWritten();
+    // The editor has come to the end of writing an edit. Where it failed, the file still shows what
+    // was there before, so a paste that waited for it is dropped and the pasteboard stays empty.
+    void editWritten(bool succeeded = true);
 
     void addToClipboard(const std::filesystem::path&);
     void writeClipboard(const std::vector<std::filesystem::path>&);

@@ -92,11 +92,11 @@ std::optional<std::string> AnnotationExporter::compressed(
     return output ? fileSystem->read(*output) : std::nullopt;
 }
 
-void AnnotationExporter::writeFlattenedImage(std::string_view bytes, const fs::path& url) const
+bool AnnotationExporter::writeFlattenedImage(std::string_view bytes, const fs::path& url) const
 {
     const fs::path visible = compressor.outputFor(url);
     fileSystem->createFolders(visible.parent_path());
-    fileSystem->writeAtomically(visible, bytes);
+    return fileSystem->writeAtomically(visible, bytes);
 }
 
 } // namespace tallowbay

@@ -36,9 +36,9 @@ public:
     std::optional<std::string> compressed(const Bitmap&, const std::filesystem::path& url) const;
 
     // Puts them into the folder of compressed copies, under the same file name. The file there is
-    // replaced whole, so that a reader finds the old one or the new one; on failure it stays as it
-    // was, and nobody is told.
-    void writeFlattenedImage(std::string_view bytes, const std::filesystem::path& url) const;
+    // replaced whole, so that a reader finds the old one or the new one; on failure (false) it
+    // stays as it was.
+    bool writeFlattenedImage(std::string_view bytes, const std::filesystem::path& url) const;
 
 private:
     FileSystem* fileSystem;

@@ -27,16 +27,23 @@ public:
         return !hasJob;
     }
 
+    // Main queue, once it has ended: whether the file shows what was asked for last.
+    bool hasSucceeded() const { return showsLatest; }
+
     // The job: writes until nothing waits.
     void write(const AnnotationExporter& exporter)
     {
         std::optional<Result> newest;
         for (auto saves = takeWaiting(); !saves.empty(); saves = takeWaiting()) {
+            showsLatest = false;
             if (auto result = newestOf(saves, exporter))
                 newest = std::move(result);
+            else if (newest)
+                newest->isLatest = false;
             if (!newest || isOvertaken())
                 continue;
-            exporter.writeFlattenedImage(newest->bytes, newest->url);
+            showsLatest =
+                exporter.writeFlattenedImage(newest->bytes, newest->url) && newest->isLatest;
             newest.reset();
         }
     }
@@ -45,6 +52,7 @@ private:
     struct Result {
         std::filesystem::path url;
         std::string bytes;
+        bool isLatest = true; // no newer save has failed
     };
 
     // In the order they were asked for. Empty: the job is over.
@@ -67,7 +75,7 @@ private:
     {
         for (auto edited = saves.rbegin(); edited != saves.rend(); ++edited)
             if (auto bytes = bytesOf(*edited, exporter))
-                return Result{edited->url, std::move(*bytes)};
+                return Result{edited->url, std::move(*bytes), edited == saves.rbegin()};
         return std::nullopt;
     }
 
@@ -82,6 +90,7 @@ private:
     std::mutex mutex;
     std::vector<EditedScreenshot> waiting;
     bool hasJob = false;
+    bool showsLatest = false; // the job's, until it ends
 };
 
 AnnotationSaver::AnnotationSaver(Dispatch& dispatch, AnnotationExporter exporter)
@@ -116,10 +125,11 @@ void AnnotationSaver::finish(const std::filesystem::path& url)
     // A job that was started meanwhile will report for itself.
     if (saves == writing.end() || !saves->second->hasEnded())
         return;
+    const bool succeeded = saves->second->hasSucceeded();
     writing.erase(saves);
     const auto tell = onWritten;
     if (tell)
-        tell(url);
+        tell(url, succeeded);
 }
 
 std::set<std::filesystem::path> AnnotationSaver::pathsBeingWritten() const

@@ -40,8 +40,9 @@ public:
     // The files whose last save has not ended.
     std::set<std::filesystem::path> pathsBeingWritten() const;
 
-    // Called when a path leaves pathsBeingWritten(). It may ask for another save.
-    std::function<void(const std::filesystem::path&)> onWritten;
+    // Called when a path leaves pathsBeingWritten(); tells whether the file shows what was asked
+    // for last. It may ask for another save.
+    std::function<void(const std::filesystem::path&, bool succeeded)> onWritten;
 
 private:
     class FileSaves;

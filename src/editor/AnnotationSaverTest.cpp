@@ -28,7 +28,10 @@ protected:
         });
         for (const auto& url : urls)
             desktop.files.create(url, "original");
-        saver->onWritten = [this](const auto& url) { written.push_back(url); };
+        saver->onWritten = [this](const auto& url, bool succeeded) {
+            written.push_back(url);
+            successes.push_back(succeeded);
+        };
         watching = desktop.files.listen([this](const std::filesystem::path& path, auto) {
             if (path == urls[0])
                 shown.push_back(*drawingIn(path));
@@ -65,6 +68,7 @@ protected:
     std::vector<AnnotationItem> items{item};
     std::function<void()> whileCompressing; // once
     std::vector<std::filesystem::path> written;
+    std::vector<bool> successes; // of each
     std::vector<int> shown; // the drawings that the first file came to hold
     Subscription watching;
     Image picture = std::make_shared<Bitmap>(PixelSize{200, 150});
@@ -222,7 +226,7 @@ TEST_F(AnnotationSaverTest, TellsOfTheEndOfAllSavesOfAFileOnce)
 
 TEST_F(AnnotationSaverTest, MayBeAskedForAnotherSaveWhenItTellsOfTheEndOfOne)
 {
-    saver->onWritten = [this](const auto& url) {
+    saver->onWritten = [this](const auto& url, bool) {
         written.push_back(url);
         EXPECT_THAT(saver->pathsBeingWritten(), IsEmpty());
         if (written.size() == 1)
@@ -248,6 +252,32 @@ TEST_F(AnnotationSaverTest, TellsOfASaveThatFailsToo)
     saveWithoutRoom();
     desktop.dispatch.runUntilIdle();
     EXPECT_THAT(written, ElementsAre(urls[0]));
+    EXPECT_THAT(successes, ElementsAre(false));
+}
+
+TEST_F(AnnotationSaverTest, TellsThatTheFileShowsWhatWasAskedForLast)
+{
+    save();
+    save();
+    desktop.dispatch.runUntilIdle();
+    EXPECT_THAT(successes, ElementsAre(true));
+}
+
+TEST_F(AnnotationSaverTest, TellsThatOnlyAnOlderSaveIsInTheFile)
+{
+    save();
+    saveWithoutRoom();
+    desktop.dispatch.runUntilIdle();
+    EXPECT_EQ(shown.size(), 1u);
+    EXPECT_THAT(successes, ElementsAre(false));
+}
+
+TEST_F(AnnotationSaverTest, TellsThatTheFileCouldNotBeReplaced)
+{
+    save();
+    desktop.files.makeReadOnly(urls[0].parent_path());
+    desktop.dispatch.runUntilIdle();
+    EXPECT_THAT(successes, ElementsAre(false));
 }
 
 TEST_F(AnnotationSaverTest, CompletesEverySaveAfterItsOwnEnd)
