@@ -52,6 +52,7 @@ std::optional<fs::path> AcceptedScreenshots::end(const fs::path& copy, bool made
     if (ended == entries.end())
         return std::nullopt;
     ended->underWay = false;
+    ended->known = clock.monotonicNow(); // a rename during a long compression is reported late
     if (made)
         return std::nullopt;
     const auto reportedAgain = std::exchange(ended->reportedAgain, std::nullopt);
@@ -63,7 +64,7 @@ void AcceptedScreenshots::forgetOld()
 {
     const auto now = clock.monotonicNow();
     std::erase_if(entries, [&](const Entry& entry) {
-        return !entry.underWay && now - entry.accepted >= remembered;
+        return !entry.underWay && now - entry.known >= remembered;
     });
 }
 

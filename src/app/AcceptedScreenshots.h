@@ -31,7 +31,7 @@ private:
         std::filesystem::path file; // by its latest name
         std::filesystem::path copy;
         std::optional<FileIdentity> identity;
-        MonotonicTime accepted;
+        MonotonicTime known; // when it was accepted, or its processing ended
         bool underWay = true;
         std::optional<std::filesystem::path> reportedAgain;
     };

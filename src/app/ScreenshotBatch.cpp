@@ -98,15 +98,19 @@ ScreenshotBatch::Outcome ScreenshotBatch::Job::process() const
 
 void ScreenshotBatch::finishJob(const fs::path& copy, const Outcome& outcome)
 {
-    --compressionInProgress;
     const auto* output = std::get_if<fs::path>(&outcome);
     const auto reportedAgain = accepted.end(copy, output != nullptr);
+    if (reportedAgain && !*abandoned) {
+        // Renamed before the tool had read it: nothing was skipped, and a paste goes on waiting.
+        acceptScreenshot(*reportedAgain);
+        platform.dispatch.mainAsync(lifetime.guard([this] { --compressionInProgress; }));
+        return;
+    }
+    --compressionInProgress;
     if (output)
         addToClipboard(*output);
     else if (std::holds_alternative<Failed>(outcome))
         toasts.show("Compression failed — screenshot skipped");
-    if (reportedAgain && !*abandoned)
-        acceptScreenshot(*reportedAgain);
     editWritten(); // perhaps before this end, which it had to wait for
 }
 
@@ -143,8 +147,13 @@ void ScreenshotBatch::fireQueuedPaste()
 }
 
 // A paste that is held for an edit does not need another screenshot to be fired.
-void ScreenshotBatch::editWritten()
+void ScreenshotBatch::editWritten(bool succeeded)
 {
+    if (!succeeded && pasteAwaitsWrite) {
+        forgetClipboard();
+        toasts.show("Compression failed — screenshot skipped");
+        return;
+    }
     if (!pasteAwaitsWrite || compressionInProgress != 0 || showsFileBeingWritten())
         return;
     if (clipboardURLs.empty()) {

@@ -66,10 +66,10 @@ protected:
         openEditor();
         editor.beingWritten.insert(copyOf(name));
     }
-    void endEdit(const std::string& name)
+    void endEdit(const std::string& name, bool succeeded = true)
     {
         editor.beingWritten.erase(copyOf(name));
-        batch.editWritten();
+        batch.editWritten(succeeded);
     }
 
     headless::Desktop desktop;
@@ -332,9 +332,11 @@ TEST_F(ScreenshotBatchTest, LosesNoScreenshotThatIsRenamedBeforeTheToolHasReadIt
     accept("Screenshot 1.png");
     rename("Screenshot 1.png", "Screenshot of a bug.png");
     accept("Screenshot of a bug.png");
+    batch.handlePaste();
     desktop.dispatch.runUntilIdle();
-    EXPECT_EQ(batch.urls(), Paths{copyOf("Screenshot of a bug.png")});
+    EXPECT_EQ(pasted, std::vector<Paths>{{copyOf("Screenshot of a bug.png")}});
     EXPECT_EQ(batch.compressing(), 0);
+    EXPECT_THAT(views.messages(), testing::Not(testing::Contains(testing::HasSubstr("skipped"))));
 }
 
 TEST_F(ScreenshotBatchTest, LosesNoScreenshotWhoseNewNameIsReportedAfterTheOldOneFailed)
@@ -672,6 +674,22 @@ TEST_F(ScreenshotBatchTest, FiresNoPasteAfterAnEditThatWasHeldForACompressionAlo
     desktop.dispatch.runUntilIdle();
     endEdit("Screenshot 1.png");
     EXPECT_THAT(pasted, IsEmpty());
+}
+
+// The file then shows what the edit was to hide.
+TEST_F(ScreenshotBatchTest, DropsAPasteThatWaitedForAnEditThatFails)
+{
+    take("Screenshot 1.png");
+    beginEdit("Screenshot 1.png");
+    batch.handlePaste();
+    endEdit("Screenshot 1.png", false);
+    EXPECT_TRUE(pasted.empty());
+    EXPECT_TRUE(desktop.pasteboard.files.empty());
+    desktop.dispatch.runUntilIdle();
+    EXPECT_EQ(views.messages().back(), "Compression failed — screenshot skipped");
+
+    take("Screenshot 2.png");
+    EXPECT_TRUE(pasted.empty()) << "the dropped paste is not fired later";
 }
 
 TEST_F(ScreenshotBatchTest, FiresOnePasteForTwoPressesDuringAnEdit)
