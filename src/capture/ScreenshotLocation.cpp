@@ -16,6 +16,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
+constexpr int questionsBetweenLookups = 60; // half a minute of the location poll
+
 // The folder inside another one that a text names, whatever slashes it begins with.
 fs::path below(const fs::path& folder, const fs::path& text)
 {
@@ -68,13 +70,15 @@ std::optional<fs::path> ScreenshotLocation::preferredFolder() const
     return home ? std::optional(below(*home, text.substr(end))) : std::nullopt;
 }
 
-// This question is asked twice a second, and the answer may come over a network.
+// This question is asked twice a second, and the answer may come over a network, which may not be
+// there yet: who was not found is looked up again after a while.
 std::optional<fs::path> ScreenshotLocation::homeOf(const std::string& user) const
 {
     if (user.empty())
         return fileSystem.homeFolder();
-    if (!lastUser || lastUser->name != user)
-        lastUser = User{user, fileSystem.homeFolderOf(user)};
+    const bool isKnown = lastUser && lastUser->name == user;
+    if (!isKnown || (!lastUser->home && lastUser->questionsLeft-- == 0))
+        lastUser = User{user, fileSystem.homeFolderOf(user), questionsBetweenLookups};
     return lastUser->home;
 }
 

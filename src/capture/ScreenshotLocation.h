@@ -33,6 +33,7 @@ private:
     struct User {
         std::string name;
         std::optional<std::filesystem::path> home;
+        int questionsLeft = 0; // until one who was not found is looked up anew
     };
 
     std::optional<std::filesystem::path> preferredFolder() const;

@@ -119,6 +119,17 @@ TEST_F(ScreenshotLocationTest, AsksForTheHomeOfAUserOnce)
     EXPECT_EQ(folderFor("~v"), "/home/v");
 }
 
+// The bug: a user whom the directory service did not know yet was unknown until the next start.
+TEST_F(ScreenshotLocationTest, FindsAUserWhoIsKnownOnlyLater)
+{
+    EXPECT_EQ(folderFor("~w/Shots"), "/home/u/Desktop");
+    desktop.files.homes["w"] = "/home/w";
+    for (int question = 0; question < 100; ++question)
+        folderFor("~w/Shots");
+    EXPECT_EQ(folderFor("~w/Shots"), "/home/w/Shots");
+    EXPECT_EQ(desktop.files.homesAskedFor, 2);
+}
+
 TEST_F(ScreenshotLocationTest, AsksTheDesktopWhereThePreferencesNameNoFolder)
 {
     desktop.settings.screenshotFolder = [] { return "/home/u/Pictures/Screenshots"; };
