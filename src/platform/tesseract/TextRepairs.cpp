@@ -54,7 +54,8 @@ const std::vector<Repair>& repairs()
 // An f between hexadecimal digits; before them it is an amount unless a letter follows.
 void repairHexadecimals(std::string& line)
 {
-    static const std::regex inside(R"(([0-9A-Fa-fx])£(?=[0-9A-Fa-f£]|[^A-Za-z]|$))");
+    static const std::regex inside(
+        R"(((?:0[xX]|#|[a-fA-F])[0-9A-Fa-f]*)£(?=[0-9A-Fa-f£]|[^A-Za-z]|$))");
     static const std::regex first(R"((^|[^0-9A-Za-z£])£(?=[0-9]*[a-f][0-9a-f]{3}))");
     for (std::string before; before != line;) {
         before = line;
