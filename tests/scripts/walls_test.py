@@ -119,6 +119,21 @@ class WallsTest(unittest.TestCase):
         self.told("src/app/HitTest.cpp", '#include <gtest/gtest.h>\n#include "capture/Compressor.h"\n',
                   "not for app/")
 
+    def test_a_source_that_a_test_lists_too_still_ships(self):
+        found = self.found({
+            "src/app/CMakeLists.txt": SOUND["src/app/CMakeLists.txt"]
+            + "tallowbay_test(app SOURCES Batch.cpp DEPENDS tallowbay::app)\n",
+            "src/app/Batch.cpp": '#include "capture/Compressor.h"\n#include <QWidget>\n'})
+        self.assertEqual(len(found), 1, found)
+
+    def test_a_path_that_climbs_fails(self):
+        self.told("src/app/Up.h", '#include "capture/../app/Batch.h"\n', "climbs")
+
+    def test_every_kind_of_header_is_read(self):
+        for suffix in ("hpp", "inl", "inc"):
+            with self.subTest(suffix=suffix):
+                self.told(f"src/app/Up.{suffix}", "#include <QWidget>\n", "not for app/")
+
     def test_an_include_of_nothing_fails(self):
         self.told("src/capture/Lost.h", '#include "capture/Gone.h"\n', "no such file")
 
