@@ -13,16 +13,14 @@ struct ToastContent;
 //
 // A window consists of three classes.
 //
-//  1. Its logic (OnboardingWindow) owns the state and decides everything: what is shown and
-//  enabled,
-//     what a key does, what fades to what over how long. It links no toolkit and is tested without.
-//  2. Its port (OnboardingPort), abstract and beside the logic, has the few things that the logic
-//     asks of its view: to come to the front, to look again, to fade. What there is to see is not
-//     among them; the view asks the logic for that.
-//  3. Its view (views/onboarding/OnboardingView), in the folder of the logic's name, is the port.
-//  It
-//     holds a reference to the logic, shows what the logic's questions answer, and forwards what
-//     the user does. It has no branch worth a test of its own, and a name for every control.
+// * Its logic (OnboardingWindow) owns the state and decides everything: what is shown and enabled,
+//   what a key does, what fades to what over how long. It links no toolkit, is tested without one.
+// * Its port (OnboardingPort), abstract and beside the logic, has the few things that this asks of
+//   its view: to come to the front, to look again, to fade. What there is to see is not among them;
+//   the view asks the logic for that.
+// * Its view (views/onboarding/OnboardingView), in the folder of the logic's name, is the port. It
+//   holds a reference to the logic, shows what the logic's questions answer, and forwards what the
+//   user does. It has no branch worth a test of its own, and a name for every control.
 //
 // The logic gets its view from here while it is constructed, and owns it. Its fields stand in the
 // order state, view, parts: the view may ask for the state at once, and reports only later. A
