@@ -20,6 +20,10 @@ struct DesktopSettings {
 
     // Prefixes, beside the system's own, by which the desktop's tools name their screenshots.
     std::vector<std::string> screenshotNamePrefixes;
+
+    // How these names hold the time, beside the system's own spelling: regular expressions
+    // (ECMAScript) with five groups, which are year, month, day, hour and minute.
+    std::vector<std::string> screenshotNameDates;
 };
 
 } // namespace tallowbay

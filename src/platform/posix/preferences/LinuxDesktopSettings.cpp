@@ -58,6 +58,15 @@ std::vector<std::string> namePrefixes()
     return prefixes;
 }
 
+// "2026-01-05 10-31-12" (GNOME, MATE), "2026-01-05_10-31-12" (Xfce) and "2026-01-05_10-31"
+// (Flameshot); "20260105_103112" (Spectacle) and "20260105-103112" (ksnip).
+std::vector<std::string> nameDates()
+{
+    return {
+        R"((\d{4})-(\d{2})-(\d{2})[ _](\d{2})[-.:](\d{2})(?!\d))",
+        R"((\d{4})(\d{2})(\d{2})[_-](\d{2})(\d{2})\d{2}(?!\d))"};
+}
+
 // Those of the session's language first.
 std::vector<fs::path> screenshotFolders(const fs::path& pictures, const std::string& language)
 {
@@ -128,7 +137,7 @@ LinuxDesktopSettings::LinuxDesktopSettings(Dispatch& dispatch, SessionSurroundin
 
 DesktopSettings LinuxDesktopSettings::settings()
 {
-    return {[this] { return screenshotFolder(); }, namePrefixes()};
+    return {[this] { return screenshotFolder(); }, namePrefixes(), nameDates()};
 }
 
 bool LinuxDesktopSettings::runs(std::string_view desktop) const

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <fstream>
 #include <map>
+#include <regex>
 
 namespace tallowbay::posix {
 
@@ -69,6 +70,29 @@ TEST_F(LinuxDesktopSettingsTest, SaysNothingOfAnUnknownDesktop)
          {std::vector<std::string>{}, std::vector<std::string>{"sway"}, {"LXQt"}}) {
         start(desktops);
         EXPECT_EQ(folder(), std::nullopt);
+    }
+}
+
+TEST_F(LinuxDesktopSettingsTest, KnowsWhereTheNamesOfTheToolsHoldTheTime)
+{
+    start({});
+    for (const char* name : {
+             "Screenshot from 2026-01-05 10-31-12.png", // GNOME
+             "Screenshot From 2026-01-05 10-31-12.png",
+             "Screenshot at 2026-01-05 10-31-12.png", // MATE
+             "Screenshot_2026-01-05_10-31-12.png", // Xfce
+             "Screenshot_20260105_103112.png", // Spectacle
+             "2026-01-05_10-31.png", // Flameshot
+             "ksnip_20260105-103112.png",
+         }) {
+        std::smatch found;
+        const std::string text = name;
+        for (const std::string& pattern : settings.screenshotNameDates)
+            if (found.empty())
+                std::regex_search(text, found, std::regex(pattern));
+        ASSERT_EQ(found.size(), 6u) << name;
+        EXPECT_EQ(found.str(1) + found.str(2) + found.str(3), "20260105") << name;
+        EXPECT_EQ(found.str(4) + found.str(5), "1031") << name;
     }
 }
 

@@ -1,0 +1,120 @@
+#include "editor/strip/SessionStore.h"
+
+#include "capture/ProductFolder.h"
+#include "platform/Console.h"
+#include "platform/FileSystem.h"
+
+#include <nlohmann/json.hpp>
+
+namespace tallowbay {
+
+namespace {
+
+using nlohmann::json;
+using Item = SessionStore::Item;
+namespace fs = std::filesystem;
+
+// The deepest that anything stands in a file of ours: a byte of an item's exact path.
+constexpr int deepest = 4;
+
+// A name may hold bytes that are no text, which JSON cannot. Such a path is written twice: as text
+// with its odd bytes replaced, for whoever else reads the file, and byte by byte, for us.
+constexpr const char* exactPathKey = "urlBytes";
+
+bool isText(const std::string& bytes)
+{
+    try {
+        (void)json(bytes).dump();
+        return true;
+    } catch (const json::type_error&) {
+        return false;
+    }
+}
+
+std::string asText(const std::string& bytes)
+{
+    const std::string quoted = json(bytes).dump(-1, ' ', false, json::error_handler_t::replace);
+    return json::parse(quoted).get<std::string>();
+}
+
+json toJson(const Item& item)
+{
+    if (!item.path)
+        return {{"type", "divider"}};
+    const std::string& path = item.path->native();
+    json image = {{"type", "image"}, {"url", asText(path)}, {"checked", item.checked}};
+    if (!isText(path))
+        image[exactPathKey] = std::vector<std::uint8_t>(path.begin(), path.end());
+    return image;
+}
+
+fs::path pathOf(const json& image)
+{
+    const std::string text = image.at("url").get<std::string>();
+    const auto exact = image.find(exactPathKey);
+    if (exact == image.end())
+        return text;
+    std::string bytes;
+    for (const json& byte : *exact)
+        bytes.push_back(static_cast<char>(byte.get<std::uint8_t>()));
+    return bytes;
+}
+
+// Throws what the library throws for a member that is missing or of another type.
+Item fromJson(const json& item)
+{
+    if (item.at("type").get<std::string>() == "divider")
+        return {};
+    const auto checked = item.find("checked");
+    return {pathOf(item), checked == item.end() || checked->get<bool>()};
+}
+
+// What stands deeper than anything of ours is dropped while it is read.
+json parse(const std::string& text)
+{
+    return json::parse(
+        text, [](int depth, json::parse_event_t, json&) { return depth <= deepest; });
+}
+
+} // namespace
+
+fs::path SessionStore::file(const FileSystem& fileSystem)
+{
+    return ssOptimizeDir(fileSystem) / "session.json";
+}
+
+void SessionStore::save(FileSystem& fileSystem, Console& console, const std::vector<Item>& items)
+{
+    json list = json::array();
+    for (const Item& item : items)
+        list.push_back(toJson(item));
+    const fs::path folder = ssOptimizeDir(fileSystem);
+    if (!fileSystem.createFolders(folder))
+        console.line("Session save failed: the folder " + folder.string() + " cannot be made");
+    else if (!fileSystem.writeAtomically(file(fileSystem), json{{"items", list}}.dump()))
+        console.line("Session save failed: " + file(fileSystem).string() + " cannot be written");
+}
+
+std::optional<std::vector<Item>> SessionStore::load(const FileSystem& fileSystem)
+try {
+    const auto size = fileSystem.size(file(fileSystem));
+    if (!size || *size > largestFile)
+        return std::nullopt;
+    const auto text = fileSystem.read(file(fileSystem));
+    if (!text)
+        return std::nullopt;
+    std::vector<Item> items;
+    const json session = parse(*text);
+    for (const json& item : session.at("items").get_ref<const json::array_t&>())
+        items.push_back(fromJson(item));
+    return items;
+} catch (const json::exception&) {
+    return std::nullopt;
+}
+
+void SessionStore::clear(FileSystem& fileSystem)
+{
+    fileSystem.remove(file(fileSystem));
+}
+
+} // namespace tallowbay
