@@ -15,8 +15,8 @@
 #include "platform/qt/QtApplication.h"
 #include "platform/qt/QtDispatch.h"
 #include "platform/qt/QtScreens.h"
-#include "platform/qt/graphics/QtImageCodec.h"
 #include "platform/qt/graphics/GraphicsFonts.h"
+#include "platform/qt/graphics/QtImageCodec.h"
 #include "platform/qt/update/AppcastUpdater.h"
 #include "platform/tesseract/TesseractRecognizer.h"
 

@@ -30,8 +30,7 @@ public:
 
     // How often each thing has come about, so that a test can tell that it tested something.
     struct Tally {
-        int added = 0, moved = 0, deleted = 0, undone = 0, redone = 0, switched = 0,
-            resized = 0;
+        int added = 0, moved = 0, deleted = 0, undone = 0, redone = 0, switched = 0, resized = 0;
     };
     Tally tally;
 
