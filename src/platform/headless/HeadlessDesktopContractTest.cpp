@@ -48,8 +48,8 @@ struct VirtualClockBackend {
     WallTime dateOfNewFile()
     {
         desktop.files.createFolders("/work");
-        desktop.files.create("/work/new");
-        return desktop.files.creationDate("/work/new").value();
+        desktop.files.create("/home/u/new");
+        return desktop.files.creationDate("/home/u/new").value();
     }
 };
 
