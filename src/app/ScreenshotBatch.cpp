@@ -151,6 +151,7 @@ void ScreenshotBatch::editWritten(bool succeeded)
 {
     if (!succeeded && pasteAwaitsWrite) {
         forgetClipboard();
+        pasteQueued = false; // no compression that is under way may fire it either
         toasts.show("Compression failed — screenshot skipped");
         return;
     }

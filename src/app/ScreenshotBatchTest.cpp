@@ -692,6 +692,17 @@ TEST_F(ScreenshotBatchTest, DropsAPasteThatWaitedForAnEditThatFails)
     EXPECT_TRUE(pasted.empty()) << "the dropped paste is not fired later";
 }
 
+TEST_F(ScreenshotBatchTest, DropsAPasteForAFailedEditAlsoDuringACompression)
+{
+    take("Screenshot 1.png");
+    beginEdit("Screenshot 1.png");
+    batch.handlePaste();
+    accept("Screenshot 2.png");
+    endEdit("Screenshot 1.png", false);
+    desktop.dispatch.runUntilIdle();
+    EXPECT_TRUE(pasted.empty());
+}
+
 TEST_F(ScreenshotBatchTest, FiresOnePasteForTwoPressesDuringAnEdit)
 {
     take("Screenshot 1.png");
