@@ -10,7 +10,7 @@ SessionEnvironment SessionEnvironment::ofProcess()
 {
     return {
         environmentText("TALLOWBAY_DESKTOP"), environmentText("DISPLAY"),
-        environmentText("WAYLAND_DISPLAY"), environmentText("XDG_SESSION_TYPE")};
+        environmentText("WAYLAND_DISPLAY")};
 }
 
 std::variant<DesktopKind, std::string> chooseDesktop(const SessionEnvironment& session)

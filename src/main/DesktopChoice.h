@@ -14,11 +14,8 @@ struct SessionEnvironment {
     std::optional<std::string> forced; // TALLOWBAY_DESKTOP, by which the user decides
     std::optional<std::string> display; // DISPLAY
     std::optional<std::string> waylandDisplay; // WAYLAND_DISPLAY
-    std::optional<std::string> sessionType; // XDG_SESSION_TYPE
 
     static SessionEnvironment ofProcess();
-
-    bool isWayland() const { return waylandDisplay || sessionType == "wayland"; }
 };
 
 // Which desktop to run on, or why there is none, in one sentence for people. Whether the display

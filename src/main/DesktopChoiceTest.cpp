@@ -58,19 +58,5 @@ TEST(DesktopChoiceTest, ForcingX11DoesNotMakeADisplay)
     EXPECT_THAT(chooseDesktop(session), VariantWith<std::string>(HasSubstr("DISPLAY")));
 }
 
-TEST(DesktopChoiceTest, KnowsAWaylandSessionByItsDisplayOrItsType)
-{
-    SessionEnvironment session;
-    EXPECT_FALSE(session.isWayland());
-    session.sessionType = "x11";
-    EXPECT_FALSE(session.isWayland());
-    session.sessionType = "wayland";
-    EXPECT_TRUE(session.isWayland());
-
-    SessionEnvironment withDisplay;
-    withDisplay.waylandDisplay = "wayland-1";
-    EXPECT_TRUE(withDisplay.isWayland());
-}
-
 } // namespace
 } // namespace tallowbay

@@ -1,6 +1,7 @@
 #include "main/Session.h"
 
 #include "platform/posix/Environment.h"
+#include "platform/x11/Xwayland.h"
 
 #include <filesystem>
 #include <memory>
@@ -14,26 +15,26 @@ using posix::environmentText;
 
 namespace {
 
-bool xServerAnswers()
+using XConnection = std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)>;
+
+XConnection connectToXServer()
 {
-    const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection(
-        xcb_connect(nullptr, nullptr), &xcb_disconnect);
-    return xcb_connection_has_error(connection.get()) == 0;
+    return {xcb_connect(nullptr, nullptr), &xcb_disconnect};
 }
 
 } // namespace
 
 std::optional<std::string> displayProblem(DesktopKind)
 {
-    if (xServerAnswers())
+    if (xcb_connection_has_error(connectToXServer().get()) == 0)
         return std::nullopt;
     return "the display " + environmentText("DISPLAY").value_or("")
         + " cannot be reached: no X server answers there, or it lets nobody in";
 }
 
-std::optional<std::string> sessionLimits(const SessionEnvironment& session)
+std::optional<std::string> sessionLimits(DesktopKind)
 {
-    if (!session.isWayland())
+    if (!x11::isWaylandSession(connectToXServer().get()))
         return std::nullopt;
     return "this is a Wayland session: pastes are not seen in it, so a batch ends only when it is "
            "cleared";

@@ -13,7 +13,7 @@ namespace tallowbay {
 std::optional<std::string> displayProblem(DesktopKind);
 
 // What does not work here although the program runs, in one sentence; empty where everything does.
-std::optional<std::string> sessionLimits(const SessionEnvironment&);
+std::optional<std::string> sessionLimits(DesktopKind);
 
 // Whether a message bus belongs to the session. Asking the bus library itself would start one.
 bool hasSessionBus();

@@ -1,7 +1,7 @@
 #include "main/X11Desktop.h"
 
-#include "platform/posix/Environment.h"
 #include "platform/qt/X11Connection.h"
+#include "platform/x11/Xwayland.h"
 
 #include <QCoreApplication>
 
@@ -35,7 +35,7 @@ X11Desktop::X11Desktop()
     , keyTap(*session, keyboard)
     , keyPoster(*session, keyboard)
     , hotkeys(*session, shared.dispatch)
-    , permissions(*session, posix::environmentIsWayland())
+    , permissions(*session, x11::isWaylandSession(session->connection()))
     , windowSystem(toolkitConnection())
     , embeddingTray(toolkitConnection())
 {

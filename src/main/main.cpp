@@ -131,7 +131,7 @@ int startProgram(DesktopKind kind, char* programName, std::optional<Command> com
     SingleInstance instance(instanceLockFile());
     if (instance.acquire(busExists) == SingleInstance::Result::another)
         endAtOnce(handOver(command, busExists));
-    if (const auto limits = sessionLimits(SessionEnvironment::ofProcess()))
+    if (const auto limits = sessionLimits(kind))
         tell(*limits);
     return runDesktop(kind, remoteControl, command);
 }

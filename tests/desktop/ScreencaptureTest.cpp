@@ -301,6 +301,14 @@ TEST_F(ScreencaptureTest, SaysThatAWaylandSessionHidesItsScreen)
     EXPECT_TRUE(QDir(folder.path()).isEmpty(QDir::AllEntries | QDir::NoDotAndDotDot));
 }
 
+// As in a window of a Wayland session.
+TEST_F(ScreencaptureTest, CapturesAnXServerThatTheUserHasDecidedFor)
+{
+    for (const char* sign : {"WAYLAND_DISPLAY=wayland-0", "XDG_SESSION_TYPE=wayland"})
+        run({"env", sign, "TALLOWBAY_DESKTOP=x11", SCREENCAPTURE, path("whole.png")});
+    EXPECT_EQ(QImage(QString::fromStdString(path("whole.png"))), wholeScreen());
+}
+
 TEST_F(ScreencaptureTest, SaysThatThereIsNoDisplay)
 {
     const Finished result = server.run({"env", "-u", "DISPLAY", SCREENCAPTURE, path("whole.png")});

@@ -8,7 +8,6 @@
 
 #include "libexec/screencapture/FrozenDesktop.h"
 #include "libexec/screencapture/SelectionOverlay.h"
-#include "platform/posix/Environment.h"
 #include "platform/posix/files/PrivateFile.h"
 #include "platform/x11/Xwayland.h"
 
@@ -72,13 +71,9 @@ Session Session::ofEnvironment()
 {
     const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection(
         xcb_connect(nullptr, nullptr), &xcb_disconnect);
-    Session session{
-        xcb_connection_has_error(connection.get()) == 0, tallowbay::posix::environmentIsWayland()};
-    if (session.hasDisplay && !session.isWayland) {
-        const auto screen = xcb_setup_roots_iterator(xcb_get_setup(connection.get()));
-        session.isWayland = tallowbay::x11::isXwayland(connection.get(), screen.data->root);
-    }
-    return session;
+    return {
+        xcb_connection_has_error(connection.get()) == 0,
+        tallowbay::x11::isWaylandSession(connection.get())};
 }
 
 int write(const QImage& image, const std::string& path)

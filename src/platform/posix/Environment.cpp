@@ -44,6 +44,8 @@ std::optional<std::filesystem::path> environmentFolder(const char* variable)
 
 bool environmentIsWayland()
 {
+    if (environmentText("TALLOWBAY_DESKTOP") == "x11")
+        return false;
     return environmentText("WAYLAND_DISPLAY") || environmentText("XDG_SESSION_TYPE") == "wayland";
 }
 

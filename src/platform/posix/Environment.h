@@ -16,7 +16,8 @@ std::optional<std::string> environmentText(const char* variable);
 // the desktop's base folders.
 std::optional<std::filesystem::path> environmentFolder(const char* variable);
 
-// Whether the session is a Wayland session, also where it has an X server beside it.
+// Whether the session is a Wayland session, also where it has an X server beside it. Not where the
+// user has decided for X11 (TALLOWBAY_DESKTOP), as for an X server in a window of such a session.
 bool environmentIsWayland();
 
 // $HOME, else what the user database says, else the root folder.

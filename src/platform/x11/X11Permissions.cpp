@@ -1,7 +1,5 @@
 #include "platform/x11/X11Permissions.h"
 
-#include "platform/x11/Xwayland.h"
-
 #include <string>
 #include <utility>
 
@@ -19,7 +17,7 @@ X11Permissions::X11Permissions(X11Session& session, bool waylandSession)
     : keys{Permission::State::granted, {}}
     , screen{Permission::State::granted, {}}
 {
-    if (waylandSession || isXwayland(session.connection(), session.root())) {
+    if (waylandSession) {
         keys = unavailable("A Wayland session shows no program the keys of the others");
         screen = unavailable("A Wayland session hides its screen from programs");
     } else if (!session.seesKeys()) {

@@ -9,7 +9,6 @@ namespace tallowbay::x11 {
 // everything and does nothing of it for the other programs of the session.
 class X11Permissions : public Permissions {
 public:
-    // Told what the environment says of the session; the server is asked besides.
     X11Permissions(X11Session&, bool waylandSession);
 
     Permission accessibility() const override { return keys; }

@@ -22,7 +22,7 @@ struct X11PermissionsBackend {
             options.extraArguments = {"-extension", "XTEST"};
         desktop.emplace(std::make_unique<test::XServer>(options));
         const bool wayland = kind == contract::SessionKind::nothing;
-        return made.emplace(*desktop->session, wayland ? "wayland-0" : nullptr);
+        return made.emplace(*desktop->session, wayland);
     }
 };
 

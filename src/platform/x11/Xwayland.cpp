@@ -1,5 +1,6 @@
 #include "platform/x11/Xwayland.h"
 
+#include "platform/posix/Environment.h"
 #include "platform/x11/X11Event.h"
 
 #include <cstddef>
@@ -31,8 +32,6 @@ std::string outputName(xcb_connection_t* connection, xcb_randr_output_t output)
         std::size_t(xcb_randr_get_output_info_name_length(info.get()))};
 }
 
-} // namespace
-
 // Newer ones have an extension of that name, older ones outputs.
 bool isXwayland(xcb_connection_t* connection, xcb_window_t root)
 {
@@ -46,6 +45,17 @@ bool isXwayland(xcb_connection_t* connection, xcb_window_t root)
         return false;
     const auto* outputs = xcb_randr_get_screen_resources_current_outputs(screen.get());
     return outputName(connection, outputs[0]).starts_with("XWAYLAND");
+}
+
+} // namespace
+
+bool isWaylandSession(xcb_connection_t* connection)
+{
+    if (posix::environmentIsWayland())
+        return true;
+    if (!connection || xcb_connection_has_error(connection) != 0)
+        return false;
+    return isXwayland(connection, xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root);
 }
 
 } // namespace tallowbay::x11

@@ -4,10 +4,13 @@
 
 namespace tallowbay::x11 {
 
-// Whether the server is the one of a Wayland session. It grants everything an X server does, and
-// does it for X programs alone: the screen that it shows is black where others draw.
+// Whether the display is the X side of a Wayland session, as the environment says or the server
+// itself. Such a server grants everything an X server does, and does it for X programs alone: the
+// screen that it shows is black where others draw. A user who decides for X11 is believed against
+// the environment, but not against the server.
 //
-// Thread: any; some round trips.
-bool isXwayland(xcb_connection_t*, xcb_window_t root);
+// Of a connection that has failed, or of none, the environment alone is asked. Thread: any; some
+// round trips.
+bool isWaylandSession(xcb_connection_t*);
 
 } // namespace tallowbay::x11

@@ -236,6 +236,18 @@ TEST_P(WaylandTextExtractionTest, ShowsTheReasonAndStartsNoSelection)
     EXPECT_TRUE(program.running());
 }
 
+// As in a window of a Wayland session.
+TEST_P(WaylandTextExtractionTest, StartsOnAnXServerThatTheUserHasDecidedFor)
+{
+    ChildProcess program(
+        {"env", GetParam(), "TALLOWBAY_DESKTOP=x11", TALLOWBAY_PROGRAM}, environment());
+    EXPECT_TRUE(waitUntil([&] {
+        server.run({"xdotool", "key", "ctrl+shift+x"});
+        return rival.desktopIsCovered();
+    })) << program.errors();
+    EXPECT_EQ(program.errors(), "");
+}
+
 INSTANTIATE_TEST_SUITE_P(
     BySign, WaylandTextExtractionTest,
     testing::Values("WAYLAND_DISPLAY=wayland-0", "XDG_SESSION_TYPE=wayland"));

@@ -346,6 +346,7 @@ TEST_F(EnvironmentTest, NamesTheHomeOfTheUserDatabaseWhereThereIsNoOther)
 
 TEST_F(EnvironmentTest, KnowsAWaylandSessionByItsDisplayOrItsType)
 {
+    set("TALLOWBAY_DESKTOP", nullptr);
     set("WAYLAND_DISPLAY", nullptr);
     set("XDG_SESSION_TYPE", "x11");
     EXPECT_FALSE(environmentIsWayland());
@@ -354,6 +355,16 @@ TEST_F(EnvironmentTest, KnowsAWaylandSessionByItsDisplayOrItsType)
     set("XDG_SESSION_TYPE", nullptr);
     EXPECT_FALSE(environmentIsWayland());
     set("WAYLAND_DISPLAY", "wayland-0");
+    EXPECT_TRUE(environmentIsWayland());
+}
+
+TEST_F(EnvironmentTest, LetsTheUserDecideForX11)
+{
+    set("WAYLAND_DISPLAY", "wayland-0");
+    set("XDG_SESSION_TYPE", "wayland");
+    set("TALLOWBAY_DESKTOP", "x11");
+    EXPECT_FALSE(environmentIsWayland());
+    set("TALLOWBAY_DESKTOP", "");
     EXPECT_TRUE(environmentIsWayland());
 }
 
