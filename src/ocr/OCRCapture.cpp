@@ -1,6 +1,7 @@
 #include "ocr/OCRCapture.h"
 
 #include "platform/Clock.h"
+#include "platform/Console.h"
 #include "platform/Dispatch.h"
 #include "platform/FileSystem.h"
 #include "platform/ImageCodec.h"
@@ -62,8 +63,10 @@ void OCRCapture::captureAndRecognize(const Platform& platform, const Completion&
             platform.fileSystem.remove(*folder);
         platform.dispatch.mainAsync([completion, text] { completion(text); });
     };
-    if (!folder)
+    if (!folder) {
+        platform.console.line("Text extraction failed: no folder can be made for the capture");
         return finish(std::nullopt);
+    }
     const fs::path file = *folder / captureName(platform.clock);
     if (platform.processes.run(platform.tools.screencapture, {"-i", file})
         && platform.fileSystem.exists(file))

@@ -203,6 +203,17 @@ TEST_F(OCRCaptureTest, CapturesNothingWithoutAFolderOfItsOwn)
     desktop.files.makeReadOnly("/tmp");
     EXPECT_EQ(result(), std::nullopt);
     EXPECT_THAT(desktop.processes.journal, IsEmpty());
+    EXPECT_THAT(
+        desktop.console.lines,
+        ElementsAre("Text extraction failed: no folder can be made for the capture"));
+}
+
+TEST_F(OCRCaptureTest, SaysNothingOfACaptureThatTheUserCancels)
+{
+    captured = std::nullopt;
+    exitStatus = 1;
+    result();
+    EXPECT_THAT(desktop.console.lines, IsEmpty());
 }
 
 TEST_F(OCRCaptureTest, CompletesEvenIfTheFileCannotBeRemoved)
