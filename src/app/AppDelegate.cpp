@@ -114,26 +114,29 @@ CommandResult AppDelegate::perform(Command command)
         || command == Command::quit; // and the menu is there from the start
     if (!inMenu && !mainFeaturesStarted)
         return CommandResult::setupFirst;
-    carryOut(command);
-    return CommandResult::done;
+    return carryOut(command);
 }
 
-void AppDelegate::carryOut(Command command)
+CommandResult AppDelegate::carryOut(Command command)
 {
     switch (command) {
     case Command::ocr:
-        return triggerOCR();
+        return ocrTrigger.triggerOCR() ? CommandResult::done : CommandResult::screenHidden;
     case Command::undo:
-        return screenshotBatch.undoLastScreenshot();
+        screenshotBatch.undoLastScreenshot();
+        break;
     case Command::clear:
-        return screenshotBatch.clearAllScreenshots();
+        screenshotBatch.clearAllScreenshots();
+        break;
     case Command::quit:
-        return platform.application.terminate();
+        platform.application.terminate();
+        break;
     case Command::open:
     case Command::settings:
     case Command::about:
-        return;
+        break;
     }
+    return CommandResult::done;
 }
 
 HotkeyCenter::Actions AppDelegate::hotkeyActions()

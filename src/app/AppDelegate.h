@@ -44,9 +44,6 @@ public:
     // Starts the pipeline; a second call does nothing.
     void startMainFeatures();
 
-    // Extracts the text of a region that the user selects.
-    void triggerOCR() { ocrTrigger.triggerOCR(); }
-
     // Does what others ask for.
     CommandResult perform(Command);
 
@@ -59,7 +56,7 @@ public:
 private:
     void showSetupFlow();
     bool onboardingVisible() const { return onboardingWindow && onboardingWindow->visible(); }
-    void carryOut(Command);
+    CommandResult carryOut(Command);
     HotkeyCenter::Actions hotkeyActions();
     void forgetExpired(const AutomaticCleanup::Paths&);
     Menu makeMenu();

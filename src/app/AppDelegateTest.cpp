@@ -303,6 +303,14 @@ TEST_F(AppDelegateTest, SaysWhichCommandsItLacks)
     EXPECT_EQ(app->perform(Command::undo), CommandResult::done);
 }
 
+TEST_F(AppDelegateTest, SaysThatTheSessionHidesItsScreenFromTheExtractionOfText)
+{
+    desktop.permissions.refuseScreen(Permission::State::unavailable);
+    launch();
+    EXPECT_EQ(app->perform(Command::ocr), CommandResult::screenHidden);
+    EXPECT_EQ(desktop.dispatch.backgroundCount(), 0u);
+}
+
 TEST_F(AppDelegateTest, DoesDuringTheSetupWhatItsMenuDoes)
 {
     launch(false);

@@ -36,6 +36,9 @@ std::string problemOf(Command command, CommandResult result)
         return "'" + std::string(nameOf(command)) + "' is not available in this version";
     case CommandResult::setupFirst:
         return "'" + std::string(nameOf(command)) + "' works once the setup is done";
+    case CommandResult::screenHidden:
+        return "'" + std::string(nameOf(command))
+            + "' does not work here: this session hides its screen from programs";
     case CommandResult::done:
         break;
     }

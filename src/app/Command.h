@@ -26,6 +26,7 @@ enum class CommandResult {
     done,
     unavailable, // the program lacks the feature
     setupFirst, // not before the user is through the setup
+    screenHidden, // the session lets no program see its screen
 };
 
 // What was wrong, in one sentence for people. Empty if nothing was.

@@ -40,6 +40,9 @@ TEST(CommandTest, SaysWhatWasWrong)
         "'open' is not available in this version");
     EXPECT_EQ(
         problemOf(Command::ocr, CommandResult::setupFirst), "'ocr' works once the setup is done");
+    EXPECT_EQ(
+        problemOf(Command::ocr, CommandResult::screenHidden),
+        "'ocr' does not work here: this session hides its screen from programs");
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "app/ScreenshotBatch.h"
 #include "ocr/OCRCapture.h"
+#include "platform/Console.h"
 #include "platform/Permissions.h"
 #include "ui/ToastGate.h"
 
@@ -14,18 +15,20 @@ OCRTrigger::OCRTrigger(const Platform& platform, ToastGate& toasts, ScreenshotBa
 {
 }
 
-void OCRTrigger::triggerOCR()
+bool OCRTrigger::triggerOCR()
 {
     // A screen that only the user must open up is asked for by the capture itself.
     const Permission screen = platform.permissions.screenRecording();
     if (screen.state == Permission::State::unavailable) {
+        platform.console.line("Text extraction refused: " + screen.reason);
         toasts.show(screen.reason);
-        return;
+        return false;
     }
     batch.beginTextExtraction();
     OCRCapture::run(platform, lifetime.guard([this](const std::optional<std::string>& text) {
         finishOCR(text);
     }));
+    return true;
 }
 
 void OCRTrigger::finishOCR(const std::optional<std::string>& text)

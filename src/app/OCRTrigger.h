@@ -20,9 +20,9 @@ public:
     OCRTrigger(const Platform&, ToastGate&, ScreenshotBatch&);
 
     // Lets the user select a region. Until its text is there, a paste does not end the batch. A
-    // second call starts a second capture. Where the session hides its screen, nothing starts and a
-    // toast says why.
-    void triggerOCR();
+    // second call starts a second capture. False where the session hides its screen: nothing starts
+    // then, and a toast and a line on the console say why.
+    bool triggerOCR();
 
 private:
     void finishOCR(const std::optional<std::string>& text);

@@ -183,24 +183,32 @@ TEST_F(OCRTriggerTest, SaysWhyAndStartsNothingWhereTheSessionHidesItsScreen)
     const std::string reason = desktop.permissions.screenRecording().reason;
     batch.addToClipboard(screenshot);
     const auto count = desktop.pasteboard.changeCount();
-    trigger->triggerOCR();
+    EXPECT_FALSE(trigger->triggerOCR());
     desktop.dispatch.runUntilIdle();
     EXPECT_THAT(desktop.processes.journal, IsEmpty());
     EXPECT_EQ(desktop.pasteboard.changeCount(), count);
     EXPECT_EQ(views.messages().back(), reason);
     EXPECT_TRUE(aPasteEndsTheBatch());
+}
 
-    const auto shown = views.messages().size();
+TEST_F(OCRTriggerTest, SaysOnTheConsoleWhyNothingStartsAlsoToAUserWhoWantsNoToasts)
+{
+    desktop.permissions.refuseScreen(Permission::State::unavailable);
     desktop.defaults.standard().set("toastsDisabled", {true});
-    trigger->triggerOCR();
+    EXPECT_FALSE(trigger->triggerOCR());
     desktop.dispatch.runUntilIdle();
-    EXPECT_EQ(views.messages().size(), shown);
+    EXPECT_THAT(views.toasts, IsEmpty());
+    EXPECT_THAT(
+        desktop.console.lines,
+        ElementsAre("Text extraction refused: " + desktop.permissions.screenRecording().reason));
 }
 
 TEST_F(OCRTriggerTest, StartsWhereTheUserOnlyHasToAgree)
 {
     desktop.permissions.refuseScreen(Permission::State::needsUser);
-    capture("Hello");
+    desktop.textRecognizer.willFindLines({"Hello"});
+    EXPECT_TRUE(trigger->triggerOCR());
+    desktop.dispatch.runUntilIdle();
     EXPECT_EQ(desktop.pasteboard.text, "Hello");
 }
 

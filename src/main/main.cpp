@@ -62,7 +62,7 @@ void introduce(QApplication&)
     QApplication::setWindowIcon(qt::Artwork().icon(QStringLiteral("com.quarnel.tallowbay")));
 }
 
-// False if the program cannot do it at all; if it cannot do it yet, it goes on.
+// False if the program cannot do it at all; if it cannot do it yet, or in this session, it goes on.
 bool performFirst(AppDelegate& delegate, Command command)
 {
     const CommandResult result = delegate.perform(command);

@@ -252,6 +252,22 @@ TEST_F(HotkeysAndCommandsTest, StartsForACommandThatNeedsNoScreenshots)
     EXPECT_EQ(started.wait(), 0) << started.errors();
 }
 
+// It ended with status 0, and only a toast told that nothing happens.
+TEST_F(HotkeysAndCommandsTest, SaysThatAWaylandSessionHidesItsScreenFromTheExtractionOfText)
+{
+    auto wayland = environment();
+    wayland["WAYLAND_DISPLAY"] = "wayland-0";
+    ChildProcess started({TALLOWBAY_PROGRAM}, wayland);
+    ASSERT_TRUE(waitUntil([&] { return command("undo").status == 0; })) << started.errors();
+    const auto refused = run({TALLOWBAY_PROGRAM, "ocr"}, wayland);
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_EQ(
+        refused.errors,
+        "tallowbay: 'ocr' does not work here: this session hides its screen from programs\n");
+    EXPECT_THAT(started.output(), HasSubstr("Text extraction refused: A Wayland session"));
+    EXPECT_TRUE(started.running());
+}
+
 TEST_F(HotkeysAndCommandsTest, SaysThatNothingRunsThatCouldUndo)
 {
     for (const char* verb : {"undo", "clear", "quit"}) {
