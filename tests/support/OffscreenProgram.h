@@ -5,9 +5,9 @@
 #include <chrono>
 #include <functional>
 
-namespace tallowbay::qt {
+namespace tallowbay::test {
 
-// For tests: a program of Qt's on screens that nobody sees, where no window manager matters.
+// A program of Qt's on screens that nobody sees, where no window manager matters.
 class OffscreenProgram {
 public:
     explicit OffscreenProgram(const QByteArray& platform = "offscreen")
@@ -47,4 +47,4 @@ private:
     QApplication application{argumentCount, arguments};
 };
 
-} // namespace tallowbay::qt
+} // namespace tallowbay::test

@@ -1,11 +1,11 @@
 #include "platform/contract/AlertsContract.h"
 #include "platform/contract/ApplicationContract.h"
 #include "platform/contract/ScreensContract.h"
-#include "platform/qt/OffscreenProgram.h"
 #include "platform/qt/QtAlerts.h"
 #include "platform/qt/QtApplication.h"
 #include "platform/qt/QtDispatch.h"
 #include "platform/qt/QtScreens.h"
+#include "support/OffscreenProgram.h"
 
 #include <QDialog>
 #include <QPushButton>
@@ -20,6 +20,7 @@ namespace tallowbay::qt {
 namespace {
 
 using namespace std::chrono_literals;
+using test::OffscreenProgram;
 
 class QtAlertsBackend {
 public:

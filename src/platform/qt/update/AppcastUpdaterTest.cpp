@@ -2,7 +2,7 @@
 
 #include "platform/contract/UpdaterContract.h"
 #include "platform/headless/MemoryUserDefaults.h"
-#include "platform/qt/OffscreenProgram.h"
+#include "support/OffscreenProgram.h"
 
 #include <QPointer>
 #include <QTcpServer>
@@ -15,6 +15,8 @@
 namespace tallowbay::qt {
 
 namespace {
+
+using test::OffscreenProgram;
 
 QByteArray feed(const QByteArray& version)
 {
