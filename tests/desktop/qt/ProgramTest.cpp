@@ -115,6 +115,16 @@ TEST_F(ProgramTest, SaysThatAWaylandSessionNeedsAnXServer)
     EXPECT_THAT(program->errors(), HasSubstr("Xwayland"));
 }
 
+TEST_F(ProgramTest, SaysWhatAWaylandSessionKeepsFromIt)
+{
+    const XServer server;
+    auto wayland = environmentOn(server);
+    wayland["WAYLAND_DISPLAY"] = "wayland-0";
+    const auto program = start({}, wayland);
+    ASSERT_TRUE(runs(*program));
+    EXPECT_THAT(program->errors(), HasSubstr("Wayland session: pastes are not seen"));
+}
+
 TEST_F(ProgramTest, EndsInGoodOrderOnSignals)
 {
     for (int signal : {SIGTERM, SIGINT, SIGHUP}) {
