@@ -10,10 +10,8 @@ Subscription QtAlerts::showWarning(const Alert& alert, Answer answer)
 {
     const QPointer<AlertDialog> dialog = new AlertDialog(AlertDialog::Kind::warning, alert);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
-    // The answer has a copy of its own: it may end the token, and with it the connection.
     QObject::connect(dialog, &QDialog::finished, dialog, [dialog, answer = std::move(answer)] {
-        const Answer answering = answer;
-        answering(dialog->answer());
+        answer(dialog->answer());
     });
     dialog->present();
     return Subscription([dialog] {

@@ -40,9 +40,8 @@ void ToastView::animateAlpha(
     QTimer::singleShot(duration, Qt::PreciseTimer, &widget, [this, to, completion, change] {
         if (change == changes)
             setAlpha(to);
-        const auto done = completion;
-        if (done)
-            done();
+        if (completion)
+            completion();
     });
     animation->start(QAbstractAnimation::DeleteWhenStopped);
 }

@@ -54,10 +54,7 @@ void addRow(QMenu& menu, const MenuItem& item)
         action->setShortcutVisibleInContextMenu(true);
     }
     if (item.action)
-        QObject::connect(action, &QAction::triggered, action, [run = item.action] {
-            const auto running = run; // it may end the menu, and with it this connection
-            running();
-        });
+        QObject::connect(action, &QAction::triggered, action, item.action);
 }
 
 } // namespace
