@@ -51,7 +51,7 @@ struct Color {
     bool operator==(const Color&) const = default;
 };
 
-enum class FontWeight { regular, medium, semibold };
+enum class FontWeight { regular, medium, semibold, bold };
 
 // The system's user-interface font.
 struct Font {

@@ -57,9 +57,11 @@ const char* nameOf(FontWeight weight)
     case FontWeight::medium:
         return "medium";
     case FontWeight::semibold:
+        return "semibold";
+    case FontWeight::bold:
         break;
     }
-    return "semibold";
+    return "bold";
 }
 
 std::ostringstream begin(const char* verb, const Shape& shape)

@@ -24,9 +24,11 @@ QFont::Weight qtWeight(FontWeight weight)
     case FontWeight::medium:
         return QFont::Medium;
     case FontWeight::semibold:
+        return QFont::DemiBold;
+    case FontWeight::bold:
         break;
     }
-    return QFont::DemiBold;
+    return QFont::Bold;
 }
 
 } // namespace
