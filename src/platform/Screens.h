@@ -3,6 +3,7 @@
 #include "base/Geometry.h"
 
 #include <optional>
+#include <vector>
 
 namespace tallowbay {
 
@@ -16,6 +17,12 @@ public:
     // The full frame of the main screen, whose origin is zero by definition; empty while no screen
     // is connected.
     virtual std::optional<Rect> mainFrame() const = 0;
+
+    // The full frames of all screens, in no order that means anything.
+    virtual std::vector<Rect> frames() const = 0;
+
+    // Where the mouse is. Empty where that cannot be told.
+    virtual std::optional<Point> pointer() const = 0;
 };
 
 } // namespace tallowbay

@@ -1,5 +1,6 @@
 #include "platform/qt/QtScreens.h"
 
+#include <QCursor>
 #include <QGuiApplication>
 #include <QScreen>
 
@@ -12,6 +13,32 @@ std::optional<Rect> QtScreens::mainFrame() const
         return std::nullopt;
     const QSizeF size = screen->geometry().size();
     return Rect{{0, 0}, {size.width(), size.height()}};
+}
+
+std::vector<Rect> QtScreens::frames() const
+{
+    std::vector<Rect> frames;
+    const auto main = mainFrame();
+    if (!main)
+        return frames;
+    const QPointF corner = QGuiApplication::primaryScreen()->geometry().topLeft();
+    for (const QScreen* screen : QGuiApplication::screens()) {
+        const QRectF frame = QRectF(screen->geometry()).translated(-corner);
+        frames.push_back(
+            {{frame.x(), main->size.height - frame.y() - frame.height()},
+             {frame.width(), frame.height()}});
+    }
+    return frames;
+}
+
+std::optional<Point> QtScreens::pointer() const
+{
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    if (!screen)
+        return std::nullopt;
+    const QPointF mouse = QCursor::pos() - screen->geometry().topLeft();
+    // A pixel of the screen is the square below its upper edge.
+    return Point{mouse.x(), screen->geometry().height() - mouse.y() - 1};
 }
 
 QRect desktopRect(const Rect& frame)

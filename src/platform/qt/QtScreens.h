@@ -11,6 +11,8 @@ namespace tallowbay::qt {
 class QtScreens final : public Screens {
 public:
     std::optional<Rect> mainFrame() const override;
+    std::vector<Rect> frames() const override;
+    std::optional<Point> pointer() const override;
 };
 
 // Where a frame, whose y grows upwards from the main screen's lower edge, lies on Qt's desktop.
