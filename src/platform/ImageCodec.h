@@ -41,6 +41,13 @@ public:
     // pixels could be made of the rest.
     virtual std::variant<Bitmap, ImageError> decode(std::string_view bytes) const = 0;
 
+    // What decode returns, scaled down with smoothing until it fits into the box, in its own
+    // proportions and at least a pixel on each side; never scaled up. A side of the box below one
+    // counts as one. Takes less time and memory than decode where the format allows. Errors: those
+    // of decode.
+    virtual std::variant<Bitmap, ImageError> decodeThumbnail(
+        std::string_view bytes, PixelSize box) const = 0;
+
     // The size that decode would return, from the file's head alone; the rest may be damaged.
     virtual std::variant<PixelSize, ImageError> pixelSize(std::string_view bytes) const = 0;
 
@@ -60,5 +67,12 @@ public:
 // Errors: those of decode, and unreadable. Thread: any.
 std::variant<Bitmap, ImageError> loadImage(
     const FileSystem&, const ImageCodec&, const std::filesystem::path&);
+
+// The same for a thumbnail.
+std::variant<Bitmap, ImageError> loadThumbnail(
+    const FileSystem&, const ImageCodec&, const std::filesystem::path&, PixelSize box);
+
+// The size of a thumbnail of a picture of that size.
+PixelSize thumbnailSize(PixelSize picture, PixelSize box);
 
 } // namespace tallowbay

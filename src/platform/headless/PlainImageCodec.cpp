@@ -70,6 +70,22 @@ std::variant<Bitmap, ImageError> PlainImageCodec::decode(std::string_view bytes)
     return bitmap;
 }
 
+std::variant<Bitmap, ImageError> PlainImageCodec::decodeThumbnail(
+    std::string_view bytes, PixelSize box) const
+{
+    auto whole = decode(bytes);
+    const auto* picture = std::get_if<Bitmap>(&whole);
+    if (!picture)
+        return whole;
+    Bitmap thumbnail(thumbnailSize(picture->size(), box));
+    const auto [width, height] = thumbnail.size();
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x)
+            thumbnail.row(y)[x] = picture->pixel(
+                x * picture->size().width / width, y * picture->size().height / height);
+    return thumbnail;
+}
+
 std::optional<std::string> PlainImageCodec::encodePng(const Bitmap& bitmap) const
 {
     return failEncoding ? std::nullopt : std::optional(write("PNG", bitmap));

@@ -12,6 +12,7 @@
 #include <cmath>
 #include <cstring>
 #include <new>
+#include <optional>
 
 namespace tallowbay::qt {
 
@@ -39,6 +40,13 @@ public:
     }
 
     QImage read() { return reader.read(); }
+
+    // The size of the picture as it is to be seen.
+    void scaleTo(PixelSize size)
+    {
+        const QSize wanted(size.width, size.height);
+        reader.setScaledSize(swapsSides() ? wanted.transposed() : wanted);
+    }
     bool swapsSides()
     {
         return reader.transformation().testFlag(QImageIOHandler::TransformationRotate90);
@@ -76,6 +84,30 @@ Bitmap bitmapOf(const QImage& image)
     return bitmap;
 }
 
+// Of the size as it is to be seen, or the picture's own.
+std::variant<Bitmap, ImageError> decodeTo(std::optional<PixelSize> size, std::string_view bytes)
+try {
+    if (bytes.size() > imageLimits::fileBytes)
+        return ImageError::tooLarge;
+    const auto head = readImageFileHead(bytes);
+    if (const auto* error = std::get_if<ImageError>(&head))
+        return *error;
+    const auto format = std::get<ImageFileHead>(head).format;
+    if (!isCompleteImageFile(bytes, format))
+        return ImageError::damaged;
+    MemoryReader reader(bytes, format);
+    if (size)
+        reader.scaleTo(*size);
+    QImage image = reader.read();
+    if (image.isNull())
+        return ImageError::damaged;
+    if (format == ImageFileFormat::png && isSrgbByItsGamma(bytes))
+        image.setColorSpace(QColorSpace::SRgb);
+    return bitmapOf(inSrgb(std::move(image)));
+} catch (const std::bad_alloc&) {
+    return ImageError::tooLarge;
+}
+
 std::optional<std::string> write(const QImage& image, const char* format, auto adjust)
 {
     QByteArray bytes;
@@ -97,23 +129,17 @@ QtImageCodec::QtImageCodec()
 }
 
 std::variant<Bitmap, ImageError> QtImageCodec::decode(std::string_view bytes) const
-try {
-    if (bytes.size() > imageLimits::fileBytes)
-        return ImageError::tooLarge;
-    const auto head = readImageFileHead(bytes);
-    if (const auto* error = std::get_if<ImageError>(&head))
+{
+    return decodeTo(std::nullopt, bytes);
+}
+
+std::variant<Bitmap, ImageError> QtImageCodec::decodeThumbnail(
+    std::string_view bytes, PixelSize box) const
+{
+    const auto whole = pixelSize(bytes);
+    if (const auto* error = std::get_if<ImageError>(&whole))
         return *error;
-    const auto format = std::get<ImageFileHead>(head).format;
-    if (!isCompleteImageFile(bytes, format))
-        return ImageError::damaged;
-    QImage image = MemoryReader(bytes, format).read();
-    if (image.isNull())
-        return ImageError::damaged;
-    if (format == ImageFileFormat::png && isSrgbByItsGamma(bytes))
-        image.setColorSpace(QColorSpace::SRgb);
-    return bitmapOf(inSrgb(std::move(image)));
-} catch (const std::bad_alloc&) {
-    return ImageError::tooLarge;
+    return decodeTo(thumbnailSize(std::get<PixelSize>(whole), box), bytes);
 }
 
 std::variant<PixelSize, ImageError> QtImageCodec::pixelSize(std::string_view bytes) const

@@ -11,6 +11,8 @@ public:
     QtImageCodec();
 
     std::variant<Bitmap, ImageError> decode(std::string_view bytes) const override;
+    std::variant<Bitmap, ImageError> decodeThumbnail(
+        std::string_view bytes, PixelSize box) const override;
     std::variant<PixelSize, ImageError> pixelSize(std::string_view bytes) const override;
     std::optional<std::string> encodePng(const Bitmap&) const override;
     std::optional<std::string> encodeJpeg(const Bitmap&, double quality) const override;
