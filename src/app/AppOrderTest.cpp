@@ -166,11 +166,32 @@ protected:
     {
         const Platform all = desktop.platform();
         return {
-            dispatch,           all.clock,       all.console,     all.fileSystem,  fileEvents,
-            folderEvents,       all.processes,   all.resources,   all.tools,       all.imageCodec,
-            all.textRecognizer, all.defaults,    all.desktop,     pasteboard,      keyTap,
-            all.keyPoster,      hotkeys,         all.permissions, all.statusBar,   all.alerts,
-            all.updater,        all.application, all.screens,     all.textMeasurer};
+            dispatch,
+            all.clock,
+            all.calendar,
+            all.console,
+            all.fileSystem,
+            fileEvents,
+            folderEvents,
+            all.processes,
+            all.resources,
+            all.tools,
+            all.imageCodec,
+            all.offscreenGraphics,
+            all.textRecognizer,
+            all.defaults,
+            all.desktop,
+            pasteboard,
+            keyTap,
+            all.keyPoster,
+            hotkeys,
+            all.permissions,
+            all.statusBar,
+            all.alerts,
+            all.updater,
+            all.application,
+            all.screens,
+            all.textMeasurer};
     }
 
     headless::Desktop desktop;

@@ -3,6 +3,7 @@
 #include "platform/DesktopSettings.h"
 #include "platform/ToolPaths.h"
 #include "platform/posix/LinuxResources.h"
+#include "platform/posix/PosixCalendar.h"
 #include "platform/posix/PosixProcesses.h"
 #include "platform/posix/StdoutConsole.h"
 #include "platform/posix/SystemClock.h"
@@ -16,6 +17,7 @@
 #include "platform/qt/QtDispatch.h"
 #include "platform/qt/QtScreens.h"
 #include "platform/qt/graphics/GraphicsFonts.h"
+#include "platform/qt/graphics/QtGraphicsContext.h"
 #include "platform/qt/graphics/QtImageCodec.h"
 #include "platform/qt/update/AppcastUpdater.h"
 #include "platform/tesseract/TesseractRecognizer.h"
@@ -32,6 +34,7 @@ struct SharedBackends {
 
     qt::QtDispatch dispatch;
     posix::SystemClock clock;
+    posix::PosixCalendar calendar;
     posix::StdoutConsole console;
     posix::PosixFileSystem fileSystem;
     posix::InotifyFileEvents fileEvents{dispatch};
@@ -49,6 +52,7 @@ struct SharedBackends {
     qt::QtApplication application;
     qt::QtScreens screens;
     qt::GraphicsFonts textMeasurer;
+    qt::QtOffscreenGraphics offscreenGraphics{textMeasurer};
 };
 
 } // namespace tallowbay

@@ -48,6 +48,7 @@ Platform X11Desktop::platform()
     return {
         .dispatch = shared.dispatch,
         .clock = shared.clock,
+        .calendar = shared.calendar,
         .console = shared.console,
         .fileSystem = shared.fileSystem,
         .fileEvents = shared.fileEvents,
@@ -56,6 +57,7 @@ Platform X11Desktop::platform()
         .resources = shared.resources,
         .tools = shared.tools,
         .imageCodec = shared.imageCodec,
+        .offscreenGraphics = shared.offscreenGraphics,
         .textRecognizer = shared.textRecognizer,
         .defaults = shared.defaults,
         .desktop = shared.desktopSettings,

@@ -4,6 +4,7 @@ namespace tallowbay {
 
 class Alerts;
 class Application;
+class Calendar;
 class Clock;
 class Console;
 class Dispatch;
@@ -14,6 +15,7 @@ class Hotkeys;
 class ImageCodec;
 class KeyPoster;
 class KeyTap;
+class OffscreenGraphics;
 class Pasteboard;
 class Permissions;
 class Processes;
@@ -31,6 +33,7 @@ struct ToolPaths;
 struct Platform {
     Dispatch& dispatch;
     Clock& clock;
+    const Calendar& calendar;
     Console& console;
     FileSystem& fileSystem;
     FileEvents& fileEvents;
@@ -39,6 +42,7 @@ struct Platform {
     const Resources& resources;
     const ToolPaths& tools;
     const ImageCodec& imageCodec;
+    const OffscreenGraphics& offscreenGraphics;
     TextRecognizer& textRecognizer;
     UserDefaultsStore& defaults;
     const DesktopSettings& desktop;

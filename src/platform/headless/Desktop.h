@@ -3,6 +3,7 @@
 #include "platform/DesktopSettings.h"
 #include "platform/Platform.h"
 #include "platform/ToolPaths.h"
+#include "platform/headless/FixedCalendar.h"
 #include "platform/headless/HandFedHotkeys.h"
 #include "platform/headless/HandFedKeys.h"
 #include "platform/headless/HeadlessAlerts.h"
@@ -18,6 +19,7 @@
 #include "platform/headless/MemoryUserDefaults.h"
 #include "platform/headless/PlainImageCodec.h"
 #include "platform/headless/RecordingConsole.h"
+#include "platform/headless/RecordingGraphics.h"
 #include "platform/headless/ScriptedProcesses.h"
 #include "platform/headless/ScriptedTextRecognizer.h"
 #include "platform/headless/VirtualTime.h"
@@ -28,6 +30,7 @@ namespace tallowbay::headless {
 struct Desktop {
     VirtualClock clock;
     VirtualDispatch dispatch{clock};
+    FixedCalendar calendar;
     RecordingConsole console;
     MemoryFileSystem files{clock};
     MemoryFileEvents fileEvents{files, dispatch};
@@ -36,6 +39,7 @@ struct Desktop {
     HeadlessResources resources;
     ToolPaths tools;
     PlainImageCodec imageCodec;
+    RecordingOffscreenGraphics offscreenGraphics;
     ScriptedTextRecognizer textRecognizer;
     MemoryUserDefaultsStore defaults;
     DesktopSettings settings;
@@ -53,10 +57,11 @@ struct Desktop {
 
     Platform platform()
     {
-        return {dispatch,  clock,      console, files,       fileEvents,     folderEvents,
-                processes, resources,  tools,   imageCodec,  textRecognizer, defaults,
-                settings,  pasteboard, keyTap,  keyPoster,   hotkeys,        permissions,
-                statusBar, alerts,     updater, application, screens,        textMeasurer};
+        return {dispatch,       clock,       calendar,  console,    files,      fileEvents,
+                folderEvents,   processes,   resources, tools,      imageCodec, offscreenGraphics,
+                textRecognizer, defaults,    settings,  pasteboard, keyTap,     keyPoster,
+                hotkeys,        permissions, statusBar, alerts,     updater,    application,
+                screens,        textMeasurer};
     }
 };
 
