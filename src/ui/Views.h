@@ -4,8 +4,12 @@
 
 namespace tallowbay {
 
+class AnnotationWindow;
+class AnnotationWindowPort;
+class LoaderPort;
 class OnboardingPort;
 class OnboardingWindow;
+class TallowLoaderPanel;
 class WindowPort;
 struct ToastContent;
 
@@ -37,10 +41,14 @@ class Views {
 public:
     virtual ~Views() = default;
 
+    virtual std::unique_ptr<AnnotationWindowPort> makeAnnotationWindow(AnnotationWindow&) = 0;
     virtual std::unique_ptr<OnboardingPort> makeOnboardingWindow(OnboardingWindow&) = 0;
 
     // Nobody can do anything to a toast, and nothing of it changes: its view needs no logic.
     virtual std::unique_ptr<WindowPort> makeToast(const ToastContent&) = 0;
+
+    // What it shows never changes; nobody can do anything to it.
+    virtual std::unique_ptr<LoaderPort> makeLoader(const TallowLoaderPanel&) = 0;
 };
 
 } // namespace tallowbay

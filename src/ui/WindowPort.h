@@ -6,7 +6,7 @@
 namespace tallowbay {
 
 // Stacking levels, back to front.
-enum class WindowLevel : int { normal = 0, floating = 3, statusBar = 25 };
+enum class WindowLevel : int { normal = 0, floating = 3, statusBar = 25, editor = 26 };
 
 // A window as its logic sees it. Thread: main queue. Destroying it takes it off the screen.
 class WindowPort {
