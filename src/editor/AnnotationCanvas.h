@@ -103,6 +103,12 @@ public:
     // happens without a field.
     void commitTextIfNeeded();
 
+    // Closes the field; what was typed is gone.
+    void abandonText() { activeTextField.reset(); }
+
+    // The canvas takes the keyboard.
+    void becomeFirstResponder() { view->becomeFirstResponder(); }
+
 private:
     void mouseDownOnEmptyCanvas(Point);
     void beginResizing(const HandleHit&);

@@ -14,8 +14,10 @@ public:
     {
     }
 
+    std::unique_ptr<AnnotationWindowPort> makeAnnotationWindow(AnnotationWindow&) override;
     std::unique_ptr<OnboardingPort> makeOnboardingWindow(OnboardingWindow&) override;
     std::unique_ptr<WindowPort> makeToast(const ToastContent&) override;
+    std::unique_ptr<LoaderPort> makeLoader(const TallowLoaderPanel&) override;
 
 private:
     WindowSystem& windows;

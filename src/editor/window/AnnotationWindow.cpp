@@ -1,0 +1,547 @@
+#include "editor/window/AnnotationWindow.h"
+
+#include "editor/AnnotationConstants.h"
+#include "editor/AnnotationSaver.h"
+#include "editor/window/AnnotationWindowPort.h"
+#include "editor/window/EditorLook.h"
+#include "platform/Clock.h"
+#include "platform/DesktopSettings.h"
+#include "platform/FileSystem.h"
+#include "platform/Platform.h"
+#include "platform/Screens.h"
+#include "ui/ToastGate.h"
+#include "ui/Views.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace tallowbay {
+
+AnnotationWindow::AnnotationWindow(
+    const Platform& platform, Views& views, AnnotationSaver& saver, ToastGate& toasts)
+    : fileSystem(platform.fileSystem)
+    , console(platform.console)
+    , clock(platform.clock)
+    , screens(platform.screens)
+    , saver(saver)
+    , toasts(toasts)
+    , captions(platform.calendar, platform.desktop.screenshotNameDates)
+    , thumbnails(platform.dispatch, platform.fileSystem, platform.imageCodec)
+    , pictures(platform.dispatch, platform.fileSystem, platform.imageCodec)
+    , view(views.makeAnnotationWindow(*this))
+    , drawing(std::make_unique<AnnotationCanvas>(*view, platform.textMeasurer))
+    , history(std::make_unique<AnnotationHistory>(*drawing))
+{
+    drawing->setDelegate(this);
+    thumbnails.onLoaded = [this](std::uint64_t id) { thumbnailLoaded(id); };
+    scaleChanged(1);
+    restoreSession();
+}
+
+AnnotationWindow::~AnnotationWindow()
+{
+    drawing->setDelegate(nullptr);
+}
+
+// Opening and closing
+
+void AnnotationWindow::show()
+{
+    closing = false;
+    onScreen = true;
+    view->setIgnoresMouseEvents(false);
+    view->setAlpha(0);
+    view->makeKeyAndOrderFront();
+    animateOpen();
+}
+
+void AnnotationWindow::animateOpen()
+{
+    view->animateAlpha(1, editorFadeIn, nullptr);
+}
+
+void AnnotationWindow::showSettings()
+{
+    if (!settingsAvailable() || std::exchange(settingsShown, true))
+        return;
+    view->lookAgain();
+}
+
+void AnnotationWindow::toggleSettings()
+{
+    if (!settingsAvailable())
+        return;
+    settingsShown = !settingsShown;
+    view->lookAgain();
+}
+
+void AnnotationWindow::confirmAndDismiss()
+{
+    leaveScreenshot();
+    // With nothing to offer, the clipboard keeps what it holds.
+    if (const auto confirm = onConfirm; confirm && !strip.empty())
+        confirm(strip.urlsForClipboard());
+    animateClose();
+}
+
+void AnnotationWindow::animateClose()
+{
+    closing = true;
+    view->setIgnoresMouseEvents(true);
+    view->animateAlpha(0, editorFadeOut, lifetime.guard([this] { closed(); }));
+}
+
+// Deliberately without a look at what has happened during the fade.
+void AnnotationWindow::closed()
+{
+    onScreen = false;
+    gestureLost();
+    view->close();
+}
+
+void AnnotationWindow::becameKey()
+{
+    // The field in which text is being typed is a part of the canvas and keeps the keyboard.
+    if (!drawing->hasActiveTextField())
+        drawing->becomeFirstResponder();
+}
+
+void AnnotationWindow::eventArrived(bool windowIsKey)
+{
+    if (closing || windowIsKey)
+        return;
+    view->makeKeyAndOrderFront();
+    becameKey();
+}
+
+Rect AnnotationWindow::frame() const
+{
+    return screens.mainFrame().value_or(Rect{{0, 0}, screenlessEditorSize});
+}
+
+// The strip
+
+void AnnotationWindow::addURL(const std::filesystem::path& url)
+{
+    leaveScreenshot();
+    if (std::exchange(strip.pendingDivider, false))
+        insertBatchDivider();
+    const std::size_t index = strip.addURL(url);
+    view->stripChanged();
+    selectThumbnail(index);
+    saveSession();
+    wantThumbnails();
+}
+
+void AnnotationWindow::insertBatchDivider()
+{
+    if (strip.insertBatchDivider())
+        saveSession();
+}
+
+std::optional<std::filesystem::path> AnnotationWindow::uncheckLastURL()
+{
+    const auto index = strip.uncheckLast();
+    if (!index)
+        return std::nullopt;
+    view->cellChanged(*index);
+    saveSession();
+    return strip.at(*index).url;
+}
+
+void AnnotationWindow::uncheckAll()
+{
+    if (!strip.uncheckAll())
+        return;
+    for (std::size_t index = 0; index < strip.size(); ++index)
+        view->cellChanged(index);
+    saveSession();
+}
+
+bool AnnotationWindow::isBeingWritten(const std::filesystem::path& url) const
+{
+    const bool isOwed = saveOwed && strip.at(selected).url == url;
+    return isOwed || owedWrites.contains(url) || saver.pathsBeingWritten().contains(url);
+}
+
+void AnnotationWindow::removeDeletedFiles()
+{
+    const auto beingWritten = saver.pathsBeingWritten();
+    std::set<std::filesystem::path> missing;
+    for (const ScreenshotRecord& record : strip.screenshots()) {
+        if (!beingWritten.contains(record.url) && !fileSystem.exists(record.url))
+            missing.insert(record.url);
+    }
+    if (!missing.empty())
+        removeExpiredURLs(missing);
+}
+
+void AnnotationWindow::removeExpiredURLs(const std::set<std::filesystem::path>& paths)
+{
+    const auto expired = [&](const ScreenshotRecord& record) { return paths.contains(record.url); };
+    if (std::ranges::none_of(strip.screenshots(), expired))
+        return;
+    if (expired(strip.at(selected)))
+        abandonScreenshot();
+    else
+        leaveScreenshot();
+    strip.remove(paths);
+    view->stripChanged();
+    if (strip.empty())
+        emptyCanvas();
+    else
+        selectThumbnail(std::min(strip.size() - 1, selected));
+    saveSession();
+    republishClipboard();
+    wantThumbnails();
+}
+
+void AnnotationWindow::restoreSession()
+{
+    const auto items = SessionStore::load(fileSystem);
+    if (!items || items->empty())
+        return;
+    const auto shown =
+        strip.restore(*items, [&](const auto& path) { return fileSystem.exists(path); });
+    if (!shown) {
+        SessionStore::clear(fileSystem);
+        return;
+    }
+    view->stripChanged();
+    selectThumbnail(*shown);
+    wantThumbnails();
+}
+
+void AnnotationWindow::saveSession()
+{
+    SessionStore::save(fileSystem, console, strip.session());
+}
+
+void AnnotationWindow::republishClipboard()
+{
+    if (const auto update = onClipboardUpdate)
+        update(strip.urlsForClipboard());
+}
+
+// The screenshot on the canvas
+
+void AnnotationWindow::selectThumbnail(std::size_t index)
+{
+    const ScreenshotRecord& record = strip.at(index);
+    shownSomething = true;
+    swatchAlpha = 1;
+    const std::size_t former = std::exchange(selected, index);
+    if (former < strip.size())
+        view->cellChanged(former);
+    view->cellChanged(index);
+    canvasHeader = headerPalette.at(index % headerPaletteSize);
+    drawing->setBackgroundImage(nullptr);
+    drawing->setAnnotations(record.annotations, record.canvasSize);
+    thumbnails.setPaused(true);
+    pictures.load(record.url, [this](Image picture) { showPicture(std::move(picture)); });
+    view->lookAgain();
+    view->scrollToVisible(index);
+}
+
+// Items whose picture is missing lie where they were made; now they can be carried to this canvas.
+void AnnotationWindow::showPicture(Image picture)
+{
+    thumbnails.setPaused(false);
+    const bool owed = std::exchange(saveOwed, false);
+    if (!picture)
+        toasts.show("Could not load image");
+    drawing->setBackgroundImage(std::move(picture));
+    const ScreenshotRecord& record = strip.at(selected);
+    drawing->setAnnotations(record.annotations, record.canvasSize);
+    view->lookAgain();
+    if (!owed)
+        return;
+    saveCurrentAnnotation();
+    if (!drawing->backgroundImage())
+        writeEnded(false);
+}
+
+void AnnotationWindow::emptyCanvas()
+{
+    pictures.forget();
+    thumbnails.setPaused(false);
+    drawing->setBackgroundImage(nullptr);
+    drawing->setAnnotations({});
+    view->lookAgain();
+}
+
+// Nothing that the user has begun on it is lost.
+void AnnotationWindow::leaveScreenshot()
+{
+    gestureLost();
+    drawing->commitTextIfNeeded();
+    saveCurrentAnnotation();
+    if (std::exchange(saveOwed, false))
+        saveWithoutCanvas(strip.at(selected));
+}
+
+// Its file is gone, and nothing may bring it back.
+void AnnotationWindow::abandonScreenshot()
+{
+    drawing->setBackgroundImage(nullptr);
+    drawing->abandonText();
+    if (std::exchange(saveOwed, false))
+        writeEnded(false);
+}
+
+void AnnotationWindow::saveCurrentAnnotation()
+{
+    if (!drawing->backgroundImage())
+        return;
+    const ScreenshotRecord& record = strip.at(selected);
+    saver.save({record.url, record.annotations, drawing->backgroundImage(), record.canvasSize});
+}
+
+// The canvas shows another one before the picture was there.
+void AnnotationWindow::saveWithoutCanvas(const ScreenshotRecord& record)
+{
+    owedWrites.insert(record.url);
+    EditedScreenshot edited{record.url, record.annotations, nullptr, record.canvasSize};
+    pictures.loadBeside(record.url, [this, edited = std::move(edited)](Image picture) mutable {
+        owedWrites.erase(owedWrites.find(edited.url));
+        const bool known = picture != nullptr;
+        edited.picture = std::move(picture);
+        saver.save(std::move(edited));
+        if (!known)
+            writeEnded(false);
+    });
+}
+
+void AnnotationWindow::writeEnded(bool succeeded)
+{
+    if (const auto ended = onWriteEnded)
+        ended(succeeded);
+}
+
+void AnnotationWindow::fileWritten(const std::filesystem::path& url)
+{
+    thumbnails.fileChanged(url);
+}
+
+// Tools and history
+
+void AnnotationWindow::toolSelected(int tag)
+{
+    if (strip.empty())
+        return;
+    drawing->commitTextIfNeeded();
+    tool = annotationToolForTag(tag);
+    swatchAlpha = tool == AnnotationTool::blur ? 0 : 1; // its mask has no colour
+    view->lookAgain();
+    view->animateSwatchCard(swatchAlpha, swatchFade);
+}
+
+void AnnotationWindow::swatchSelected(std::size_t tag)
+{
+    if (tag >= swatchColorValues.size())
+        return;
+    swatch = tag;
+    view->lookAgain();
+}
+
+Color AnnotationWindow::highlightColor() const
+{
+    return swatchColorValues.at(swatch);
+}
+
+double AnnotationWindow::toolRailAlpha() const
+{
+    return shownSomething ? 1 : idleToolRailAlpha;
+}
+
+void AnnotationWindow::undoAnnotation()
+{
+    if (!strip.empty())
+        edited(history->undoAnnotation(strip.at(selected)));
+}
+
+void AnnotationWindow::redoAnnotation()
+{
+    if (!strip.empty())
+        edited(history->redoAnnotation(strip.at(selected)));
+}
+
+void AnnotationWindow::deleteAnnotation(std::size_t index)
+{
+    edited(history->deleteAnnotation(strip.at(selected), index));
+}
+
+void AnnotationWindow::canvasDidAddAnnotation(const std::vector<AnnotationItem>& items)
+{
+    history->canvasDidAddAnnotation(strip.at(selected), items);
+    edited(true);
+}
+
+void AnnotationWindow::annotationUpdated(
+    std::size_t index, const std::vector<AnnotationItem>& items)
+{
+    if (selected >= strip.size() || index >= strip.at(selected).annotations.size())
+        return;
+    history->annotationsChanged(strip.at(selected), items);
+    edited(true);
+}
+
+void AnnotationWindow::annotationsChanged(const std::vector<AnnotationItem>& items)
+{
+    if (selected < strip.size())
+        history->annotationsChanged(strip.at(selected), items);
+}
+
+void AnnotationWindow::edited(bool changed)
+{
+    if (!changed)
+        return;
+    const bool isOwed = pictures.isLoading() && !strip.at(selected).annotations.empty();
+    const bool isOwedNoMore = std::exchange(saveOwed, isOwed) && !isOwed;
+    saveCurrentAnnotation();
+    republishClipboard();
+    if (isOwedNoMore)
+        writeEnded(true);
+}
+
+// Cells
+
+ThumbnailCell AnnotationWindow::cell(std::size_t index) const
+{
+    const ScreenshotRecord& record = strip.at(index);
+    ThumbnailCell cell;
+    cell.id = record.id;
+    cell.caption = captions.parseTime(record.url, clock.wallNow());
+    cell.badge = std::to_string(record.badgeNumber);
+    cell.headerColor = headerPalette.at(record.headerColor);
+    cell.background = hoveredCells.contains(record.id) ? hoveredCellBackground : cellBackground;
+    cell.selected = index == selected;
+    cell.checked = record.checked;
+    cell.thumbnail = thumbnails.thumbnail(record.id);
+    cell.name = "Screenshot " + cell.badge + (cell.caption.empty() ? "" : ", " + cell.caption);
+    return cell;
+}
+
+void AnnotationWindow::cellClicked(std::size_t index)
+{
+    leaveScreenshot();
+    selectThumbnail(index);
+}
+
+void AnnotationWindow::checkboxToggled(std::size_t index)
+{
+    strip.at(index).checked = !strip.at(index).checked;
+    view->cellChanged(index);
+    saveSession();
+    republishClipboard();
+}
+
+// The selected cell keeps whatever background it has.
+void AnnotationWindow::mouseEnteredCell(std::size_t index)
+{
+    if (index != selected && hoveredCells.insert(strip.at(index).id).second)
+        view->cellChanged(index);
+}
+
+void AnnotationWindow::mouseExitedCell(std::size_t index)
+{
+    if (index != selected && hoveredCells.erase(strip.at(index).id) > 0)
+        view->cellChanged(index);
+}
+
+Image AnnotationWindow::canvasPreview() const
+{
+    return pictures.isLoading() ? thumbnails.thumbnail(strip.at(selected).id) : nullptr;
+}
+
+void AnnotationWindow::thumbnailLoaded(std::uint64_t id)
+{
+    for (std::size_t index = 0; index < strip.size(); ++index) {
+        if (strip.at(index).id == id)
+            view->cellChanged(index);
+    }
+    if (canvasPreview() && strip.at(selected).id == id)
+        view->lookAgain();
+}
+
+void AnnotationWindow::visibleSlotsChanged(std::size_t first, std::size_t last)
+{
+    firstVisible = first;
+    lastVisible = last;
+    wantThumbnails();
+}
+
+void AnnotationWindow::wantThumbnails()
+{
+    const auto distance = [this](std::size_t slot) {
+        if (slot < firstVisible)
+            return firstVisible - slot;
+        return slot > lastVisible ? slot - lastVisible : 0;
+    };
+    std::vector<std::pair<std::size_t, std::size_t>> byDistance; // and by their index
+    for (std::size_t slot = 0; slot < slots().size(); ++slot) {
+        if (const auto index = slots()[slot])
+            byDistance.emplace_back(distance(slot), *index);
+    }
+    std::ranges::stable_sort(byDistance, {}, [](const auto& each) { return each.first; });
+    std::vector<ThumbnailLoader::Wanted> wanted;
+    for (const auto& [ignored, index] : byDistance)
+        wanted.push_back({strip.at(index).id, strip.at(index).url});
+    thumbnails.want(std::move(wanted));
+}
+
+void AnnotationWindow::scaleChanged(double pixelsPerPoint)
+{
+    const auto pixels = [&](double points) {
+        return static_cast<int>(std::ceil(points * pixelsPerPoint));
+    };
+    thumbnails.setBox({pixels(imageWellSize.width), pixels(imageWellSize.height)});
+}
+
+// Keys
+
+void AnnotationWindow::handleKeyDown(const KeyPress& key)
+{
+    switch (key.keyCode) {
+    case keyCode::returnKey:
+    case keyCode::keypadEnter:
+        return returnPressed();
+    case keyCode::escape:
+        return confirmAndDismiss();
+    case keyCode::left:
+        return navigateVisually(-1);
+    case keyCode::right:
+        return navigateVisually(1);
+    case keyCode::up:
+        return toggleSelectedCheck();
+    case keyCode::z:
+        if (key.flags & eventFlag::command)
+            return key.flags & eventFlag::shift ? redoAnnotation() : undoAnnotation();
+        return;
+    default:
+        return;
+    }
+}
+
+void AnnotationWindow::returnPressed()
+{
+    if (drawing->hasActiveTextField())
+        drawing->commitTextIfNeeded();
+    else
+        confirmAndDismiss();
+}
+
+void AnnotationWindow::navigateVisually(int delta)
+{
+    if (const auto index = strip.neighbour(selected, delta))
+        cellClicked(*index);
+}
+
+void AnnotationWindow::toggleSelectedCheck()
+{
+    if (!strip.empty())
+        checkboxToggled(selected);
+}
+
+} // namespace tallowbay
