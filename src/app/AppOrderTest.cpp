@@ -52,6 +52,11 @@ struct NotedDispatch final : Dispatch {
     {
         real.globalAsync(quality, std::move(task));
     }
+    bool waitForBackground(
+        const std::function<bool()>& condition, std::chrono::milliseconds limit) override
+    {
+        return real.waitForBackground(condition, limit);
+    }
     std::unique_ptr<SerialQueue> makeSerialQueue(std::string_view label) override
     {
         return real.makeSerialQueue(label);

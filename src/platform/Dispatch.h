@@ -46,6 +46,12 @@ public:
     // at least), since its tasks block on child processes; each quality has a pool of its own.
     virtual void globalAsync(QualityOfService, Task) = 0;
 
+    // Blocks until what background tasks bring about has come true: the condition is tried at once,
+    // and whenever such a task has ended, on the calling thread. False if it does not hold within
+    // the limit. No other task of the main queue runs. For the shutdown; main queue only.
+    virtual bool waitForBackground(
+        const std::function<bool()>& condition, std::chrono::milliseconds limit) = 0;
+
     virtual std::unique_ptr<SerialQueue> makeSerialQueue(std::string_view label) = 0;
 };
 

@@ -67,6 +67,12 @@ void LoopDispatch::globalAsync(QualityOfService quality, Task task)
     globalQueues.async(quality, std::move(task));
 }
 
+bool LoopDispatch::waitForBackground(
+    const std::function<bool()>& condition, std::chrono::milliseconds limit)
+{
+    return globalQueues.waitUntil(condition, limit);
+}
+
 std::unique_ptr<SerialQueue> LoopDispatch::makeSerialQueue(std::string_view label)
 {
     return std::make_unique<threads::ThreadSerialQueue>(label);

@@ -112,6 +112,33 @@ TYPED_TEST_P(DispatchContract, HandsAResultFromTheBackgroundToTheMainQueue)
     EXPECT_TRUE(this->backend.runUntil([this] { return this->order.size() == 2; }));
 }
 
+TYPED_TEST_P(DispatchContract, WaitsForWhatBackgroundTasksBringAbout)
+{
+    using namespace std::chrono_literals;
+    std::atomic<int> ended = 0;
+    const auto start = this->backend.now();
+    for (int i = 0; i < 20; ++i)
+        this->dispatch.globalAsync(QualityOfService::userInitiated, [&] {
+            this->dispatch.mainAsync([this] { this->order.push_back(1); });
+            ++ended;
+        });
+    EXPECT_TRUE(this->dispatch.waitForBackground([&] { return ended == 20; }, 60s));
+    EXPECT_LT(this->backend.now() - start, 60s);
+    EXPECT_TRUE(this->order.empty()) << "the main queue does not run meanwhile";
+    EXPECT_TRUE(this->backend.runUntil([this] { return this->order.size() == 20; }));
+}
+
+TYPED_TEST_P(DispatchContract, WaitsNoLongerThanTheLimit)
+{
+    using namespace std::chrono_literals;
+    const auto start = this->backend.now();
+    EXPECT_TRUE(this->dispatch.waitForBackground([] { return true; }, 60s));
+    this->dispatch.globalAsync(QualityOfService::userInitiated, [] {});
+    EXPECT_FALSE(this->dispatch.waitForBackground([] { return false; }, 30ms));
+    EXPECT_GE(this->backend.now() - start, 30ms);
+    EXPECT_LT(this->backend.now() - start, 60s);
+}
+
 TYPED_TEST_P(DispatchContract, RunsTheTasksOfASerialQueueInOrder)
 {
     std::atomic<int> done = 0;
@@ -142,7 +169,8 @@ REGISTER_TYPED_TEST_SUITE_P(
     DispatchContract, RunsMainTasksInTheOrderTheyWereGiven, NeverRunsATaskInsideTheCallThatGaveIt,
     RunsADelayedTaskNotBeforeItsTime, RunsDelayedTasksInTheOrderOfTheirTimes,
     RepeatsFirstAfterOneInterval, TicksNoMoreOnceTheTokenHasEnded, LetsATokenEndInsideItsOwnTask,
-    HandsAResultFromTheBackgroundToTheMainQueue, RunsTheTasksOfASerialQueueInOrder,
+    HandsAResultFromTheBackgroundToTheMainQueue, WaitsForWhatBackgroundTasksBringAbout,
+    WaitsNoLongerThanTheLimit, RunsTheTasksOfASerialQueueInOrder,
     RunsNothingOfASerialQueueThatIsGone);
 
 } // namespace tallowbay::contract

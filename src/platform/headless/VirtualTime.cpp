@@ -91,13 +91,32 @@ void VirtualDispatch::runMain()
     }
 }
 
-void VirtualDispatch::runBackground(std::size_t index)
+void VirtualDispatch::runJob(std::size_t index)
 {
     const auto chosen = background.begin() + static_cast<std::ptrdiff_t>(index);
     const Task task = std::move(chosen->second);
     background.erase(chosen);
     run(task, false);
+}
+
+void VirtualDispatch::runBackground(std::size_t index)
+{
+    runJob(index);
     runMain();
+}
+
+bool VirtualDispatch::waitForBackground(
+    const std::function<bool()>& condition, std::chrono::milliseconds limit)
+{
+    const auto end = clock.monotonicNow() + limit;
+    while (!condition()) {
+        if (background.empty())
+            clock.move(end - clock.monotonicNow());
+        if (clock.monotonicNow() >= end)
+            return false;
+        runJob(0);
+    }
+    return true;
 }
 
 void VirtualDispatch::runUntilIdle()
@@ -111,7 +130,8 @@ void VirtualDispatch::fireNextTimer()
 {
     const auto [key, timer] = *timers.begin();
     timers.erase(timers.begin());
-    clock.move(key.first - clock.monotonicNow());
+    if (key.first > clock.monotonicNow()) // time may have gone on while the main queue waited
+        clock.move(key.first - clock.monotonicNow());
     if (timer.interval > std::chrono::milliseconds::zero())
         schedule(key.first + timer.interval, timer);
     run(*timer.task, true);

@@ -40,6 +40,9 @@ public:
     void mainAfter(std::chrono::milliseconds delay, Task) override;
     Subscription repeatEvery(std::chrono::milliseconds interval, Task) override;
     void globalAsync(QualityOfService, Task) override;
+    // Runs background jobs in their order. One that never ends is played by a job that moves time.
+    bool waitForBackground(
+        const std::function<bool()>& condition, std::chrono::milliseconds limit) override;
     std::unique_ptr<SerialQueue> makeSerialQueue(std::string_view label) override;
 
     // Runs the main and serial queues until both are empty.
@@ -82,6 +85,7 @@ private:
 
     TimerKey schedule(MonotonicTime due, Timer);
     void run(const Task&, bool asMain);
+    void runJob(std::size_t index);
     void fireNextTimer();
 
     VirtualClock& clock;

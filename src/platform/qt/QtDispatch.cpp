@@ -24,6 +24,12 @@ void QtDispatch::globalAsync(QualityOfService quality, Task task)
     globalQueues.async(quality, std::move(task));
 }
 
+bool QtDispatch::waitForBackground(
+    const std::function<bool()>& condition, std::chrono::milliseconds limit)
+{
+    return globalQueues.waitUntil(condition, limit);
+}
+
 std::unique_ptr<SerialQueue> QtDispatch::makeSerialQueue(std::string_view label)
 {
     return std::make_unique<threads::ThreadSerialQueue>(label);

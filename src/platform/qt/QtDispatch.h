@@ -16,6 +16,8 @@ public:
     void mainAfter(std::chrono::milliseconds delay, Task) override;
     Subscription repeatEvery(std::chrono::milliseconds interval, Task) override;
     void globalAsync(QualityOfService, Task) override;
+    bool waitForBackground(
+        const std::function<bool()>& condition, std::chrono::milliseconds limit) override;
     std::unique_ptr<SerialQueue> makeSerialQueue(std::string_view label) override;
 
     // Waits for the background tasks that are running; from now on none is run.
