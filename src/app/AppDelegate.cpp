@@ -104,6 +104,9 @@ void AppDelegate::applicationWillTerminate()
     locationPoll.stop();
     outputFolderWatcher.stop();
     hotkeyCenter.stop();
+    // Last, since it may take a while. What was hidden must not come back with the next start.
+    if (EditorStrip* strip = editorSlot.strip())
+        strip->finishWriting(std::chrono::seconds(10));
 }
 
 CommandResult AppDelegate::perform(Command command)

@@ -35,7 +35,9 @@ public:
 
     void applicationDidFinishLaunching();
 
-    // The shutdown sequence; may be called more than once. Nothing is written to disk.
+    // The shutdown sequence; may be called more than once. Nothing is written to disk but edits
+    // that are on their way into their files, for which it waits ten seconds at most. The
+    // background must still work.
     void applicationWillTerminate();
 
     // (Re)builds the status item and its menu.

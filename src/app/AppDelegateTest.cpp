@@ -513,5 +513,21 @@ TEST_F(AppDelegateTest, WritesNothingToDiskAtQuit)
     EXPECT_EQ(changes, 0);
 }
 
+TEST_F(AppDelegateTest, WaitsAtQuitForTheEditsOnTheirWayWhenAllElseHasStopped)
+{
+    using namespace std::chrono_literals;
+    launch();
+    TestEditorStrip strip;
+    app->editor().fill(strip);
+    std::vector<std::chrono::milliseconds> limits;
+    strip.onFinishWriting = [&](std::chrono::milliseconds limit) {
+        limits.push_back(limit);
+        EXPECT_FALSE(desktop.keyTap.running());
+        EXPECT_THAT(desktop.hotkeys.registered(), IsEmpty());
+    };
+    app->applicationWillTerminate();
+    EXPECT_THAT(limits, ElementsAre(10s));
+}
+
 } // namespace
 } // namespace tallowbay

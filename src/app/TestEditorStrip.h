@@ -34,6 +34,11 @@ public:
     {
         return beingWritten.contains(url);
     }
+    void finishWriting(std::chrono::milliseconds limit) override
+    {
+        if (onFinishWriting)
+            onFinishWriting(limit);
+    }
     void setPendingDivider() override { pendingDivider = true; }
     void removeDeletedFiles() override
     {
@@ -52,6 +57,7 @@ public:
     std::set<std::filesystem::path> beingWritten;
     bool pendingDivider = false;
     std::function<void()> onAdd;
+    std::function<void(std::chrono::milliseconds limit)> onFinishWriting;
     std::function<void()> onRemoveDeletedFiles;
 };
 

@@ -2,7 +2,9 @@
 
 #include "editor/AnnotationConstants.h"
 
+#include <algorithm>
 #include <mutex>
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -20,7 +22,7 @@ public:
         return !std::exchange(hasJob, true);
     }
 
-    // Main queue.
+    // Any thread.
     bool hasEnded()
     {
         const std::lock_guard lock(mutex);
@@ -42,8 +44,7 @@ public:
                 newest->isLatest = false;
             if (!newest || isOvertaken())
                 continue;
-            showsLatest =
-                exporter.writeFlattenedImage(newest->bytes, newest->url) && newest->isLatest;
+            showsLatest = isWritten(*newest, exporter) && newest->isLatest;
             newest.reset();
         }
     }
@@ -79,12 +80,24 @@ private:
         return std::nullopt;
     }
 
+    // A picture for which there is not enough memory is a save that fails, and not the end of the
+    // program.
+
     static std::optional<std::string> bytesOf(
         const EditedScreenshot& edited, const AnnotationExporter& exporter)
-    {
+    try {
         const auto flattened =
             exporter.flattenAnnotation(edited.picture, edited.items, edited.canvasSize, imageInset);
         return flattened ? exporter.compressed(*flattened, edited.url) : std::nullopt;
+    } catch (const std::bad_alloc&) {
+        return std::nullopt;
+    }
+
+    static bool isWritten(const Result& result, const AnnotationExporter& exporter)
+    try {
+        return exporter.writeFlattenedImage(result.bytes, result.url);
+    } catch (const std::bad_alloc&) {
+        return false;
     }
 
     std::mutex mutex;
@@ -130,6 +143,16 @@ void AnnotationSaver::finish(const std::filesystem::path& url)
     const auto tell = onWritten;
     if (tell)
         tell(url, succeeded);
+}
+
+bool AnnotationSaver::finishWriting(std::chrono::milliseconds limit)
+{
+    return dispatch.waitForBackground(
+        [this] {
+            return std::ranges::all_of(
+                writing, [](const auto& saves) { return saves.second->hasEnded(); });
+        },
+        limit);
 }
 
 std::set<std::filesystem::path> AnnotationSaver::pathsBeingWritten() const

@@ -4,6 +4,7 @@
 #include "editor/AnnotationExporter.h"
 #include "platform/Dispatch.h"
 
+#include <chrono>
 #include <filesystem>
 #include <functional>
 #include <map>
@@ -31,7 +32,7 @@ struct EditedScreenshot {
 class AnnotationSaver {
 public:
     AnnotationSaver(Dispatch&, AnnotationExporter);
-    ~AnnotationSaver(); // what was asked for is still written
+    ~AnnotationSaver(); // what was asked for is still written while the background works on
 
     // Without a picture, or without items, nothing is written: the file stays as it was written
     // last.
@@ -39,6 +40,10 @@ public:
 
     // The files whose last save has not ended.
     std::set<std::filesystem::path> pathsBeingWritten() const;
+
+    // At quit, while the tools may still run: blocks until all that was asked for is in its file,
+    // no longer than the limit. False if something was still missing then.
+    bool finishWriting(std::chrono::milliseconds limit);
 
     // Called when a path leaves pathsBeingWritten(); tells whether the file shows what was asked
     // for last. It may ask for another save.

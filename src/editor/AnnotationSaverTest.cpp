@@ -7,6 +7,7 @@
 namespace tallowbay {
 namespace {
 
+using namespace std::chrono_literals;
 using namespace test;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -278,6 +279,51 @@ TEST_F(AnnotationSaverTest, TellsThatTheFileCouldNotBeReplaced)
     desktop.files.makeReadOnly(urls[0].parent_path());
     desktop.dispatch.runUntilIdle();
     EXPECT_THAT(successes, ElementsAre(false));
+}
+
+// Bug: a save that waited for a thread when the program ended was dropped, and one that was under
+// way lost its tool.
+TEST_F(AnnotationSaverTest, WaitsForAllThatWasAskedFor)
+{
+    whileCompressing = [this] {
+        items.push_back(item);
+        save(0);
+    };
+    save(0);
+    save(1);
+    EXPECT_TRUE(saver->finishWriting(10s));
+    EXPECT_EQ(desktop.dispatch.backgroundCount(), 0u);
+    ASSERT_EQ(shown.size(), 1u);
+    EXPECT_EQ(itemsIn(shown[0]), 2u);
+    EXPECT_TRUE(drawingIn(urls[1]).has_value());
+    EXPECT_THAT(written, IsEmpty()) << "the main queue does not run meanwhile";
+}
+
+TEST_F(AnnotationSaverTest, WaitsForNothingIfNothingWasAskedFor)
+{
+    desktop.dispatch.globalAsync(QualityOfService::userInitiated, [] { FAIL() << "of others"; });
+    EXPECT_TRUE(saver->finishWriting(10s));
+}
+
+TEST_F(AnnotationSaverTest, WaitsNoLongerThanTheLimit)
+{
+    whileCompressing = [this] { desktop.clock.move(10s); };
+    save(0);
+    save(1);
+    const auto start = desktop.clock.monotonicNow();
+    EXPECT_FALSE(saver->finishWriting(10s));
+    EXPECT_EQ(desktop.clock.monotonicNow() - start, 10s);
+}
+
+TEST_F(AnnotationSaverTest, TakesAPictureForWhichThereIsNoMemoryForASaveThatFails)
+{
+    // Bug: the program ended.
+    whileCompressing = [] { throw std::bad_alloc(); };
+    save();
+    desktop.dispatch.runUntilIdle();
+    EXPECT_THAT(successes, ElementsAre(false));
+    EXPECT_EQ(desktop.files.read(urls[0]), "original");
+    EXPECT_THAT(*desktop.files.list(optimized), testing::UnorderedElementsAreArray(urls));
 }
 
 TEST_F(AnnotationSaverTest, CompletesEverySaveAfterItsOwnEnd)

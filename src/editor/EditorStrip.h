@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <filesystem>
 #include <optional>
 #include <set>
@@ -25,6 +26,10 @@ public:
     // Whether an edit of this screenshot is on its way into the file. When the last one has
     // ended, ScreenshotBatch::editWritten() is called.
     virtual bool isBeingWritten(const std::filesystem::path&) const = 0;
+
+    // At quit: what is being typed joins its screenshot, and every edit comes into its file before
+    // this returns, unless the limit is over before.
+    virtual void finishWriting(std::chrono::milliseconds limit) = 0;
 
     // The next screenshot that is added begins a new group.
     virtual void setPendingDivider() = 0;
