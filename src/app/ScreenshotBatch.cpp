@@ -111,12 +111,13 @@ void ScreenshotBatch::finishJob(const fs::path& copy, const Outcome& outcome)
         addToClipboard(*output);
     else if (std::holds_alternative<Failed>(outcome))
         toasts.show("Compression failed — screenshot skipped");
-    editWritten(); // perhaps before this end, which it had to wait for
+    firePasteIfWritten(); // an edit may have ended before, and had to wait for this
 }
 
 void ScreenshotBatch::addToClipboard(const fs::path& url)
 {
     pendingURLs.push_back(url);
+    unwritten.erase(url); // the file is new
     if (EditorStrip* strip = editor.strip())
         strip->addURL(url);
     writeClipboard(pendingURLs);
@@ -131,9 +132,7 @@ void ScreenshotBatch::firePasteIfComplete()
     if (compressionInProgress != 0 || !pasteQueued)
         return;
     pasteAwaitsWrite = showsFileBeingWritten();
-    if (pasteAwaitsWrite)
-        platform.pasteboard.clear();
-    else
+    if (!pasteAwaitsWrite)
         fireQueuedPaste();
 }
 
@@ -141,28 +140,53 @@ void ScreenshotBatch::fireQueuedPaste()
 {
     pasteQueued = false;
     platform.console.line(
-        ">>> Firing queued paste with " + std::to_string(clipboardURLs.size()) + " image(s)");
+        ">>> Firing queued paste with " + std::to_string(publishedURLs.size()) + " image(s)");
     firePaste();
     resetBatch();
 }
 
-// A paste that is held for an edit does not need another screenshot to be fired.
-void ScreenshotBatch::editWritten(bool succeeded)
+void ScreenshotBatch::editWritten(const fs::path& url, bool succeeded)
 {
-    if (!succeeded && pasteAwaitsWrite) {
-        forgetClipboard();
-        pasteQueued = false; // no compression that is under way may fire it either
-        toasts.show("Compression failed — screenshot skipped");
+    if (succeeded)
+        letOut(url);
+    else
+        keepBack(url);
+    firePasteIfWritten();
+}
+
+void ScreenshotBatch::keepBack(const fs::path& url)
+{
+    unwritten.insert(url);
+    if (std::ranges::find(clipboardURLs, url) == clipboardURLs.end())
         return;
-    }
+    const bool pasteIsHeld = std::exchange(pasteAwaitsWrite, false);
+    if (!pasteIsHeld && !pasteboardIsOurs())
+        return;
+    if (pasteIsHeld)
+        pasteQueued = false; // no compression that is under way may fire it either
+    publish();
+    toasts.show("Compression failed — screenshot skipped");
+}
+
+void ScreenshotBatch::letOut(const fs::path& url)
+{
+    const bool wasKeptBack = unwritten.erase(url) > 0;
+    const bool isWanted = std::ranges::find(clipboardURLs, url) != clipboardURLs.end();
+    if (wasKeptBack && isWanted && pasteboardIsOurs())
+        publish();
+}
+
+// A paste that is held for an edit does not need another screenshot to be fired.
+void ScreenshotBatch::firePasteIfWritten()
+{
     if (!pasteAwaitsWrite || compressionInProgress != 0 || showsFileBeingWritten())
         return;
-    if (clipboardURLs.empty()) {
+    if (presentable().empty()) {
         forgetClipboard(); // undone meanwhile
         return;
     }
     pasteAwaitsWrite = false;
-    writeClipboard(clipboardURLs);
+    publish();
     fireQueuedPaste();
 }
 
@@ -182,21 +206,41 @@ bool ScreenshotBatch::showsFileBeingWritten() const
            });
 }
 
+// Also if a clipboard manager has put there again what we had put there.
+bool ScreenshotBatch::pasteboardIsOurs() const
+{
+    return platform.pasteboard.changeCount() == lastClipboardWriteCount
+        || (!publishedURLs.empty() && platform.pasteboard.readFiles() == publishedURLs);
+}
+
+std::vector<fs::path> ScreenshotBatch::presentable() const
+{
+    auto urls = clipboardURLs;
+    std::erase_if(urls, [this](const fs::path& url) { return unwritten.contains(url); });
+    return urls;
+}
+
 void ScreenshotBatch::writeClipboard(const std::vector<fs::path>& urls)
 {
     clipboardURLs = urls;
+    publish();
+}
+
+void ScreenshotBatch::publish()
+{
+    publishedURLs = presentable();
     platform.pasteboard.clear();
-    platform.pasteboard.writeFiles(urls);
+    // For a paste that is held it stays empty until all is written, without a moment between.
+    if (!pasteQueued || !showsFileBeingWritten())
+        platform.pasteboard.writeFiles(publishedURLs);
     lastClipboardWriteCount = platform.pasteboard.changeCount();
-    platform.console.line("Clipboard updated: " + std::to_string(urls.size()) + " image(s)");
-    if (pasteAwaitsWrite && showsFileBeingWritten())
-        platform.pasteboard.clear(); // until the paste that is held
+    platform.console.line(
+        "Clipboard updated: " + std::to_string(publishedURLs.size()) + " image(s)");
 }
 
 void ScreenshotBatch::handlePaste()
 {
-    const bool isOurs = platform.pasteboard.changeCount() == lastClipboardWriteCount;
-    pasteAwaitsWrite = pasteAwaitsWrite || (isOurs && showsFileBeingWritten());
+    pasteAwaitsWrite = pasteAwaitsWrite || (showsFileBeingWritten() && pasteboardIsOurs());
     if (compressionInProgress < 1 && !pasteAwaitsWrite) {
         resetBatch();
         return;
@@ -288,13 +332,19 @@ void ScreenshotBatch::clearTallowbayClipboard()
 
 void ScreenshotBatch::forgetMissingFiles()
 {
-    std::erase_if(
-        pendingURLs, [this](const fs::path& url) { return !platform.fileSystem.exists(url); });
+    drop([this](const fs::path& url) { return !platform.fileSystem.exists(url); });
 }
 
 void ScreenshotBatch::forget(const std::set<fs::path>& expired)
 {
-    std::erase_if(pendingURLs, [&](const fs::path& url) { return expired.contains(url); });
+    drop([&](const fs::path& url) { return expired.contains(url); });
+}
+
+void ScreenshotBatch::drop(const std::function<bool(const fs::path&)>& isGone)
+{
+    std::erase_if(pendingURLs, isGone);
+    std::erase_if(clipboardURLs, isGone);
+    firePasteIfWritten(); // it may have been held for one of these alone
 }
 
 } // namespace tallowbay

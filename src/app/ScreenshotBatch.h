@@ -27,6 +27,10 @@ class ToastGate;
 // while an edit of what stands on the pasteboard is being written, is held: the pasteboard is
 // emptied, and the paste fired when the last of both has ended.
 //
+// A file whose last edit could not be written still shows what was there before, perhaps what the
+// edit was to hide. Until an edit of it is written, it is left out of all that stands on the
+// pasteboard.
+//
 // Thread: main queue. Compression runs in the background and hands its result back.
 class ScreenshotBatch {
 public:
@@ -40,9 +44,9 @@ public:
     // The user pressed the paste shortcut.
     void handlePaste();
 
-    // The editor has come to the end of writing an edit. Where it failed, the file still shows what
-    // was there before, so a paste that waited for it is dropped and the pasteboard stays empty.
-    void editWritten(bool succeeded = true);
+    // The editor has come to the end of writing this file's edits. Where the last one failed, the
+    // file leaves the pasteboard, and a paste that was held for it is dropped.
+    void editWritten(const std::filesystem::path&, bool succeeded);
 
     void addToClipboard(const std::filesystem::path&);
     void writeClipboard(const std::vector<std::filesystem::path>&);
@@ -95,10 +99,17 @@ private:
     };
 
     void finishJob(const std::filesystem::path& copy, const Outcome&);
+    std::vector<std::filesystem::path> presentable() const;
+    bool pasteboardIsOurs() const;
     bool showsFileBeingWritten() const;
+    void publish();
+    void keepBack(const std::filesystem::path&);
+    void letOut(const std::filesystem::path&);
     void firePasteIfComplete();
+    void firePasteIfWritten();
     void fireQueuedPaste();
     void forgetClipboard();
+    void drop(const std::function<bool(const std::filesystem::path&)>& isGone);
     bool removeLastFromBatch();
     bool uncheckLastInEditor(EditorStrip&);
 
@@ -111,7 +122,9 @@ private:
     int compressionInProgress = 0;
     bool pasteQueued = false;
     bool pasteAwaitsWrite = false; // the queued paste is held for an edit, too
-    std::vector<std::filesystem::path> clipboardURLs; // what we wrote last
+    std::vector<std::filesystem::path> clipboardURLs; // what is wanted on the pasteboard
+    std::vector<std::filesystem::path> publishedURLs; // what was put there last
+    std::set<std::filesystem::path> unwritten; // their last edit failed
     bool ocrInProgress = false;
     std::int64_t lastClipboardWriteCount = 0;
     ImageCompressor compressor;

@@ -69,20 +69,81 @@ protected:
     void endEdit(const std::string& name, bool succeeded = true)
     {
         editor.beingWritten.erase(copyOf(name));
-        batch.editWritten(succeeded);
+        batch.editWritten(copyOf(name), succeeded);
     }
 
     headless::Desktop desktop;
     headless::HeadlessViews views{desktop.dispatch};
     bool compressionFails = false;
     bool compressionNeedsItsInput = false;
+    // What each paste at any moment would have found.
+    class WatchedPasteboard final : public Pasteboard {
+    public:
+        explicit WatchedPasteboard(headless::MemoryPasteboard& real)
+            : real(real)
+        {
+        }
+        void clear() override { real.clear(); }
+        void writeFiles(const Paths& files) override
+        {
+            published.push_back(files);
+            real.writeFiles(files);
+        }
+        void writeText(const std::string& text) override { real.writeText(text); }
+        Paths readFiles() const override
+        {
+            ++reads;
+            return real.readFiles();
+        }
+        std::int64_t changeCount() const override { return real.changeCount(); }
+        bool handOver(std::chrono::milliseconds limit) override { return real.handOver(limit); }
+
+        std::vector<Paths> published;
+        mutable int reads = 0;
+
+    private:
+        headless::MemoryPasteboard& real;
+    } watched{desktop.pasteboard};
+
+    // The desktop with that pasteboard
+    Platform platform()
+    {
+        const Platform all = desktop.platform();
+        return {
+            .dispatch = all.dispatch,
+            .clock = all.clock,
+            .console = all.console,
+            .fileSystem = all.fileSystem,
+            .fileEvents = all.fileEvents,
+            .folderEvents = all.folderEvents,
+            .processes = all.processes,
+            .resources = all.resources,
+            .tools = all.tools,
+            .imageCodec = all.imageCodec,
+            .textRecognizer = all.textRecognizer,
+            .defaults = all.defaults,
+            .desktop = all.desktop,
+            .pasteboard = watched,
+            .keyTap = all.keyTap,
+            .keyPoster = all.keyPoster,
+            .hotkeys = all.hotkeys,
+            .permissions = all.permissions,
+            .statusBar = all.statusBar,
+            .alerts = all.alerts,
+            .updater = all.updater,
+            .application = all.application,
+            .screens = all.screens,
+            .textMeasurer = all.textMeasurer,
+        };
+    }
+
     TestEditorStrip editor;
     EditorSlot slot; // empty until the editor is opened
     std::vector<Paths> pasted; // what each synthetic paste inserted
     ToastPresenter toastPresenter{desktop.dispatch, desktop.screens, desktop.textMeasurer, views};
     ToastGate toasts{desktop.defaults.standard(), toastPresenter};
     ScreenshotBatch batch{
-        desktop.platform(), toasts, slot, [this] { pasted.push_back(desktop.pasteboard.files); }};
+        platform(), toasts, slot, [this] { pasted.push_back(desktop.pasteboard.files); }};
 };
 
 TEST_F(ScreenshotBatchTest, PutsAScreenshotOnThePasteboard)
@@ -703,6 +764,163 @@ TEST_F(ScreenshotBatchTest, DropsAPasteForAFailedEditAlsoDuringACompression)
     EXPECT_TRUE(pasted.empty());
 }
 
+TEST_F(ScreenshotBatchTest, DropsAPasteOfSeveralForAnEditThatFailsAndLeavesTheOthersReady)
+{
+    take("Screenshot 1.png");
+    take("Screenshot 2.png");
+    beginEdit("Screenshot 1.png");
+    batch.handlePaste();
+    endEdit("Screenshot 1.png", false);
+    EXPECT_THAT(pasted, IsEmpty());
+    EXPECT_EQ(desktop.pasteboard.files, Paths{copyOf("Screenshot 2.png")});
+    EXPECT_EQ(desktop.console.lines.back(), "Clipboard updated: 1 image(s)");
+}
+
+TEST_F(ScreenshotBatchTest, GoesOnHoldingAPasteWhenAnEditOfAnotherScreenshotFails)
+{
+    take("Screenshot 1.png");
+    beginEdit("Screenshot 1.png");
+    beginEdit("Another.png");
+    batch.handlePaste();
+    endEdit("Another.png", false);
+    EXPECT_THAT(desktop.pasteboard.files, IsEmpty());
+    endEdit("Screenshot 1.png");
+    EXPECT_THAT(pasted, ElementsAre(ElementsAre(copyOf("Screenshot 1.png"))));
+}
+
+// A file whose last edit could not be written
+
+// Bug: the file that still showed what was to be hidden stayed there for the next paste.
+TEST_F(ScreenshotBatchTest, TakesAFileWhoseEditFailsOffThePasteboard)
+{
+    take("Screenshot 1.png");
+    take("Screenshot 2.png");
+    beginEdit("Screenshot 1.png");
+    endEdit("Screenshot 1.png", false);
+    EXPECT_EQ(desktop.pasteboard.files, Paths{copyOf("Screenshot 2.png")});
+    desktop.dispatch.runUntilIdle();
+    EXPECT_EQ(views.messages().back(), "Compression failed — screenshot skipped");
+    batch.handlePaste();
+    EXPECT_EQ(desktop.pasteboard.files, Paths{copyOf("Screenshot 2.png")});
+}
+
+// Bug: the next screenshot put it there, with the whole batch.
+TEST_F(ScreenshotBatchTest, KeepsAFileWhoseEditFailedOffThePasteboardUntilOneIsWritten)
+{
+    take("Screenshot 1.png");
+    beginEdit("Screenshot 1.png");
+    endEdit("Screenshot 1.png", false);
+    take("Screenshot 2.png");
+    EXPECT_EQ(desktop.pasteboard.files, Paths{copyOf("Screenshot 2.png")});
+    EXPECT_EQ(desktop.console.lines.back(), "Clipboard updated: 1 image(s)");
+    batch.writeClipboard({copyOf("Screenshot 2.png"), copyOf("Screenshot 1.png")});
+    EXPECT_EQ(desktop.pasteboard.files, Paths{copyOf("Screenshot 2.png")});
+
+    beginEdit("Screenshot 1.png");
+    endEdit("Screenshot 1.png");
+    EXPECT_EQ(
+        desktop.pasteboard.files, (Paths{copyOf("Screenshot 2.png"), copyOf("Screenshot 1.png")}));
+    EXPECT_EQ(desktop.console.lines.back(), "Clipboard updated: 2 image(s)");
+}
+
+TEST_F(ScreenshotBatchTest, KeepsAFileOffThePasteboardThatWasNotThereWhenItsEditFailed)
+{
+    beginEdit("Old.png");
+    endEdit("Old.png", false);
+    desktop.dispatch.runUntilIdle();
+    EXPECT_THAT(views.messages(), IsEmpty()) << "nothing has been skipped yet";
+    batch.writeClipboard({copyOf("Old.png")});
+    EXPECT_THAT(desktop.pasteboard.files, IsEmpty());
+}
+
+TEST_F(ScreenshotBatchTest, FiresAHeldPasteWithoutTheFileWhoseEditFailed)
+{
+    take("Screenshot 1.png");
+    accept("Screenshot 2.png");
+    batch.handlePaste();
+    beginEdit("Screenshot 1.png");
+    endEdit("Screenshot 1.png", false);
+    EXPECT_THAT(desktop.pasteboard.files, IsEmpty());
+    desktop.dispatch.runUntilIdle();
+    EXPECT_THAT(pasted, ElementsAre(ElementsAre(copyOf("Screenshot 2.png"))));
+    EXPECT_THAT(
+        desktop.console.lines, testing::Contains(">>> Firing queued paste with 1 image(s)"));
+}
+
+TEST_F(ScreenshotBatchTest, FiresAHeldPasteOfAnEditThatIsWrittenAfterOneThatFailed)
+{
+    take("Screenshot 1.png");
+    beginEdit("Screenshot 1.png");
+    endEdit("Screenshot 1.png", false);
+    beginEdit("Screenshot 1.png");
+    batch.handlePaste();
+    EXPECT_THAT(pasted, IsEmpty());
+    endEdit("Screenshot 1.png");
+    EXPECT_THAT(pasted, ElementsAre(ElementsAre(copyOf("Screenshot 1.png"))));
+}
+
+TEST_F(ScreenshotBatchTest, LeavesWhatIsOfOthersOnThePasteboardWhenAnEditFailsOrIsWritten)
+{
+    take("Screenshot 1.png");
+    desktop.pasteboard.copyTextElsewhere("of another program");
+    for (const bool succeeded : {false, true}) {
+        beginEdit("Screenshot 1.png");
+        endEdit("Screenshot 1.png", succeeded);
+        EXPECT_EQ(desktop.pasteboard.text, "of another program");
+    }
+}
+
+TEST_F(ScreenshotBatchTest, LetsANewScreenshotOfThatNameOntoThePasteboard)
+{
+    beginEdit("Screenshot 1.png");
+    endEdit("Screenshot 1.png", false);
+    take("Screenshot 1.png");
+    EXPECT_EQ(desktop.pasteboard.files, Paths{copyOf("Screenshot 1.png")});
+}
+
+TEST_F(ScreenshotBatchTest, WritesThePasteboardNoMoreOftenForAnEditThatIsWritten)
+{
+    take("Screenshot 1.png");
+    const auto before = desktop.pasteboard.changeCount();
+    beginEdit("Screenshot 1.png");
+    endEdit("Screenshot 1.png");
+    EXPECT_EQ(desktop.pasteboard.changeCount(), before);
+}
+
+// Clipboard managers
+
+// Bug: where one puts on the pasteboard again what we had put there, no paste was held.
+TEST_F(ScreenshotBatchTest, HoldsAPasteOfOurFilesThatAClipboardManagerPutThereAgain)
+{
+    take("Screenshot 1.png");
+    desktop.pasteboard.copyElsewhere({copyOf("Screenshot 1.png")});
+    beginEdit("Screenshot 1.png");
+    batch.handlePaste();
+    EXPECT_THAT(desktop.pasteboard.files, IsEmpty());
+    endEdit("Screenshot 1.png");
+    EXPECT_THAT(pasted, ElementsAre(ElementsAre(copyOf("Screenshot 1.png"))));
+}
+
+TEST_F(ScreenshotBatchTest, TakesOurFilesFromAClipboardManagerWhenAnEditFails)
+{
+    take("Screenshot 1.png");
+    desktop.pasteboard.copyElsewhere({copyOf("Screenshot 1.png")});
+    beginEdit("Screenshot 1.png");
+    endEdit("Screenshot 1.png", false);
+    EXPECT_THAT(desktop.pasteboard.files, IsEmpty());
+}
+
+TEST_F(ScreenshotBatchTest, ReadsNoForeignPasteboardWithoutNeed)
+{
+    take("Screenshot 1.png");
+    desktop.pasteboard.copyTextElsewhere("of another program");
+    batch.handlePaste();
+    beginEdit("Another.png");
+    batch.handlePaste();
+    endEdit("Another.png");
+    EXPECT_EQ(watched.reads, 0);
+}
+
 TEST_F(ScreenshotBatchTest, FiresOnePasteForTwoPressesDuringAnEdit)
 {
     take("Screenshot 1.png");
@@ -723,9 +941,70 @@ TEST_F(ScreenshotBatchTest, KeepsThePasteboardEmptyUntilTheEditIsWritten)
     EXPECT_THAT(desktop.pasteboard.files, IsEmpty());
     take("Screenshot 2.png");
     EXPECT_THAT(desktop.pasteboard.files, IsEmpty());
+    // Bug: it was filled and then emptied, and a paste between the two took the old picture.
+    EXPECT_EQ(watched.published.size(), 1u) << "before the edit alone";
     endEdit("Screenshot 1.png");
     EXPECT_THAT(
         pasted, ElementsAre(ElementsAre(copyOf("Screenshot 1.png"), copyOf("Screenshot 2.png"))));
+}
+
+TEST_F(ScreenshotBatchTest, NeverFillsThePasteboardForAPasteThatIsHeldForBoth)
+{
+    take("Screenshot 1.png");
+    accept("Screenshot 2.png");
+    batch.handlePaste();
+    beginEdit("Screenshot 1.png");
+    desktop.dispatch.runUntilIdle();
+    EXPECT_EQ(watched.published.size(), 1u);
+}
+
+TEST_F(ScreenshotBatchTest, FiresAHeldPasteWithoutTheFilesThatAreGoneMeanwhile)
+{
+    take("Screenshot 1.png");
+    take("Screenshot 2.png");
+    take("Screenshot 3.png");
+    beginEdit("Screenshot 3.png");
+    batch.handlePaste();
+    batch.forget({copyOf("Screenshot 1.png")});
+    desktop.files.remove(copyOf("Screenshot 2.png"));
+    batch.forgetMissingFiles();
+    EXPECT_THAT(desktop.pasteboard.files, IsEmpty());
+    endEdit("Screenshot 3.png");
+    EXPECT_THAT(pasted, ElementsAre(ElementsAre(copyOf("Screenshot 3.png"))));
+}
+
+TEST_F(ScreenshotBatchTest, FiresAHeldPasteWhenWhatItWasHeldForIsGone)
+{
+    take("Screenshot 1.png");
+    take("Screenshot 2.png");
+    beginEdit("Screenshot 1.png");
+    batch.handlePaste();
+    batch.forget({copyOf("Screenshot 1.png")});
+    EXPECT_THAT(pasted, ElementsAre(ElementsAre(copyOf("Screenshot 2.png"))));
+}
+
+TEST_F(ScreenshotBatchTest, DropsAHeldPasteWhenAllOfItIsGone)
+{
+    take("Screenshot 1.png");
+    beginEdit("Screenshot 1.png");
+    batch.handlePaste();
+    batch.forget({copyOf("Screenshot 1.png")});
+    endEdit("Screenshot 1.png");
+    take("Screenshot 2.png");
+    EXPECT_THAT(pasted, IsEmpty());
+}
+
+TEST_F(ScreenshotBatchTest, PutsNoFileThatIsGoneOnThePasteboardAgain)
+{
+    take("Screenshot 1.png");
+    take("Screenshot 2.png");
+    batch.forget({copyOf("Screenshot 1.png")});
+    EXPECT_EQ(desktop.pasteboard.files.size(), 2u) << "it is left alone";
+    for (const bool succeeded : {false, true}) {
+        beginEdit("Screenshot 2.png");
+        endEdit("Screenshot 2.png", succeeded);
+    }
+    EXPECT_EQ(desktop.pasteboard.files, Paths{copyOf("Screenshot 2.png")});
 }
 
 TEST_F(ScreenshotBatchTest, HoldsNoPasteOfAnythingElseDuringAnEdit)
