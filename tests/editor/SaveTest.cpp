@@ -11,7 +11,10 @@
 #include <gmock/gmock.h>
 
 #include <atomic>
+#include <condition_variable>
 #include <fstream>
+#include <future>
+#include <mutex>
 #include <random>
 #include <thread>
 
@@ -47,15 +50,31 @@ protected:
 
     test::TemporaryFolder folder;
     posix::PosixFileSystem files;
-    // Counts the tools that were started.
-    struct CountedProcesses final : Processes {
+    // Counts the tools that were started. The first can be made the slowest: it does not end before
+    // another has, if another is started within a second.
+    struct OrderedProcesses final : Processes {
         bool run(const fs::path& program, const std::vector<std::string>& arguments) override
         {
-            ++started;
-            return real.run(program, arguments);
+            const bool isFirst = ++started == 1;
+            const bool result = real.run(program, arguments);
+            if (isFirst && firstIsSlowest)
+                EXPECT_TRUE(otherAsked.get_future().wait_for(60s) == std::future_status::ready);
+            std::unique_lock lock(mutex);
+            if (isFirst && firstIsSlowest)
+                change.wait_for(lock, 1s, [this] { return ended > 0; });
+            ++ended;
+            change.notify_all();
+            return result;
         }
         posix::PosixProcesses real;
         std::atomic<int> started = 0;
+        bool firstIsSlowest = false;
+        std::promise<void> otherAsked; // all saves were asked for
+
+    private:
+        std::mutex mutex;
+        std::condition_variable change;
+        int ended = 0;
     } processes;
     posix::LinuxResources resources{
         posix::runningProgramFolder(), [](const std::string&) { return false; }};
@@ -76,10 +95,10 @@ TEST_F(SaveTest, WritesWhatIsMeantThroughTheRealPngquant)
     EXPECT_THAT(*files.list(folder.path), testing::ElementsAre(shot)) << "nothing stays beside it";
 }
 
-// Items over a picture that is slow to compress, saved one after the other without a pause
+// Items over a picture whose first save takes longest, saved one after the other without a pause
 class QuickEditsTest : public SaveTest {
 protected:
-    // Of a picture of 1200 x 800 pixels, which the canvas shows at half its size
+    // Of a picture of 300 x 200 pixels, which the canvas shows at twice its size
     static constexpr Size canvasSize{696, 496};
     const AnnotationItem highlight{
         AnnotationTool::highlight, {{60, 60}, {100, 50}}, std::nullopt, systemYellow};
@@ -88,14 +107,14 @@ protected:
 
     static Image secret()
     {
-        // Few colours, so that pngquant is content, in no order, so that it has something to do
+        // Few colours, so that pngquant is content
         std::mt19937 random;
         std::vector<std::uint32_t> colors(100);
         for (auto& color : colors)
             color = 0xFF404040u | random();
-        auto bitmap = std::make_shared<Bitmap>(PixelSize{1200, 800});
-        for (int y = 0; y < 800; ++y)
-            for (int x = 0; x < 1200; ++x)
+        auto bitmap = std::make_shared<Bitmap>(PixelSize{300, 200});
+        for (int y = 0; y < 200; ++y)
+            for (int x = 0; x < 300; ++x)
                 bitmap->row(y)[x] = colors[random() % colors.size()];
         return bitmap;
     }
@@ -105,11 +124,13 @@ protected:
         LoopDispatch dispatch;
         AnnotationSaver saver(dispatch, exporterWith(posix::linuxToolPaths(resources)));
         const Image picture = secret();
+        processes.firstIsSlowest = edits.size() > 1;
         for (const auto& items : edits) {
             saver.save({shot, items, picture, canvasSize});
             // The first save is under way when the others are asked for.
             EXPECT_TRUE(dispatch.runUntil([&] { return processes.started > 0; }, 60s));
         }
+        processes.otherAsked.set_value();
         EXPECT_TRUE(dispatch.runUntil([&] { return saver.pathsBeingWritten().empty(); }, 60s));
     }
 
@@ -129,7 +150,7 @@ protected:
 TEST_F(QuickEditsTest, ShowAHighlight)
 {
     edit({{highlight}});
-    EXPECT_EQ(countVisible(), 1200 * 800);
+    EXPECT_EQ(countVisible(), 300 * 200);
 }
 
 // Bug: the masked picture was ready before the one with the highlight alone, which then replaced
@@ -152,6 +173,23 @@ TEST_F(QuickEditsTest, HideWhatAMaskIsMovedTo)
     before.rect.origin.x -= 600;
     edit({{before}, {mask}});
     EXPECT_EQ(countVisible(), 0);
+}
+
+// Bug: what waited for a thread at the end of the program was dropped, and the tool of what was
+// under way was ended.
+TEST_F(QuickEditsTest, AreInTheirFilesWhenTheProgramEnds)
+{
+    LoopDispatch dispatch;
+    AnnotationSaver saver(dispatch, exporterWith(posix::linuxToolPaths(resources)));
+    std::vector<fs::path> shots;
+    for (int number = 0; number < 6; ++number) // more than there are threads on most machines
+        shots.push_back(folder.path / ("Shot " + std::to_string(number) + ".png"));
+    for (const fs::path& each : shots)
+        saver.save({each, {mask}, secret(), canvasSize});
+    EXPECT_TRUE(saver.finishWriting(60s));
+    processes.real.endChildren(0ms);
+    for (const fs::path& each : shots)
+        EXPECT_TRUE(std::holds_alternative<Bitmap>(load(each))) << each;
 }
 
 // Two edits of one file in quick succession, again and again, while someone reads it

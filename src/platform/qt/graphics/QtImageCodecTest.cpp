@@ -208,7 +208,8 @@ QImage ramp(QImage::Format format)
 TEST_F(QtImageCodecTest, TakesAGammaOf22ForSrgb)
 {
     for (const auto format :
-         {QImage::Format_RGB32, QImage::Format_Grayscale8, QImage::Format_RGBA64}) {
+         {QImage::Format_RGB32, QImage::Format_Grayscale8, QImage::Format_Grayscale16,
+          QImage::Format_Indexed8, QImage::Format_RGBA64}) {
         const std::string png = encoded(ramp(format), "png");
         const Bitmap expected = decoded(png);
         for (const auto& chunks :
@@ -220,15 +221,19 @@ TEST_F(QtImageCodecTest, TakesAGammaOf22ForSrgb)
 
 TEST_F(QtImageCodecTest, AppliesEveryOtherGamma)
 {
-    const std::string png = encoded(ramp(QImage::Format_RGB32), "png");
-    for (const auto& primaries : {std::string(), srgbPrimaries}) {
-        // 0.5333 of the full light is 193 in sRGB
-        const Bitmap linear = decoded(withChunks(png, gammaChunk(100000) + primaries));
-        EXPECT_THAT(linear.pixel(8, 0), IsNear(0xFFC1C1C1u, 2));
-        EXPECT_THAT(linear.pixel(1, 0), IsNear(0xFF494949u, 2));
-        // 0.5333 to the power of 1.8 is 0.3227, which is 154 in sRGB
-        const Bitmap old = decoded(withChunks(png, gammaChunk(55556) + primaries));
-        EXPECT_THAT(old.pixel(8, 0), IsNear(0xFF9A9A9Au, 2));
+    for (const auto format :
+         {QImage::Format_RGB32, QImage::Format_Grayscale8, QImage::Format_Grayscale16,
+          QImage::Format_Indexed8, QImage::Format_RGBA64}) {
+        const std::string png = encoded(ramp(format), "png");
+        for (const auto& primaries : {std::string(), srgbPrimaries}) {
+            // 0.5333 of the full light is 193 in sRGB
+            const Bitmap linear = decoded(withChunks(png, gammaChunk(100000) + primaries));
+            EXPECT_THAT(linear.pixel(8, 0), IsNear(0xFFC1C1C1u, 2)) << format;
+            EXPECT_THAT(linear.pixel(1, 0), IsNear(0xFF494949u, 2)) << format;
+            // 0.5333 to the power of 1.8 is 0.3227, which is 154 in sRGB
+            const Bitmap old = decoded(withChunks(png, gammaChunk(55556) + primaries));
+            EXPECT_THAT(old.pixel(8, 0), IsNear(0xFF9A9A9Au, 2)) << format;
+        }
     }
 }
 
