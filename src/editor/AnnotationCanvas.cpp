@@ -46,7 +46,8 @@ AnnotationCanvas::~AnnotationCanvas() = default;
 
 void AnnotationCanvas::setSize(Size size)
 {
-    canvas.size = size;
+    if (std::exchange(canvas.size, size) != size)
+        canvas.moveLastPoint.reset(); // where the mouse is now, its next event tells
     view->redraw();
     std::optional<PlacementChange> change;
     if (ImagePlacement::hasRoom(size, imageInset))
@@ -184,9 +185,9 @@ void AnnotationCanvas::mouseDragged(Point point)
         resizeAnnotation(*canvas.resizingIndex, *canvas.resizeHandle, point);
         return;
     }
-    if (canvas.movingIndex && canvas.moveLastPoint) {
-        moveBy({point.x - canvas.moveLastPoint->x, point.y - canvas.moveLastPoint->y});
-        canvas.moveLastPoint = point;
+    if (canvas.movingIndex) {
+        const Point last = std::exchange(canvas.moveLastPoint, point).value_or(point);
+        moveBy({point.x - last.x, point.y - last.y});
         return;
     }
     if (!canvas.dragStart || !delegate)

@@ -58,15 +58,16 @@ public:
     Size placedOn() const { return canvas.placedOn; }
     bool hasActiveTextField() const { return activeTextField != nullptr; }
 
-    // Each asks for a redraw.
+    // Each asks for a redraw. Another screenshot is shown by its picture first, since its items are
+    // placed over the picture that is there.
 
     // Items stay where they are over the picture. A canvas without room for it keeps them as they
     // are until there is room again.
     void setSize(Size);
     void setBackgroundImage(Image);
 
-    // Of another picture: nothing stays selected. Items of a canvas of another size are told as
-    // they lie on this one.
+    // Those of the picture that is shown; nothing stays selected. Items of a canvas of another size
+    // are told as they lie on this one.
     void setAnnotations(std::vector<AnnotationItem>, Size madeOn);
     void setAnnotations(std::vector<AnnotationItem> items)
     {

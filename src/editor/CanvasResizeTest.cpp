@@ -109,15 +109,28 @@ TEST_F(CanvasResizeTest, GoesOnWithANewShapeFromWhereItBegan)
     EXPECT_EQ(only().rect, (Rect{{348, 148}, {100, 200}}));
 }
 
-TEST_F(CanvasResizeTest, GoesOnWithAMoveAndWithAResize)
+// Bug: points count from the lower edge, so a mouse that stood still seemed to have moved by as
+// much as the canvas had grown, and what was being moved jumped.
+TEST_F(CanvasResizeTest, GoesOnWithAMoveFromWhereTheMouseIsFoundAgain)
 {
     canvas.setAnnotations({blurAt({{148, 98}, {100, 50}})});
     canvas.mouseDown({198, 123});
     canvas.setSize({1096, 696});
-    canvas.mouseDragged({208, 143});
-    canvas.mouseUp({208, 143});
+    canvas.mouseDragged({198, 423});
+    EXPECT_EQ(only().rect, (Rect{{348, 148}, {200, 100}}));
+    canvas.mouseDragged({208, 443});
     EXPECT_EQ(only().rect, (Rect{{358, 168}, {200, 100}}));
+    canvas.setSize({1096, 696});
+    canvas.mouseDragged({209, 443});
+    EXPECT_EQ(only().rect, (Rect{{359, 168}, {200, 100}})) << "a size that stays changes nothing";
+    canvas.mouseUp({209, 443});
+    EXPECT_THAT(window.updated, testing::SizeIs(1));
+}
 
+TEST_F(CanvasResizeTest, GoesOnWithAResize)
+{
+    canvas.setSize({1096, 696});
+    canvas.setAnnotations({blurAt({{358, 168}, {200, 100}})});
     canvas.mouseDown({558, 268});
     canvas.mouseDragged({608, 318});
     canvas.setSize({496, 396});

@@ -35,7 +35,7 @@ struct CanvasState {
     std::optional<Rect> liveRect; // of the shape that is being dragged out
     std::optional<Point> dragStart;
     std::optional<std::size_t> movingIndex;
-    std::optional<Point> moveLastPoint;
+    std::optional<Point> moveLastPoint; // empty after a change of size
     std::optional<std::size_t> resizingIndex;
     std::optional<ResizeHandle> resizeHandle;
     std::optional<Rect> resizedFrom; // the item's rectangle when the resize began

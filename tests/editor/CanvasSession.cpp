@@ -287,8 +287,8 @@ std::string CanvasSession::brokenIndices() const
           state.selectedAnnotationIndex})
         if (index && *index >= state.annotations.size())
             return "an index lies outside of the list";
-    if (state.movingIndex.has_value() != state.moveLastPoint.has_value())
-        return "a move without its last point, or the other way round";
+    if (state.moveLastPoint && !state.movingIndex)
+        return "the last point of a move without the move";
     if (state.resizingIndex.has_value() != state.resizeHandle.has_value())
         return "a resize without its handle, or the other way round";
     if (state.dragStart.has_value() != state.liveRect.has_value())
