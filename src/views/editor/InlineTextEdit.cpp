@@ -10,15 +10,21 @@ namespace tallowbay::views {
 
 namespace {
 
+QString inOneLine(QString text)
+{
+    static const QRegularExpression breaks(
+        QStringLiteral("\\r\\n|[\\n\\r\\v\\f\\x{85}\\x{2028}\\x{2029}]"));
+    return text.replace(breaks, QStringLiteral(" "));
+}
+
 // Whatever comes in, by key, paste, drop or input method, stays one line: a break becomes a blank.
 class OneLine final : public QValidator {
 public:
     using QValidator::QValidator;
-    State validate(QString& text, int&) const override
+    State validate(QString& text, int& cursor) const override
     {
-        static const QRegularExpression breaks(
-            QStringLiteral("\\r\\n|[\\n\\r\\v\\f\\x{85}\\x{2028}\\x{2029}]"));
-        text.replace(breaks, QStringLiteral(" "));
+        cursor = static_cast<int>(inOneLine(text.left(cursor)).size());
+        text = inOneLine(text);
         return Acceptable;
     }
 };

@@ -343,6 +343,19 @@ TEST_F(AnnotationCanvasViewTest, MakesOneLineOfWhatIsPasted)
     EXPECT_EQ(items().at(0).text, "one two three four five six");
 }
 
+// Bug: two characters make one blank, so the cursor came to stand one further to the right.
+TEST_F(AnnotationCanvasViewTest, LeavesTheCursorBehindWhatIsPasted)
+{
+    ASSERT_TRUE(openField({200, 150}));
+    type("ab");
+    QGuiApplication::clipboard()->setText(QStringLiteral("1\r\n2\r\n3"));
+    press({"Left", "ctrl+v"});
+    EXPECT_TRUE(runUntil([&] { return field()->text() == "a1 2 3b"; }));
+    EXPECT_EQ(field()->cursorPosition(), 6);
+    type("x");
+    EXPECT_TRUE(runUntil([&] { return field()->text() == "a1 2 3xb"; }));
+}
+
 TEST_F(AnnotationCanvasViewTest, KeepsTheFieldAndTheKeyboardWhenTabIsPressed)
 {
     ASSERT_TRUE(openField({200, 150}));
