@@ -18,6 +18,8 @@ public:
     ~CanvasWindow() override;
 
 private:
+    void closeEvent(QCloseEvent*) override { canvas.commitTextIfNeeded(); }
+
     // The host
     std::unique_ptr<AnnotationCanvasPort> makeCanvasView(AnnotationCanvas&) override;
 

@@ -12,9 +12,11 @@
 #include "support/TemporaryFolder.h"
 
 #include <QAction>
+#include <QLineEdit>
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cmath>
 #include <random>
 
@@ -27,7 +29,8 @@ using Words = std::vector<std::string>;
 // picture that takes a while to compress; what is saved goes through the real tools.
 class CanvasWindowTest : public testing::Test {
 protected:
-    CanvasWindowTest()
+    explicit CanvasWindowTest(PixelSize size = {1200, 800})
+        : size(size)
     {
         desktop.server().startWindowManager();
         window.centralWidget()->installEventFilter(&releases);
@@ -38,15 +41,15 @@ protected:
     }
 
     // Few colours, so that pngquant is content, in no order, so that it has something to do
-    static Image secret()
+    Image secret() const
     {
         std::mt19937 random;
         std::vector<std::uint32_t> colors(100);
         for (auto& color : colors)
             color = 0xFF404040u | random();
-        auto bitmap = std::make_shared<Bitmap>(PixelSize{1200, 800});
-        for (int y = 0; y < 800; ++y)
-            for (int x = 0; x < 1200; ++x)
+        auto bitmap = std::make_shared<Bitmap>(size);
+        for (int y = 0; y < size.height; ++y)
+            for (int x = 0; x < size.width; ++x)
                 bitmap->row(y)[x] = colors[random() % colors.size()];
         return bitmap;
     }
@@ -63,8 +66,8 @@ protected:
     {
         const QWidget& canvas = *window.centralWidget();
         const auto placement = ImagePlacement::fit(
-            {double(canvas.width()), double(canvas.height())}, {1200, 800}, imageInset);
-        const Point point = placement.toCanvas(Point{x * 1200, y * 800});
+            {double(canvas.width()), double(canvas.height())}, size, imageInset);
+        const Point point = placement.toCanvas(Point{x * size.width, y * size.height});
         const QPoint corner = canvas.mapToGlobal(QPoint(0, canvas.height()));
         return {
             "mousemove", std::to_string(corner.x() + std::lround(point.x)),
@@ -135,11 +138,24 @@ protected:
         int& count;
     };
 
+    // Counts the tools that were started.
+    struct CountedProcesses final : Processes {
+        bool run(const std::filesystem::path& program, const std::vector<std::string>& arguments)
+            override
+        {
+            ++started;
+            return real.run(program, arguments);
+        }
+        posix::PosixProcesses real;
+        std::atomic<int> started = 0;
+    };
+
+    const PixelSize size; // of the picture
     QtDesktop desktop;
     TemporaryFolder folder;
     const std::filesystem::path shot = folder.path / "Shot.png";
     posix::PosixFileSystem files;
-    posix::PosixProcesses processes;
+    CountedProcesses processes;
     posix::LinuxResources resources{
         posix::runningProgramFolder(), [](const std::string&) { return false; }};
     qt::QtImageCodec codec;
@@ -193,6 +209,27 @@ TEST_F(CanvasWindowTest, HidesWhatAMaskIsMovedTo)
             ASSERT_TRUE(isMask(picture.pixel(x, y))) << x << ", " << y;
 }
 
+// Bug: what was being typed was lost.
+TEST_F(CanvasWindowTest, SavesTheTextThatIsBeingTypedWhenItIsClosed)
+{
+    choose("Text");
+    run({at(0.1, 0.5), {"click", "1"}});
+    EXPECT_TRUE(desktop.runUntil([&] { return window.findChild<QLineEdit*>() != nullptr; }));
+    run({{"type", "HHHH"}});
+    EXPECT_TRUE(desktop.runUntil([&] {
+        const auto* field = window.findChild<QLineEdit*>();
+        return field && field->text() == "HHHH";
+    }));
+    window.close();
+    ASSERT_FALSE(saver.pathsBeingWritten().empty());
+    int ground = 0;
+    const Bitmap picture = savedAtLast();
+    for (int y = 0; y < 800; ++y)
+        for (int x = 0; x < 1200; ++x)
+            ground += (picture.pixel(x, y) & 0xFF) < 40;
+    EXPECT_GT(ground, 100);
+}
+
 // Bug: a mask stayed where it was in the window, while the picture moved away below it, and the
 // next save wrote it there.
 TEST_F(CanvasWindowTest, HidesTheSamePixelsInAWindowOfAnotherSize)
@@ -211,6 +248,35 @@ TEST_F(CanvasWindowTest, HidesTheSamePixelsInAWindowOfAnotherSize)
         for (int x = 0; x < 1200; ++x)
             ASSERT_EQ(isMask(after.pixel(x, y)), isMask(before.pixel(x, y))) << x << ", " << y;
     EXPECT_TRUE(isMask(after.pixel(450, 500)));
+}
+
+// Of this many pixels; the mask comes when the highlight has got this far.
+struct QuickEdits {
+    PixelSize size;
+    enum { atOnce, whenTheToolRuns } second;
+};
+
+class LargePictureTest : public CanvasWindowTest, public testing::WithParamInterface<QuickEdits> {
+protected:
+    LargePictureTest()
+        : CanvasWindowTest(GetParam().size)
+    {
+    }
+};
+INSTANTIATE_TEST_SUITE_P(
+    Sizes, LargePictureTest,
+    testing::Values(
+        QuickEdits{{2400, 1600}, QuickEdits::atOnce},
+        QuickEdits{{2400, 1600}, QuickEdits::whenTheToolRuns},
+        QuickEdits{{5120, 2880}, QuickEdits::whenTheToolRuns}));
+
+TEST_P(LargePictureTest, HidesWhatIsMaskedRightAfterAHighlight)
+{
+    drawHighlight();
+    if (GetParam().second == QuickEdits::whenTheToolRuns)
+        EXPECT_TRUE(desktop.runUntil([&] { return processes.started > 0; }));
+    drawMaskOverAll();
+    EXPECT_EQ(countVisible(savedAtLast()), 0);
 }
 
 } // namespace
