@@ -94,15 +94,23 @@ protected:
         drag(at(-0.02, -0.02), at(0.5, 0.5), at(1.02, 1.02));
     }
 
+    // A large picture takes its time where other tests run beside this one.
+    void waitUntilWritten()
+    {
+        const auto isWritten = [&] { return saver.pathsBeingWritten().empty(); };
+        for (int patience = 0; patience < 5 && !isWritten(); ++patience)
+            desktop.runUntil(isWritten);
+        EXPECT_TRUE(isWritten());
+    }
     Bitmap saved()
     {
-        EXPECT_TRUE(desktop.runUntil([&] { return saver.pathsBeingWritten().empty(); }));
+        waitUntilWritten();
         return std::get<Bitmap>(loadImage(files, codec, shot));
     }
     // Also behind a save of which the saver knows nothing any more
     Bitmap savedAtLast()
     {
-        EXPECT_TRUE(desktop.runUntil([&] { return saver.pathsBeingWritten().empty(); }));
+        waitUntilWritten();
         dispatch.finishBackgroundWork();
         return saved();
     }
@@ -254,6 +262,11 @@ TEST_F(CanvasWindowTest, HidesTheSamePixelsInAWindowOfAnotherSize)
 struct QuickEdits {
     PixelSize size;
     enum { atOnce, whenTheToolRuns } second;
+
+    friend void PrintTo(const QuickEdits& edits, std::ostream* out)
+    {
+        *out << edits.size.width << (edits.second == atOnce ? "AtOnce" : "WhenTheToolRuns");
+    }
 };
 
 class LargePictureTest : public CanvasWindowTest, public testing::WithParamInterface<QuickEdits> {
@@ -268,7 +281,8 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         QuickEdits{{2400, 1600}, QuickEdits::atOnce},
         QuickEdits{{2400, 1600}, QuickEdits::whenTheToolRuns},
-        QuickEdits{{5120, 2880}, QuickEdits::whenTheToolRuns}));
+        QuickEdits{{5120, 2880}, QuickEdits::whenTheToolRuns}),
+    testing::PrintToStringParamName());
 
 TEST_P(LargePictureTest, HidesWhatIsMaskedRightAfterAHighlight)
 {
