@@ -37,6 +37,14 @@ public:
     // the window stays one.
     virtual void cutToShape(NativeWindow, const PixelRegion&) = 0;
 
+    // Keeps the window off the lists in which the user chooses among windows: taskbar and pager.
+    // Holds for the window's next time on the screen.
+    virtual void keepOffTaskbar(NativeWindow) = 0;
+
+    // Gives the window, which is shown, the keyboard: the user has just asked for it, in a way that
+    // the desktop may not know of.
+    virtual void activate(NativeWindow) = 0;
+
     // What the desktop calls the theme of its windows, such as "Adwaita-dark". Empty if it does not
     // say.
     virtual std::string windowTheme() const = 0;

@@ -15,6 +15,9 @@ namespace tallowbay::contract {
 //   void publishTheme(name);
 //   PixelRegion blurredRegion();    of our window; empty for none
 //   PixelRegion shape();            of our window, after it was cut
+//   bool isOffTaskbar();            our window
+//   void show();                    our window
+//   bool hasKeyboard();             our window
 template <typename Backend> class WindowSystemContract : public testing::Test {
 protected:
     Backend backend;
@@ -85,6 +88,22 @@ TYPED_TEST_P(WindowSystemContract, KeepsShapeAndBlurApart)
     EXPECT_THAT(this->backend.blurredRegion(), testing::ElementsAre(PixelRect{1, 1, 5, 5}));
 }
 
+TYPED_TEST_P(WindowSystemContract, KeepsAWindowOffTheTaskbar)
+{
+    EXPECT_FALSE(this->backend.isOffTaskbar());
+    this->windows.keepOffTaskbar(this->window);
+    this->windows.keepOffTaskbar(this->window);
+    EXPECT_TRUE(this->backend.isOffTaskbar());
+}
+
+TYPED_TEST_P(WindowSystemContract, GivesAWindowTheKeyboard)
+{
+    this->backend.show();
+    EXPECT_FALSE(this->backend.hasKeyboard());
+    this->windows.activate(this->window);
+    EXPECT_TRUE(this->backend.hasKeyboard());
+}
+
 TYPED_TEST_P(WindowSystemContract, NamesTheThemeOfTheWindowsOnceTheDesktopDoes)
 {
     EXPECT_EQ(this->windows.windowTheme(), "");
@@ -97,6 +116,7 @@ REGISTER_TYPED_TEST_SUITE_P(
     BlursWhereItIsOfferedAndWindowsAreComposed, BlursNothingWhereWindowsAreNotComposed,
     BlursTheRegionThatWasGivenLast, TakesTheWishForBlurBackWithAnEmptyRegion,
     CutsAWindowToTheShapeThatWasGivenLast, LeavesNothingOfAWindowThatIsCutToAnEmptyShape,
-    KeepsShapeAndBlurApart, NamesTheThemeOfTheWindowsOnceTheDesktopDoes);
+    KeepsShapeAndBlurApart, KeepsAWindowOffTheTaskbar, GivesAWindowTheKeyboard,
+    NamesTheThemeOfTheWindowsOnceTheDesktopDoes);
 
 } // namespace tallowbay::contract

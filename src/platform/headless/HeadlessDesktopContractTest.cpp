@@ -148,6 +148,9 @@ struct HeadlessWindowSystemBackend {
     void publishTheme(const std::string& name) { headless.theme = name; }
     PixelRegion blurredRegion() { return headless.blurred[window()]; }
     PixelRegion shape() { return headless.shapes.at(window()); }
+    bool isOffTaskbar() { return headless.offTaskbar.contains(window()); }
+    void show() { }
+    bool hasKeyboard() { return headless.active == window(); }
 };
 
 } // namespace

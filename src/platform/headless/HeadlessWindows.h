@@ -4,6 +4,7 @@
 #include "platform/WindowSystem.h"
 
 #include <map>
+#include <set>
 
 namespace tallowbay::headless {
 
@@ -20,6 +21,8 @@ public:
     {
         shapes[window] = region;
     }
+    void keepOffTaskbar(NativeWindow window) override { offTaskbar.insert(window); }
+    void activate(NativeWindow window) override { active = window; }
     std::string windowTheme() const override { return theme; }
 
     bool composes = false;
@@ -27,6 +30,8 @@ public:
     std::string theme;
     std::map<NativeWindow, PixelRegion> blurred;
     std::map<NativeWindow, PixelRegion> shapes;
+    std::set<NativeWindow> offTaskbar;
+    NativeWindow active = 0;
 };
 
 // No tray, unless it is given a window.

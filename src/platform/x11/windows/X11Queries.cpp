@@ -1,5 +1,6 @@
 #include "platform/x11/windows/X11Queries.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <memory>
 
@@ -113,6 +114,35 @@ void X11Queries::remove(xcb_window_t window, const std::string& property) const
 {
     if (const auto name = atom(server, property); name != noAtom)
         xcb_delete_property(server, window, name);
+}
+
+void X11Queries::addAtoms(
+    xcb_window_t window, const std::string& property, const std::vector<std::string>& names) const
+{
+    const std::vector<std::uint32_t> there = values(window, property);
+    for (const std::string& name : names) {
+        const xcb_atom_t added = atom(server, name, false);
+        if (std::ranges::find(there, added) == there.end())
+            xcb_change_property(
+                server, XCB_PROP_MODE_APPEND, window, atom(server, property, false), XCB_ATOM_ATOM,
+                32, 1, &added);
+    }
+}
+
+void X11Queries::tellManager(
+    xcb_window_t about, const std::string& message, std::uint32_t first, std::uint32_t second) const
+{
+    xcb_client_message_event_t event{};
+    event.response_type = XCB_CLIENT_MESSAGE;
+    event.format = 32;
+    event.window = about;
+    event.type = atom(server, message, false);
+    event.data.data32[0] = first;
+    event.data.data32[1] = second;
+    xcb_send_event(
+        server, false, root(),
+        XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+        reinterpret_cast<const char*>(&event));
 }
 
 xcb_window_t X11Queries::windowAt(int x, int y) const

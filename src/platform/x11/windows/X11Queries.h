@@ -50,6 +50,15 @@ public:
         xcb_window_t, const std::string& property, const std::vector<std::uint32_t>& values) const;
     void remove(xcb_window_t, const std::string& property) const;
 
+    // Adds names to a window's list of atoms, those that are not in it. Sent as the others.
+    void addAtoms(
+        xcb_window_t, const std::string& property, const std::vector<std::string>& names) const;
+
+    // Sends the root window, whose manager listens there, a message about a window.
+    void tellManager(
+        xcb_window_t about, const std::string& message, std::uint32_t first,
+        std::uint32_t second) const;
+
     // The innermost window at a place of the desktop; the root if there is no other.
     xcb_window_t windowAt(int x, int y) const;
 

@@ -69,6 +69,27 @@ void X11WindowSystem::cutToShape(NativeWindow window, const PixelRegion& region)
         rectangles.data());
 }
 
+// A manager reads the states as the window is shown, and clears them when it goes.
+void X11WindowSystem::keepOffTaskbar(NativeWindow window)
+{
+    queries.addAtoms(
+        static_cast<xcb_window_t>(window), "_NET_WM_STATE",
+        {"_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER"});
+}
+
+// As a pager asks, for the user: a program's own wish is weighed by when the program last got a
+// key, and the hotkey came to us another way.
+void X11WindowSystem::activate(NativeWindow window)
+{
+    constexpr std::uint32_t asPager = 2;
+    const auto target = static_cast<xcb_window_t>(window);
+    if (queries.has(queries.root(), "_NET_SUPPORTING_WM_CHECK"))
+        queries.tellManager(target, "_NET_ACTIVE_WINDOW", asPager, XCB_CURRENT_TIME);
+    else
+        xcb_set_input_focus(server, XCB_INPUT_FOCUS_PARENT, target, XCB_CURRENT_TIME);
+    xcb_flush(server);
+}
+
 // By the settings that GTK desktops publish.
 std::string X11WindowSystem::windowTheme() const
 {

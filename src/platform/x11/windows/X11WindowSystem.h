@@ -15,6 +15,8 @@ public:
     bool blursBehind() const override;
     void blurBehind(NativeWindow, const PixelRegion&) override;
     void cutToShape(NativeWindow, const PixelRegion&) override;
+    void keepOffTaskbar(NativeWindow) override;
+    void activate(NativeWindow) override;
     std::string windowTheme() const override;
 
 private:

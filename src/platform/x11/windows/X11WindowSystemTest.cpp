@@ -62,6 +62,28 @@ public:
         return result;
     }
 
+    bool isOffTaskbar()
+    {
+        toolkit.sync();
+        const auto states = toolkit.look("_NET_WM_STATE").values();
+        return states
+            == std::vector<std::uint32_t>{
+                other.atom("_NET_WM_STATE_SKIP_TASKBAR"), other.atom("_NET_WM_STATE_SKIP_PAGER")};
+    }
+    void show()
+    {
+        xcb_map_window(toolkit.connection(), toolkit.window());
+        toolkit.sync();
+    }
+    bool hasKeyboard()
+    {
+        toolkit.sync();
+        const auto cookie = xcb_get_input_focus(other.connection());
+        const std::unique_ptr<xcb_get_input_focus_reply_t, decltype(&std::free)> reply(
+            xcb_get_input_focus_reply(other.connection(), cookie, nullptr), &std::free);
+        return reply->focus == toolkit.window();
+    }
+
 private:
     // Empty if there is no such property.
     std::optional<std::vector<std::uint32_t>> blurNumbers()
