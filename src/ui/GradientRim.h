@@ -7,6 +7,8 @@
 
 namespace tallowbay {
 
+inline constexpr Color glassTint = Color::white(1, 0.2); // over what shines through a glass card
+
 // The rim of a glass card: one point wide, brightest at the upper left corner, and fading towards
 // the lower right one.
 struct GradientRim {

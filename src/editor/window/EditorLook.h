@@ -29,7 +29,6 @@ inline constexpr double idleToolRailAlpha = 0.35; // until a screenshot is shown
 
 // The card with the canvas.
 inline constexpr double canvasCardRadius = 16;
-inline constexpr Color glassTint = Color::white(1, 0.2);
 inline constexpr double canvasHeaderHeight = 56;
 inline constexpr double settingsButtonSide = 28;
 inline constexpr double settingsButtonRadius = 6;
@@ -82,7 +81,11 @@ inline constexpr double captionTrailing = 10;
 inline constexpr Font captionFont{11, FontWeight::medium};
 inline constexpr Color captionColor = Color::white(0.2, 0.85);
 inline constexpr double imageWellRadius = 12; // black
-inline constexpr Size imageWellSize{cellSize.width, cellSize.height - cellHeaderHeight};
+inline constexpr double imageWellInset = 8; // to the left, the right and below
+inline constexpr double imageWellGap = 6; // to the header
+inline constexpr Size imageWellSize{
+    cellSize.width - 2 * imageWellInset,
+    cellSize.height - cellHeaderHeight - imageWellGap - imageWellInset};
 
 inline constexpr std::array<Color, headerPaletteSize> headerPalette{
     {{254 / 255.0, 171 / 255.0, 171 / 255.0},

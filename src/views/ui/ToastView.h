@@ -1,10 +1,8 @@
 #pragma once
 
 #include "ui/WindowPort.h"
+#include "views/ui/Fade.h"
 #include "views/ui/ToastWidget.h"
-
-#include <QPointer>
-#include <QVariantAnimation>
 
 namespace tallowbay::views {
 
@@ -18,17 +16,17 @@ public:
 
     // The port
     void orderFront() override;
-    void setAlpha(double) override;
+    void setAlpha(double alpha) override { fade.setAlpha(alpha); }
     void animateAlpha(
-        double to, std::chrono::milliseconds duration, std::function<void()> completion) override;
+        double to, std::chrono::milliseconds duration, std::function<void()> completion) override
+    {
+        fade.animateAlpha(to, duration, std::move(completion));
+    }
     void close() override { widget.close(); }
 
 private:
-    int takeOver();
-
     ToastWidget widget;
-    QPointer<QVariantAnimation> animation;
-    int changes = 0; // the number of the last one who was asked to set the alpha
+    Fade fade{widget, [this](double alpha) { widget.setAlpha(alpha); }};
 };
 
 } // namespace tallowbay::views

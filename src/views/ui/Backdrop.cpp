@@ -1,0 +1,93 @@
+#include "views/ui/Backdrop.h"
+
+#include "views/ui/BoxBlur.h"
+
+#include <QGuiApplication>
+#include <QPainter>
+#include <QScreen>
+
+#include <utility>
+
+namespace tallowbay::views {
+
+namespace {
+
+constexpr double blurDeviation = 26; // points
+constexpr int reduction = 8; // no finer detail outlives the blur
+
+// Black, under the white tint of a card; less of it where the window has dimmed the desktop
+// already.
+constexpr double materialOverPicture = 0.64;
+constexpr double materialOverBlur = 0.55;
+constexpr QColor denseMaterial(22, 23, 27, 232);
+constexpr QColor unknownDesktop(30, 32, 38);
+
+QImage reduced(const QPixmap& picture)
+{
+    const QSize size = (picture.size() / reduction).expandedTo({1, 1});
+    return picture.toImage().scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
+
+} // namespace
+
+void Backdrop::look()
+{
+    if (std::exchange(lookedAhead, false))
+        return;
+    forget();
+    composed = windows.composesWindows();
+    blurred = composed && windows.blursBehind();
+    QScreen* const screen = QGuiApplication::primaryScreen();
+    if (blurred || !screen)
+        return;
+    size = screen->size();
+    const QPixmap picture = screen->grabWindow(0);
+    if (picture.isNull())
+        return;
+    const double deviation = blurDeviation * picture.devicePixelRatio() / reduction;
+    blurredDesktop = blurredImage(reduced(picture), deviation);
+    if (!composed)
+        desktop = picture;
+}
+
+void Backdrop::lookAhead()
+{
+    lookedAhead = false;
+    look();
+    lookedAhead = true;
+}
+
+void Backdrop::forget()
+{
+    desktop = {};
+    blurredDesktop = {};
+}
+
+QRectF Backdrop::sourceOf(const QRect& part, const QSize& picture) const
+{
+    const double x = double(picture.width()) / size.width();
+    const double y = double(picture.height()) / size.height();
+    return {part.x() * x, part.y() * y, part.width() * x, part.height() * y};
+}
+
+void Backdrop::paint(QPainter& painter, const QRect& part) const
+{
+    if (composed)
+        return;
+    if (desktop.isNull())
+        return painter.fillRect(part, unknownDesktop);
+    painter.drawPixmap(QRectF(part), desktop, sourceOf(part, desktop.size()));
+}
+
+void Backdrop::paintGlass(QPainter& painter, const QRect& part) const
+{
+    if (blurred)
+        return painter.fillRect(part, QColor::fromRgbF(0, 0, 0, materialOverBlur));
+    if (blurredDesktop.isNull())
+        return painter.fillRect(part, denseMaterial);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawImage(QRectF(part), blurredDesktop, sourceOf(part, blurredDesktop.size()));
+    painter.fillRect(part, QColor::fromRgbF(0, 0, 0, materialOverPicture));
+}
+
+} // namespace tallowbay::views

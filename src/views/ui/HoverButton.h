@@ -1,0 +1,44 @@
+#pragma once
+
+#include "ui/HoverLook.h"
+
+#include <QAbstractButton>
+
+namespace tallowbay::views {
+
+// A button without a border: a symbol that lights up under the mouse and shows where the keyboard
+// is. Space and Enter press it; it leaves all other keys to the window.
+//
+// What it shows is set from outside. A checkable button does not check itself: whoever it asked for
+// something tells what became of it.
+class HoverButton : public QAbstractButton {
+public:
+    HoverButton(const QString& name, const HoverLook&, QWidget* parent);
+
+    void setSymbol(const QString& name, int sidePoints);
+    void setTint(const QColor&);
+    void setBackground(const QColor&); // invisible unless it is set
+
+protected:
+    void paintEvent(QPaintEvent*) override;
+    void enterEvent(QEnterEvent*) override;
+    void leaveEvent(QEvent*) override;
+    void keyPressEvent(QKeyEvent*) override;
+    void nextCheckState() override { }
+
+    // What lies below the light of the mouse.
+    virtual void paintContent(QPainter&);
+
+private:
+    void paintLight(QPainter&, const QColor&);
+    void paintFocus(QPainter&);
+
+    const HoverLook look;
+    bool hovered = false;
+    QString symbolName;
+    int symbolSide = 16;
+    QColor tint = Qt::white;
+    QColor background = Qt::transparent;
+};
+
+} // namespace tallowbay::views

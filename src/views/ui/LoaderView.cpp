@@ -1,0 +1,149 @@
+#include "views/ui/LoaderView.h"
+
+#include "platform/qt/Artwork.h"
+#include "platform/qt/QtScreens.h"
+#include "platform/qt/graphics/QtColor.h"
+#include "ui/TallowLoaderPanel.h"
+#include "views/ui/RoundedRegion.h"
+
+#include <QEasingCurve>
+#include <QPainter>
+
+namespace tallowbay::views {
+
+namespace {
+
+using Panel = TallowLoaderPanel;
+
+constexpr int shadowReach = 24;
+constexpr int shadowDrop = 6;
+constexpr QColor iconColor(31, 32, 36);
+
+// As of a toast, which see.
+constexpr auto windowFlagsOfLoader = Qt::ToolTip | Qt::FramelessWindowHint
+    | Qt::WindowStaysOnTopHint | Qt::X11BypassWindowManagerHint | Qt::WindowTransparentForInput
+    | Qt::WindowDoesNotAcceptFocus;
+
+QRectF cardRect(int margin)
+{
+    return {double(margin), double(margin), Panel::size.width, Panel::size.height};
+}
+
+// Rings of one colour, each a little wider: together they fade out.
+void paintShadow(QPainter& painter, const QRectF& card)
+{
+    constexpr int steps = 12;
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(QColor(0, 0, 0, 7));
+    for (int i = 1; i <= steps; ++i) {
+        const double reach = (shadowReach - shadowDrop) * double(i) / steps;
+        const double radius = Panel::cornerRadius + reach;
+        painter.drawRoundedRect(
+            card.translated(0, shadowDrop).adjusted(-reach, -reach, reach, reach), radius, radius);
+    }
+}
+
+} // namespace
+
+LoaderWidget::LoaderWidget(const TallowLoaderPanel& logic, WindowSystem& windows)
+    : QWidget(nullptr, windowFlagsOfLoader)
+    , windows(windows)
+    , composited(windows.composesWindows())
+    , margin(composited ? shadowReach : 0)
+{
+    setObjectName(QStringLiteral("loader"));
+    setAccessibleName(QStringLiteral("Tallowbay is opening"));
+    setAttribute(Qt::WA_ShowWithoutActivating);
+    setAttribute(Qt::WA_X11NetWmWindowTypeNotification);
+    setAttribute(composited ? Qt::WA_TranslucentBackground : Qt::WA_OpaquePaintEvent);
+    const QSizeF card(Panel::size.width, Panel::size.height);
+    setFixedSize(card.toSize() + QSize(2 * margin, 2 * margin));
+    const int side = qRound(Panel::iconFrame.size.width);
+    icon = qt::Artwork()
+               .tinted(QString::fromStdString(logic.iconName()), iconColor)
+               .pixmap(QSize(side, side), devicePixelRatioF());
+    pulse.setStartValue(0.0);
+    pulse.setEndValue(1.0);
+    pulse.setDuration(static_cast<int>(Panel::pulseCycle.count()));
+    pulse.setLoopCount(-1);
+    connect(&pulse, &QVariantAnimation::valueChanged, this, [this] { update(); });
+}
+
+void LoaderWidget::setAlpha(double wanted)
+{
+    alpha = wanted;
+    if (composited)
+        return setWindowOpacity(alpha);
+    if (isVisible())
+        cutToShape();
+}
+
+void LoaderWidget::setOrigin(const Point& origin)
+{
+    const QRect place = qt::desktopRect({origin, Panel::size});
+    move(place.topLeft() - QPoint(margin, margin));
+}
+
+double LoaderWidget::iconScale() const
+{
+    const auto [small, large, again] = Panel::pulseScales;
+    if (pulse.state() != QVariantAnimation::Running)
+        return large;
+    const double time = 2 * pulse.currentValue().toDouble();
+    static const QEasingCurve ease(QEasingCurve::InOutSine);
+    return time < 1 ? small + (large - small) * ease.valueForProgress(time)
+                    : large + (again - large) * ease.valueForProgress(time - 1);
+}
+
+void LoaderWidget::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    const QRectF card = cardRect(margin);
+    QColor ground = qt::qtColor(Panel::background);
+    if (composited) {
+        paintShadow(painter, card);
+        painter.setCompositionMode(QPainter::CompositionMode_Source);
+    } else {
+        painter.fillRect(card, Qt::black);
+    }
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(ground);
+    painter.drawRoundedRect(card, Panel::cornerRadius, Panel::cornerRadius);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    painter.translate(card.center());
+    painter.scale(iconScale(), iconScale());
+    const QSizeF size = icon.deviceIndependentSize();
+    painter.drawPixmap(QPointF(-size.width() / 2, -size.height() / 2), icon);
+}
+
+void LoaderWidget::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    if (!composited)
+        cutToShape();
+}
+
+void LoaderWidget::cutToShape()
+{
+    const double scale = devicePixelRatioF();
+    const PixelSize size{qRound(width() * scale), qRound(height() * scale)};
+    windows.cutToShape(
+        winId(), alpha > 0 ? roundedRegion(size, Panel::cornerRadius * scale) : PixelRegion());
+}
+
+void LoaderView::orderFront()
+{
+    // The editor comes next, and the loader is not to be seen through its glass.
+    backdrop.lookAhead();
+    widget.show();
+    widget.raise();
+}
+
+void LoaderView::close()
+{
+    widget.stopPulse();
+    widget.close();
+}
+
+} // namespace tallowbay::views
