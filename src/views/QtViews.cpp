@@ -1,22 +1,20 @@
 #include "views/QtViews.h"
 
-#include "base/Fatal.h"
-#include "editor/window/AnnotationWindowPort.h"
-#include "ui/LoaderPort.h"
+#include "views/editor/AnnotationWindowView.h"
 #include "views/onboarding/OnboardingView.h"
+#include "views/ui/LoaderView.h"
 #include "views/ui/ToastView.h"
 
 namespace tallowbay::views {
 
-// Nothing asks for these two yet.
-std::unique_ptr<AnnotationWindowPort> QtViews::makeAnnotationWindow(AnnotationWindow&)
+std::unique_ptr<AnnotationWindowPort> QtViews::makeAnnotationWindow(AnnotationWindow& logic)
 {
-    fatalError("the editor's window has no view");
+    return std::make_unique<AnnotationWindowView>(logic, windows, backdrop);
 }
 
-std::unique_ptr<LoaderPort> QtViews::makeLoader(const TallowLoaderPanel&)
+std::unique_ptr<LoaderPort> QtViews::makeLoader(const TallowLoaderPanel& logic)
 {
-    fatalError("the loader has no view");
+    return std::make_unique<LoaderView>(logic, windows, backdrop);
 }
 
 std::unique_ptr<OnboardingPort> QtViews::makeOnboardingWindow(OnboardingWindow& logic)

@@ -2,6 +2,7 @@
 
 #include "platform/WindowSystem.h"
 #include "ui/Views.h"
+#include "views/ui/Backdrop.h"
 
 namespace tallowbay::views {
 
@@ -21,6 +22,7 @@ public:
 
 private:
     WindowSystem& windows;
+    Backdrop backdrop{windows};
 };
 
 } // namespace tallowbay::views

@@ -1,0 +1,291 @@
+#include "views/editor/AnnotationWindowView.h"
+
+#include "editor/window/EditorLook.h"
+#include "platform/qt/QtScreens.h"
+#include "platform/qt/graphics/QtColor.h"
+#include "views/editor/AnnotationCanvasView.h"
+#include "views/editor/EditorLayout.h"
+#include "views/editor/KeyEvents.h"
+#include "views/editor/StripAccessibility.h"
+#include "views/ui/RoundedRegion.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QScreen>
+#include <QWindow>
+
+namespace tallowbay::views {
+
+namespace {
+
+// What a person does to the window; the mouse's passing over it is nothing of that kind.
+bool isInput(QEvent::Type type)
+{
+    switch (type) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::Wheel:
+    case QEvent::KeyPress:
+    case QEvent::TouchBegin:
+    case QEvent::TabletPress:
+        return true;
+    default:
+        return false;
+    }
+}
+
+PixelRegion regionOf(const GlassCard& card, double scale)
+{
+    const PixelSize size{qRound(card.width() * scale), qRound(card.height() * scale)};
+    PixelRegion region = roundedRegion(size, card.radius() * scale);
+    for (PixelRect& part : region) {
+        part.x += qRound(card.x() * scale);
+        part.y += qRound(card.y() * scale);
+    }
+    return region;
+}
+
+} // namespace
+
+// The desktop before everything else, as much of it as the window is transparent.
+class AnnotationWindowView::Curtain final : public QWidget {
+public:
+    Curtain(const Backdrop& backdrop, QWidget* parent)
+        : QWidget(parent)
+        , backdrop(backdrop)
+    {
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+        hide();
+    }
+
+    void setOpacity(double wanted)
+    {
+        opacity = wanted;
+        setVisible(opacity > 0);
+        raise();
+        update();
+    }
+
+protected:
+    void paintEvent(QPaintEvent* event) override
+    {
+        QPainter painter(this);
+        painter.setOpacity(opacity);
+        backdrop.paint(painter, event->rect());
+    }
+
+private:
+    const Backdrop& backdrop;
+    double opacity = 0;
+};
+
+AnnotationWindowView::AnnotationWindowView(
+    AnnotationWindow& logic, WindowSystem& windows, Backdrop& backdrop)
+    : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint)
+    , logic(logic)
+    , windows(windows)
+    , backdrop(backdrop)
+    , canvasCard(new CanvasCardView(logic, backdrop, this))
+    , toolRail(new ToolRailView(logic, backdrop, this))
+    , swatchCard(new SwatchCardView(logic, backdrop, this))
+    , strip(new StripView(logic, this))
+    , curtain(new Curtain(backdrop, this))
+{
+    makeStripAccessible();
+    setObjectName(QStringLiteral("annotationWindow"));
+    setWindowTitle(QString::fromStdString(logic.title()));
+    setAttribute(Qt::WA_TranslucentBackground);
+    setMinimumSize(1, 1); // the screen decides, however small it is
+    place();
+    winId();
+    windowHandle()->installEventFilter(this);
+    followScreens();
+}
+
+// Window
+
+void AnnotationWindowView::place()
+{
+    setGeometry(qt::desktopRect(logic.frame()));
+}
+
+void AnnotationWindowView::followScreens()
+{
+    const auto follow = [this] {
+        if (isVisible())
+            place();
+    };
+    connect(qApp, &QGuiApplication::primaryScreenChanged, this, follow);
+    connect(qApp, &QGuiApplication::screenRemoved, this, follow, Qt::QueuedConnection);
+    const auto followScreen = [this, follow](QScreen* screen) {
+        connect(screen, &QScreen::geometryChanged, this, follow);
+    };
+    for (QScreen* screen : QGuiApplication::screens())
+        followScreen(screen);
+    connect(qApp, &QGuiApplication::screenAdded, this, followScreen);
+}
+
+void AnnotationWindowView::orderFront()
+{
+    if (!isVisible()) {
+        backdrop.look();
+        place();
+        backdropChanged();
+        windows.keepOffTaskbar(winId());
+    }
+    showFullScreen();
+    raise();
+}
+
+void AnnotationWindowView::makeKeyAndOrderFront()
+{
+    orderFront();
+    activateWindow();
+    windows.activate(winId());
+}
+
+void AnnotationWindowView::close()
+{
+    hide();
+    backdrop.forget();
+    backdropChanged();
+}
+
+void AnnotationWindowView::setIgnoresMouseEvents(bool ignores)
+{
+    windowHandle()->setFlag(Qt::WindowTransparentForInput, ignores);
+}
+
+void AnnotationWindowView::applyAlpha(double alpha)
+{
+    const bool composed = windows.composesWindows();
+    setWindowOpacity(composed ? alpha : 1);
+    curtain->setOpacity(composed ? 0 : 1 - alpha);
+}
+
+void AnnotationWindowView::backdropChanged()
+{
+    for (GlassCard* card :
+         {static_cast<GlassCard*>(canvasCard), static_cast<GlassCard*>(toolRail),
+          static_cast<GlassCard*>(swatchCard)})
+        card->backdropChanged();
+    askForBlur();
+    update();
+}
+
+void AnnotationWindowView::askForBlur()
+{
+    if (!backdrop.blursBehind())
+        return windows.blurBehind(winId(), {});
+    PixelRegion all;
+    for (const GlassCard* card :
+         {static_cast<GlassCard*>(canvasCard), static_cast<GlassCard*>(toolRail)}) {
+        const PixelRegion region = regionOf(*card, devicePixelRatioF());
+        all.insert(all.end(), region.begin(), region.end());
+    }
+    windows.blurBehind(winId(), all);
+}
+
+// Parts
+
+std::unique_ptr<AnnotationCanvasPort> AnnotationWindowView::makeCanvasView(AnnotationCanvas& made)
+{
+    auto view = std::make_unique<AnnotationCanvasView>(made, fonts);
+    view->setFocusPolicy(Qt::StrongFocus);
+    canvas = view.get();
+    canvasCard->setCanvas(canvas);
+    orderTabs();
+    return view;
+}
+
+void AnnotationWindowView::orderTabs()
+{
+    QWidget* last = canvas;
+    const auto follow = [&last](QWidget* next) {
+        setTabOrder(last, next);
+        last = next;
+    };
+    for (QWidget* button : toolRail->buttons())
+        follow(button);
+    for (QWidget* button : swatchCard->buttons())
+        follow(button);
+    follow(canvasCard->settings());
+    follow(strip);
+}
+
+void AnnotationWindowView::lookAgain()
+{
+    canvasCard->lookAgain();
+    toolRail->lookAgain();
+    swatchCard->lookAgain(logic.swatchCardAlpha());
+}
+
+void AnnotationWindowView::placeParts()
+{
+    const auto layout = EditorLayout::of(size(), toolRail->sizeHint(), swatchCard->sizeHint());
+    canvasCard->setGeometry(layout.canvasCard);
+    toolRail->setGeometry(layout.toolRail);
+    swatchCard->setGeometry(layout.swatchCard);
+    strip->setGeometry(layout.strip);
+    curtain->setGeometry(rect());
+}
+
+// Events
+
+void AnnotationWindowView::paintEvent(QPaintEvent* event)
+{
+    QPainter painter(this);
+    backdrop.paint(painter, event->rect());
+    painter.fillRect(event->rect(), qt::qtColor(editorDim));
+}
+
+void AnnotationWindowView::resizeEvent(QResizeEvent*)
+{
+    backdrop.setSize(size());
+    placeParts();
+    backdropChanged();
+    logic.scaleChanged(devicePixelRatioF());
+}
+
+void AnnotationWindowView::closeEvent(QCloseEvent* event)
+{
+    event->ignore();
+    logic.closeRequested();
+}
+
+// What the focused control has no use for.
+void AnnotationWindowView::keyPressEvent(QKeyEvent* event)
+{
+    logic.handleKeyDown(keyPressOf(*event));
+}
+
+bool AnnotationWindowView::event(QEvent* event)
+{
+    const bool handled = QWidget::event(event);
+    if (event->type() == QEvent::WindowActivate)
+        activeChanged(true);
+    else if (event->type() == QEvent::WindowDeactivate)
+        activeChanged(false);
+    return handled;
+}
+
+void AnnotationWindowView::activeChanged(bool isActive)
+{
+    if (isActive)
+        return logic.becameKey();
+    logic.gestureLost();
+    // Some window managers now put others in front of it; it stays above, but not above our own.
+    if (isVisible() && !logic.isClosing() && !QApplication::activeWindow())
+        raise();
+}
+
+bool AnnotationWindowView::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == windowHandle() && isInput(event->type()))
+        logic.eventArrived(isActiveWindow());
+    return QWidget::eventFilter(watched, event);
+}
+
+} // namespace tallowbay::views

@@ -1,0 +1,160 @@
+#include "views/editor/CellView.h"
+
+#include "editor/window/EditorLook.h"
+#include "platform/qt/graphics/BitmapImage.h"
+#include "platform/qt/graphics/GraphicsFonts.h"
+#include "platform/qt/graphics/QtColor.h"
+#include "views/ui/RoundedPath.h"
+#include "views/ui/Symbol.h"
+
+#include <QPainter>
+
+namespace tallowbay::views {
+
+namespace {
+
+constexpr double captionGap = 8; // to the badge
+constexpr double focusRingWidth = 2;
+constexpr QColor focusColor(190, 220, 255);
+
+QRectF headerRect()
+{
+    return {0, 0, cellSize.width, cellHeaderHeight};
+}
+
+// In the middle of the header's height.
+QRectF inHeader(double left, double side)
+{
+    return {left, (cellHeaderHeight - side) / 2, side, side};
+}
+
+QRectF badgeRect()
+{
+    return inHeader(checkboxLeading + checkboxSide + badgeGap, badgeSide);
+}
+
+QRectF wellRect()
+{
+    return {
+        imageWellInset, cellHeaderHeight + imageWellGap, imageWellSize.width, imageWellSize.height};
+}
+
+QRectF centered(const QSizeF& size, const QPointF& middle)
+{
+    return {middle - QPointF(size.width() / 2, size.height() / 2), size};
+}
+
+QString qtText(const std::string& text)
+{
+    return QString::fromStdString(text);
+}
+
+} // namespace
+
+CellView::CellView(AnnotationWindow& logic, QWidget* parent)
+    : QWidget(parent)
+    , logic(logic)
+{
+    setObjectName(QStringLiteral("cell"));
+    setCursor(Qt::PointingHandCursor);
+    setFixedSize(qRound(cellSize.width), qRound(cellSize.height));
+}
+
+void CellView::setIndex(std::size_t index)
+{
+    shownIndex = index;
+    update();
+}
+
+void CellView::setFocusRing(bool on)
+{
+    if (std::exchange(focusRing, on) != on)
+        update();
+}
+
+QRect CellView::checkboxRect()
+{
+    return inHeader(checkboxLeading, checkboxSide).toRect();
+}
+
+void CellView::paintEvent(QPaintEvent*)
+{
+    const ThumbnailCell shown = cell();
+    QPainter painter(this);
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    painter.fillPath(roundedPath(rect(), cellRadius), qt::qtColor(shown.background));
+    paintHeader(painter, shown);
+    paintImage(painter, shown);
+    painter.setBrush(Qt::NoBrush);
+    const auto border = [&](double inset, double width, const QColor& color) {
+        painter.setPen(QPen(color, width));
+        const double middle = inset + width / 2;
+        painter.drawPath(roundedPath(
+            QRectF(rect()).adjusted(middle, middle, -middle, -middle), cellRadius - middle));
+    };
+    if (shown.selected)
+        border(0, selectedCellBorder, qt::qtColor(systemBlue));
+    if (focusRing)
+        border(selectedCellBorder, focusRingWidth, focusColor);
+}
+
+void CellView::paintHeader(QPainter& painter, const ThumbnailCell& shown) const
+{
+    painter.fillPath(
+        cardTopPath(rect(), cellRadius, cellHeaderHeight), qt::qtColor(shown.headerColor));
+    paintCheckbox(painter, shown);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(qt::qtColor(badgeBackground));
+    painter.drawEllipse(badgeRect());
+    painter.setFont(qt::interfaceFont(badgeFont));
+    painter.setPen(qt::qtColor(badgeColor));
+    painter.drawText(badgeRect(), Qt::AlignCenter | Qt::TextDontClip, qtText(shown.badge));
+    const QFont font = qt::interfaceFont(captionFont);
+    painter.setFont(font);
+    painter.setPen(qt::qtColor(captionColor));
+    const QRectF line =
+        headerRect().adjusted(badgeRect().right() + captionGap, 0, -captionTrailing, 0);
+    painter.drawText(
+        line, Qt::AlignRight | Qt::AlignVCenter,
+        QFontMetricsF(font).elidedText(qtText(shown.caption), Qt::ElideRight, line.width()));
+}
+
+void CellView::paintCheckbox(QPainter& painter, const ThumbnailCell& shown) const
+{
+    const QPointF middle = inHeader(checkboxLeading, checkboxSide).center();
+    if (shown.checked) {
+        const QRectF ground = centered({checkboxGroundSide, checkboxGroundSide}, middle);
+        painter.fillPath(roundedPath(ground, checkboxGroundRadius), Qt::white);
+    }
+    const QPixmap mark = symbol(
+        qtText(shown.checkboxSymbol()), qRound(checkboxSymbolSize),
+        qt::qtColor(shown.checkboxTint()), devicePixelRatioF());
+    painter.drawPixmap(centered(mark.deviceIndependentSize(), middle).topLeft(), mark);
+}
+
+void CellView::paintImage(QPainter& painter, const ThumbnailCell& shown) const
+{
+    const QRectF well = wellRect();
+    const QPainterPath shape = roundedPath(well, imageWellRadius);
+    painter.fillPath(shape, Qt::black);
+    if (!shown.thumbnail)
+        return;
+    const QImage image = qt::imageOver(*shown.thumbnail);
+    const QSizeF fitting = QSizeF(image.size()).scaled(well.size(), Qt::KeepAspectRatio);
+    const QRectF place = centered(fitting, well.center());
+    painter.setClipPath(shape);
+    painter.drawImage(place, image);
+    painter.setClipping(false);
+}
+
+void CellView::enterEvent(QEnterEvent*)
+{
+    logic.mouseEnteredCell(shownIndex);
+}
+
+void CellView::leaveEvent(QEvent*)
+{
+    logic.mouseExitedCell(shownIndex);
+}
+
+} // namespace tallowbay::views

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "editor/window/AnnotationWindow.h"
+
+#include <QWidget>
+
+namespace tallowbay::views {
+
+// One screenshot in the strip. It keeps nothing but the index: what there is to see, the logic
+// says.
+class CellView final : public QWidget {
+public:
+    CellView(AnnotationWindow&, QWidget* parent);
+
+    void setIndex(std::size_t);
+    std::size_t index() const { return shownIndex; }
+    ThumbnailCell cell() const { return logic.cell(shownIndex); }
+
+    // Shown on the selected cell while the strip has the keyboard.
+    void setFocusRing(bool);
+
+    void press() { logic.cellClicked(shownIndex); }
+    void toggle() { logic.checkboxToggled(shownIndex); }
+
+    static QRect checkboxRect(); // in the cell
+
+protected:
+    void paintEvent(QPaintEvent*) override;
+    void enterEvent(QEnterEvent*) override;
+    void leaveEvent(QEvent*) override;
+
+private:
+    void paintHeader(QPainter&, const ThumbnailCell&) const;
+    void paintCheckbox(QPainter&, const ThumbnailCell&) const;
+    void paintImage(QPainter&, const ThumbnailCell&) const;
+
+    AnnotationWindow& logic;
+    std::size_t shownIndex = 0;
+    bool focusRing = false;
+};
+
+} // namespace tallowbay::views

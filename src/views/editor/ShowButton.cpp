@@ -1,0 +1,16 @@
+#include "views/editor/ShowButton.h"
+
+#include "platform/qt/graphics/QtColor.h"
+
+namespace tallowbay::views {
+
+void showButton(HoverButton& button, const RailButton& look, int symbolPoints)
+{
+    button.setSymbol(QString::fromStdString(look.symbol), symbolPoints);
+    button.setTint(qt::qtColor(look.tint));
+    button.setBackground(look.background ? qt::qtColor(*look.background) : Qt::transparent);
+    button.setChecked(look.selected);
+    button.setToolTip(QString::fromStdString(look.tooltip));
+}
+
+} // namespace tallowbay::views

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "editor/window/ToolRail.h"
+#include "views/ui/HoverButton.h"
+
+namespace tallowbay::views {
+
+// Has a button show what the logic says of it.
+void showButton(HoverButton&, const RailButton&, int symbolPoints);
+
+} // namespace tallowbay::views

@@ -1,0 +1,355 @@
+#include "views/editor/StripView.h"
+
+#include "editor/window/EditorLook.h"
+#include "platform/qt/graphics/QtColor.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QWheelEvent>
+
+#include <cmath>
+
+namespace tallowbay::views {
+
+namespace {
+
+constexpr int glideMilliseconds = 260;
+constexpr double pointsPerWheelStep = 224; // a cell and what is between
+constexpr double coasting = 160; // ms for which the speed of a drag would go on
+constexpr int scrollerHeight = 14;
+
+double widthOf(const ThumbnailStrip::Slot& slot)
+{
+    return slot ? cellSize.width : dividerSize.width;
+}
+
+void tellAssistivePrograms(CellView& cell)
+{
+    if (!QAccessible::isActive())
+        return;
+    QAccessible::State changed;
+    changed.checked = changed.selected = true;
+    QAccessibleStateChangeEvent event(&cell, changed);
+    QAccessible::updateAccessibility(&event);
+}
+
+} // namespace
+
+class StripView::Divider final : public QWidget {
+public:
+    explicit Divider(QWidget* parent)
+        : QWidget(parent)
+    {
+        setObjectName(QStringLiteral("divider"));
+        setFixedSize(qRound(dividerSize.width), qRound(dividerSize.height));
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override
+    {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(qt::qtColor(dividerColor));
+        painter.drawRoundedRect(rect(), dividerRadius, dividerRadius);
+    }
+};
+
+StripView::StripView(AnnotationWindow& logic, QWidget* parent)
+    : QWidget(parent)
+    , logic(logic)
+    , content(new QWidget(this))
+    , scroller(new OverlayScroller(this))
+{
+    setObjectName(QStringLiteral("strip"));
+    setAccessibleName(QStringLiteral("Screenshots"));
+    setFocusPolicy(Qt::TabFocus);
+    content->setObjectName(QStringLiteral("stripContent"));
+    scroller->onScrolled = [this](double to) {
+        glide.stop();
+        scrollTo(to);
+    };
+    glide.setDuration(glideMilliseconds);
+    glide.setEasingCurve(QEasingCurve::OutCubic);
+    connect(&glide, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {
+        scrollTo(value.toDouble());
+    });
+}
+
+// What is shown
+
+void StripView::stripChanged()
+{
+    const auto& slots = logic.slots();
+    const std::size_t cells = logic.count();
+    showCells(cells);
+    showDividers(slots.size() - cells);
+    arrange();
+    scrollTo(offset);
+    updateFocusRings();
+    content->update();
+}
+
+void StripView::showCells(std::size_t count)
+{
+    for (; shownCells.size() > count; shownCells.pop_back())
+        delete shownCells.back();
+    while (shownCells.size() < count) {
+        shownCells.push_back(new CellView(logic, content));
+        shownCells.back()->show();
+    }
+    cellOfIndex.assign(count, nullptr);
+}
+
+void StripView::showDividers(std::size_t count)
+{
+    for (; dividers.size() > count; dividers.pop_back())
+        delete dividers.back();
+    while (dividers.size() < count) {
+        dividers.push_back(new Divider(content));
+        dividers.back()->show();
+    }
+}
+
+void StripView::arrange()
+{
+    auto cell = shownCells.begin();
+    auto divider = dividers.begin();
+    double x = stripInsetSide;
+    for (const auto& slot : logic.slots()) {
+        QWidget* const widget = slot ? *cell : *divider;
+        widget->move(qRound(x), qRound(stripInsetTop));
+        if (slot) {
+            (*cell)->setIndex(*slot);
+            cellOfIndex.at(*slot) = *cell++;
+        } else {
+            ++divider;
+        }
+        x += widthOf(slot) + stripSpacing;
+    }
+    const double whole = logic.slots().empty() ? 0 : x - stripSpacing + stripInsetSide;
+    content->resize(qRound(whole), height());
+}
+
+CellView* StripView::cellOf(std::size_t index) const
+{
+    return index < cellOfIndex.size() ? cellOfIndex[index] : nullptr;
+}
+
+void StripView::cellChanged(std::size_t index)
+{
+    CellView* const cell = cellOf(index);
+    if (!cell)
+        return;
+    cell->update();
+    updateFocusRings();
+    tellAssistivePrograms(*cell);
+}
+
+void StripView::updateFocusRings()
+{
+    for (CellView* cell : shownCells)
+        cell->setFocusRing(hasFocus() && cell->index() == logic.selectedIndex());
+}
+
+// Where it is scrolled to
+
+double StripView::furthest() const
+{
+    return std::max(0, content->width() - width());
+}
+
+void StripView::scrollTo(double to)
+{
+    offset = std::clamp(to, 0.0, furthest());
+    content->move(-qRound(offset), 0);
+    scroller->setView(offset, width(), content->width());
+    reportVisible();
+}
+
+void StripView::glideTo(double to)
+{
+    const double end = std::clamp(to, 0.0, furthest());
+    glide.stop();
+    if (!isVisible())
+        return scrollTo(end);
+    if (end == offset)
+        return;
+    scroller->flash();
+    glide.setStartValue(offset);
+    glide.setEndValue(end);
+    glide.start();
+}
+
+double StripView::restingOffset() const
+{
+    const bool glides = glide.state() == QVariantAnimation::Running;
+    return glides ? glide.endValue().toDouble() : offset;
+}
+
+void StripView::scrollToVisible(std::size_t index)
+{
+    const CellView* const cell = cellOf(index);
+    if (!cell)
+        return;
+    const double left = cell->x() - stripInsetSide;
+    const double right = cell->x() + cell->width() + stripInsetSide;
+    const double now = restingOffset();
+    if (left < now)
+        glideTo(left);
+    else if (right > now + width())
+        glideTo(right - width());
+}
+
+void StripView::reportVisible()
+{
+    const auto& slots = logic.slots();
+    if (slots.empty() || width() <= 0)
+        return;
+    double x = stripInsetSide;
+    std::size_t first = slots.size();
+    std::size_t last = 0;
+    for (std::size_t place = 0; place < slots.size(); ++place) {
+        const double end = x + widthOf(slots[place]);
+        if (end > offset && x < offset + width()) {
+            first = std::min(first, place);
+            last = place;
+        }
+        x = end + stripSpacing;
+    }
+    if (first <= last)
+        logic.visibleSlotsChanged(first, last);
+}
+
+void StripView::resizeEvent(QResizeEvent*)
+{
+    content->resize(content->width(), height());
+    scroller->setGeometry(0, height() - scrollerHeight, width(), scrollerHeight);
+    scroller->raise();
+    scrollTo(offset);
+}
+
+void StripView::showEvent(QShowEvent*)
+{
+    if (logic.count() > 0)
+        scrollToVisible(logic.selectedIndex());
+}
+
+void StripView::hideEvent(QHideEvent*)
+{
+    if (glide.state() == QVariantAnimation::Running) {
+        glide.stop();
+        scrollTo(glide.endValue().toDouble());
+    }
+    pressed = dragging = false;
+}
+
+// Mouse and touchpad
+
+// Either way of the wheel scrolls. What a touchpad sends in small pieces is smooth by itself.
+void StripView::wheelEvent(QWheelEvent* event)
+{
+    constexpr int wheelStep = 120;
+    const QPoint turned = event->angleDelta();
+    const int turn = std::abs(turned.x()) > std::abs(turned.y()) ? turned.x() : turned.y();
+    const double way = -turn * pointsPerWheelStep / wheelStep;
+    if (std::abs(turn) >= wheelStep) {
+        glideTo(restingOffset() + way);
+    } else {
+        glide.stop();
+        scrollTo(offset + way);
+        scroller->flash();
+    }
+    event->accept();
+}
+
+void StripView::mousePressEvent(QMouseEvent* event)
+{
+    if (event->button() != Qt::LeftButton)
+        return;
+    glide.stop();
+    pressed = true;
+    dragging = false;
+    pressedAt = event->position().toPoint();
+    offsetAtPress = offset;
+    lastX = pressedAt.x();
+    velocity = 0;
+    sinceMove.start();
+}
+
+void StripView::mouseMoveEvent(QMouseEvent* event)
+{
+    if (!pressed)
+        return;
+    const double x = event->position().x();
+    dragging = dragging || std::abs(x - pressedAt.x()) >= QApplication::startDragDistance();
+    if (!dragging)
+        return;
+    const double elapsed = double(sinceMove.restart());
+    if (elapsed > 0)
+        velocity = 0.6 * velocity + 0.4 * (lastX - x) / elapsed;
+    lastX = x;
+    scrollTo(offsetAtPress + pressedAt.x() - x);
+    scroller->flash();
+}
+
+void StripView::mouseReleaseEvent(QMouseEvent* event)
+{
+    if (event->button() != Qt::LeftButton || !std::exchange(pressed, false))
+        return;
+    if (std::exchange(dragging, false))
+        return letGo();
+    clickAt(event->position().toPoint());
+}
+
+void StripView::letGo()
+{
+    constexpr int stood = 80; // ms after which the hand rests
+    if (sinceMove.elapsed() < stood)
+        glideTo(offset + velocity * coasting);
+}
+
+CellView* StripView::cellAt(const QPoint& point) const
+{
+    for (CellView* cell : shownCells)
+        if (QRect(cell->mapTo(this, QPoint()), cell->size()).contains(point))
+            return cell;
+    return nullptr;
+}
+
+void StripView::clickAt(const QPoint& point)
+{
+    CellView* const cell = cellAt(point);
+    if (!cell || cell != cellAt(pressedAt))
+        return;
+    if (CellView::checkboxRect().contains(cell->mapFrom(this, point)))
+        cell->toggle();
+    else
+        cell->press();
+}
+
+// Keyboard
+
+void StripView::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() != Qt::Key_Space || logic.count() == 0)
+        return event->ignore();
+    if (!event->isAutoRepeat())
+        logic.checkboxToggled(logic.selectedIndex());
+}
+
+void StripView::focusInEvent(QFocusEvent*)
+{
+    updateFocusRings();
+    if (logic.count() > 0)
+        scrollToVisible(logic.selectedIndex());
+}
+
+void StripView::focusOutEvent(QFocusEvent*)
+{
+    updateFocusRings();
+}
+
+} // namespace tallowbay::views

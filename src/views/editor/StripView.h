@@ -1,0 +1,78 @@
+#pragma once
+
+#include "views/editor/CellView.h"
+#include "views/editor/OverlayScroller.h"
+
+#include <QElapsedTimer>
+#include <QVariantAnimation>
+#include <QWidget>
+
+#include <vector>
+
+namespace tallowbay::views {
+
+// The strip of screenshots, which scrolls sideways: by wheel, touchpad, scroller, and by dragging
+// it with the mouse.
+//
+// It is one stop of the Tab key: arrows choose the screenshot, Space checks it.
+class StripView final : public QWidget {
+public:
+    StripView(AnnotationWindow&, QWidget* parent);
+
+    // As the port's.
+    void stripChanged();
+    void cellChanged(std::size_t index);
+    void scrollToVisible(std::size_t index);
+
+    // Tells the logic what is seen, for what it reads first.
+    void reportVisible();
+
+    // Left to right, without the dividers.
+    const std::vector<CellView*>& cellsInOrder() const { return shownCells; }
+
+protected:
+    void resizeEvent(QResizeEvent*) override;
+    void showEvent(QShowEvent*) override;
+    void hideEvent(QHideEvent*) override;
+    void wheelEvent(QWheelEvent*) override;
+    void mousePressEvent(QMouseEvent*) override;
+    void mouseMoveEvent(QMouseEvent*) override;
+    void mouseReleaseEvent(QMouseEvent*) override;
+    void keyPressEvent(QKeyEvent*) override;
+    void focusInEvent(QFocusEvent*) override;
+    void focusOutEvent(QFocusEvent*) override;
+
+private:
+    class Divider;
+
+    void showCells(std::size_t count);
+    void showDividers(std::size_t count);
+    void arrange();
+    CellView* cellOf(std::size_t index) const;
+    CellView* cellAt(const QPoint&) const;
+    void clickAt(const QPoint&);
+    double furthest() const; // offset
+    void scrollTo(double offset);
+    void glideTo(double offset);
+    double restingOffset() const; // where it comes to when it glides
+    void letGo();
+    void updateFocusRings();
+
+    AnnotationWindow& logic;
+    QWidget* const content;
+    OverlayScroller* const scroller;
+    std::vector<CellView*> shownCells; // in the order of the screen
+    std::vector<CellView*> cellOfIndex; // by the screenshot's index
+    std::vector<QWidget*> dividers;
+    double offset = 0; // of what is leftmost, in points of the content
+    QVariantAnimation glide;
+    QPoint pressedAt;
+    double offsetAtPress = 0;
+    bool pressed = false;
+    bool dragging = false;
+    double velocity = 0; // of the drag, points a millisecond
+    double lastX = 0;
+    QElapsedTimer sinceMove;
+};
+
+} // namespace tallowbay::views
