@@ -112,6 +112,7 @@ protected:
         return {
             .dispatch = all.dispatch,
             .clock = all.clock,
+            .calendar = all.calendar,
             .console = all.console,
             .fileSystem = all.fileSystem,
             .fileEvents = all.fileEvents,
@@ -120,6 +121,7 @@ protected:
             .resources = all.resources,
             .tools = all.tools,
             .imageCodec = all.imageCodec,
+            .offscreenGraphics = all.offscreenGraphics,
             .textRecognizer = all.textRecognizer,
             .defaults = all.defaults,
             .desktop = all.desktop,

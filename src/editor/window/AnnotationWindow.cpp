@@ -159,6 +159,13 @@ void AnnotationWindow::uncheckAll()
     saveSession();
 }
 
+void AnnotationWindow::finishWriting(std::chrono::milliseconds limit)
+{
+    gestureLost();
+    drawing->commitTextIfNeeded();
+    saver.finishWriting(limit);
+}
+
 bool AnnotationWindow::isBeingWritten(const std::filesystem::path& url) const
 {
     const bool isOwed = saveOwed && strip.at(selected).url == url;

@@ -67,6 +67,7 @@ public:
     Paths checkedURLs() const override { return strip.checkedURLs(); }
     bool showsImages() const override { return !strip.empty(); }
     bool isBeingWritten(const std::filesystem::path&) const override;
+    void finishWriting(std::chrono::milliseconds limit) override;
     void setPendingDivider() override { strip.pendingDivider = true; }
     void clearPendingDivider() { strip.pendingDivider = false; }
     void removeDeletedFiles() override;
