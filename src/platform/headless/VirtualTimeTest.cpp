@@ -45,6 +45,16 @@ TEST_F(VirtualDispatchTest, RunsTasksAndTimersOfTheMainQueueOnIt)
     EXPECT_EQ(ranOnMain, true);
 }
 
+TEST_F(VirtualDispatchTest, TicksOnTimeHoweverOften)
+{
+    std::vector<std::chrono::nanoseconds> ticks;
+    const auto start = clock.monotonicNow();
+    const auto token =
+        dispatch.repeatEvery(10ms, [&] { ticks.push_back(clock.monotonicNow() - start); });
+    dispatch.advance(39ms);
+    EXPECT_EQ(ticks, (std::vector<std::chrono::nanoseconds>{10ms, 20ms, 30ms}));
+}
+
 TEST_F(VirtualDispatchTest, NoticesACallOutOfABackgroundJob)
 {
     dispatch.globalAsync(QualityOfService::userInitiated, noting());

@@ -25,6 +25,15 @@ struct SystemClockBackend {
     }
 };
 
+// Nobody can set the machine's clock for a test; one that is never set is known by its reading.
+TEST(SystemClockTest, TellsAMonotonicTimeThatNobodyCanSet)
+{
+    const auto before = std::chrono::steady_clock::now();
+    const auto told = SystemClock().monotonicNow();
+    EXPECT_GE(told, before);
+    EXPECT_LE(told, std::chrono::steady_clock::now());
+}
+
 } // namespace
 
 } // namespace tallowbay::posix
