@@ -23,6 +23,16 @@ protected:
     std::optional<bool> ranOnMain;
 };
 
+TEST(VirtualClockTest, LeavesTheMonotonicTimeAloneWhenTheWallIsSet)
+{
+    VirtualClock clock;
+    const auto before = clock.monotonicNow();
+    clock.setWall(clock.wallNow() + 24h);
+    EXPECT_EQ(clock.monotonicNow(), before);
+    clock.setWall(clock.wallNow() - 48h);
+    EXPECT_EQ(clock.monotonicNow(), before);
+}
+
 TEST_F(VirtualDispatchTest, TheTestItselfIsOnTheMainQueue)
 {
     EXPECT_TRUE(dispatch.onMainQueue());
