@@ -39,8 +39,8 @@ SOUND = {
     "src/app/HitTest.cpp": '#include "capture/Compressor.h"\n',
     "src/app/CMakeLists.txt":
         "tallowbay_library(app\n  SOURCES Batch.cpp HitTest.cpp # all\n  DEPENDS tallowbay::capture)\n",
-    "src/views/Toast.h": '#include <QWidget>\n#include "platform/qt/Screens.h"\n',
-    "src/main/main.cpp": '#include "views/Toast.h"\n#include "platform/x11/Session.h"\n',
+    "src/views/ui/Toast.h": '#include <QWidget>\n#include "platform/qt/Screens.h"\n',
+    "src/main/main.cpp": '#include "views/ui/Toast.h"\n#include "platform/x11/Session.h"\n',
     "tests/support/Folder.h": "",
 }
 
@@ -76,6 +76,7 @@ class WallsTest(unittest.TestCase):
                 ("src/platform/posix/Up.h", "platform/x11/Session.h"),
                 ("src/platform/x11/Up.h", "platform/qt/Screens.h"),
                 ("src/platform/x11/keys/Up.h", "platform/wayland/Session.h"),
+                ("src/platform/x11/clipboard/Up.h", "platform/x11/keys/Keys.h"),
                 ("src/platform/wayland/Up.h", "platform/x11/Session.h"),
                 ("src/platform/qt/Up.h", "platform/x11/Session.h"),
                 ("src/platform/qt/Up.h", "platform/posix/File.h"),
