@@ -872,6 +872,30 @@ TEST_F(ScreenshotBatchTest, LeavesWhatIsOfOthersOnThePasteboardWhenAnEditFailsOr
     }
 }
 
+TEST_F(ScreenshotBatchTest, LeavesWhatIsOfOthersThereWhenNothingOfOursWasLeft)
+{
+    take("Screenshot 1.png");
+    beginEdit("Screenshot 1.png");
+    endEdit("Screenshot 1.png", false);
+    desktop.pasteboard.copyTextElsewhere("of another program");
+    endEdit("Screenshot 1.png");
+    EXPECT_EQ(desktop.pasteboard.text, "of another program");
+}
+
+TEST_F(ScreenshotBatchTest, DropsAHeldPasteWhenOnlyAFileWhoseEditFailedIsLeftOfIt)
+{
+    take("Screenshot 1.png");
+    take("Screenshot 2.png");
+    beginEdit("Screenshot 1.png");
+    endEdit("Screenshot 1.png", false);
+    beginEdit("Screenshot 2.png");
+    batch.handlePaste();
+    batch.forget({copyOf("Screenshot 2.png")});
+    EXPECT_THAT(pasted, IsEmpty());
+    endEdit("Screenshot 2.png");
+    EXPECT_THAT(pasted, IsEmpty());
+}
+
 TEST_F(ScreenshotBatchTest, LetsANewScreenshotOfThatNameOntoThePasteboard)
 {
     beginEdit("Screenshot 1.png");
