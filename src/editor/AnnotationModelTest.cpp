@@ -1,6 +1,7 @@
 #include "editor/AnnotationConstants.h"
 #include "editor/AnnotationItem.h"
 #include "editor/ImagePlacement.h"
+#include "editor/ScreenshotRecord.h"
 
 #include <gtest/gtest.h>
 
@@ -94,6 +95,15 @@ TEST(AnnotationConstants, AreThese)
     EXPECT_EQ(minimumRectangleSide, 4);
     EXPECT_EQ(annotationFont, (Font{16, FontWeight::semibold}));
     EXPECT_EQ(paddedAnnotationText("a b"), " a b ");
+}
+
+TEST(ScreenshotRecord, IsCheckedAndTheFirstOfItsBatchUnlessSaidOtherwise)
+{
+    const ScreenshotRecord record;
+    EXPECT_TRUE(record.checked);
+    EXPECT_EQ(record.badgeNumber, 1);
+    EXPECT_EQ(record.headerColor, 0u);
+    EXPECT_EQ(record.id, 0u) << "of none that stands in the strip";
 }
 
 TEST(ImagePlacement, FitsAndCentresAPictureWithinTheInset)

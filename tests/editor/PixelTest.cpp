@@ -257,6 +257,25 @@ TEST_P(CanvasPixelTest, SetsTextInSemiboldOnItsBaseline)
     ASSERT_GT(byHand(QFont::Normal), 0.3) << "the fonts of this machine do not tell weights apart";
 }
 
+// A mask that followed a text would else hide another place.
+TEST_P(CanvasPixelTest, DrawsWhatFollowsATextOrAnArrowWhereItBelongs)
+{
+    const AnnotationItem mask = item(AnnotationTool::blur, {{100, 90}, {61, 37}});
+    const Bitmap expected = rendered(mask);
+    for (const AnnotationItem& first :
+         {AnnotationItem{AnnotationTool::text, {{20, 20}, {}}, "Hxg", systemRed},
+          item(AnnotationTool::arrow, {{20, 20}, {40, 30}})}) {
+        CanvasState state;
+        state.annotations = {first, mask};
+        const Bitmap actual = rendered(state);
+        EXPECT_NE(actual, expected);
+        const int bottom = static_cast<int>(85 * GetParam()); // everything else lies below
+        for (int y = 0; y < pixels().height - bottom; ++y)
+            for (int x = 0; x < pixels().width; ++x)
+                ASSERT_EQ(actual.pixel(x, y), expected.pixel(x, y)) << x << ", " << y;
+    }
+}
+
 TEST_F(QtTest, ReplacesWhatIsThereWhenItComposesByCopy)
 {
     const auto bitmap = graphics.draw({2, 1}, 1, [](GraphicsContext& context) {
