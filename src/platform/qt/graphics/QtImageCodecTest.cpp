@@ -219,6 +219,31 @@ TEST_F(QtImageCodecTest, TakesAGammaOf22ForSrgb)
     }
 }
 
+TEST_F(QtImageCodecTest, TakesForSrgbWhatIsNearEnough)
+{
+    const std::string png = encoded(ramp(QImage::Format_RGB32), "png");
+    const Bitmap plain = decoded(png);
+    const auto isSrgb = [&](const std::string& chunks) {
+        return decoded(withChunks(png, chunks)) == plain;
+    };
+    for (const int off : {-2272, 2272})
+        EXPECT_TRUE(isSrgb(gammaChunk(static_cast<std::uint32_t>(45455 + off)))) << off;
+    for (const int off : {-2273, 2273})
+        EXPECT_FALSE(isSrgb(gammaChunk(static_cast<std::uint32_t>(45455 + off)))) << off;
+    for (std::size_t index = 0; index < 8; ++index) {
+        const auto isSrgbWith = [&](int off) {
+            std::vector<std::uint32_t> values{31270, 32900, 64000, 33000,
+                                              30000, 60000, 15000, 6000};
+            values[index] += static_cast<std::uint32_t>(off);
+            return isSrgb(gammaChunk(45455) + primariesChunk(values));
+        };
+        for (const int near : {-1000, 1000})
+            EXPECT_TRUE(isSrgbWith(near)) << index;
+        for (const int far : {-1001, 1001})
+            EXPECT_FALSE(isSrgbWith(far)) << index;
+    }
+}
+
 TEST_F(QtImageCodecTest, AppliesEveryOtherGamma)
 {
     for (const auto format :
