@@ -112,6 +112,16 @@ TYPED_TEST_P(AlertsContract, LetsTheTokenEndInsideTheAnswer)
     EXPECT_EQ(this->backend.openCount(), 0u);
 }
 
+TYPED_TEST_P(AlertsContract, KeepsNothingOfAnAnswerThatWasGiven)
+{
+    const auto held = std::make_shared<int>();
+    const auto token = this->alerts.showWarning({"Go?", {}, {"Yes"}}, [held](std::size_t) {});
+    EXPECT_EQ(held.use_count(), 2);
+    this->backend.press(0);
+    this->backend.settle();
+    EXPECT_EQ(held.use_count(), 1);
+}
+
 TYPED_TEST_P(AlertsContract, MayShowTheNextOneInTheAnswer)
 {
     Subscription next;
@@ -155,7 +165,7 @@ REGISTER_TYPED_TEST_SUITE_P(
     AlertsContract, StaysOpenUnansweredWhileTheMainQueueGoesOn,
     AnswersWithTheButtonThatIsPressedAndIsGone, TakesClosingForTheLastButton, AnswersOnTheMainQueue,
     GoesWithoutAnAnswerWhenItsTokenEnds, LetsTheTokenEndAfterTheAnswer,
-    LetsTheTokenEndInsideTheAnswer, MayShowTheNextOneInTheAnswer, AnswersEachOfSeveralByItself,
-    LeavesTheOthersWhenATokenEnds);
+    LetsTheTokenEndInsideTheAnswer, KeepsNothingOfAnAnswerThatWasGiven,
+    MayShowTheNextOneInTheAnswer, AnswersEachOfSeveralByItself, LeavesTheOthersWhenATokenEnds);
 
 } // namespace tallowbay::contract

@@ -91,6 +91,7 @@ TYPED_TEST_P(ConsoleContract, LosesALineThatCannotBeWrittenWithoutFurtherEffect)
     this->backend.breakOutput();
     this->console.line("lost");
     this->console.line("lost, too");
+    EXPECT_EQ(this->backend.written(), "kept\n");
 }
 
 REGISTER_TYPED_TEST_SUITE_P(
