@@ -1,0 +1,191 @@
+#include "app/ScreenshotBatch.h"
+
+#include "app/ScreenshotBatchFixture.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace tallowbay {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using ScreenshotBatchPasteTest = ScreenshotBatchFixture;
+
+TEST_F(ScreenshotBatchPasteTest, ChangesNothingOnAPasteWithoutABatch)
+{
+    desktop.pasteboard.copyElsewhere({"/etc/hostname"});
+    batch.handlePaste();
+    EXPECT_EQ(desktop.pasteboard.files, Paths{"/etc/hostname"});
+    EXPECT_THAT(desktop.console.lines, IsEmpty());
+    take("Screenshot 1.png");
+    EXPECT_THAT(pasted, IsEmpty());
+}
+
+TEST_F(ScreenshotBatchPasteTest, EndsTheBatchOnAPasteAndLeavesItOnThePasteboard)
+{
+    take("Screenshot 1.png");
+    take("Screenshot 2.png");
+    batch.handlePaste();
+    EXPECT_THAT(batch.urls(), IsEmpty());
+    EXPECT_EQ(desktop.pasteboard.files.size(), 2u);
+    EXPECT_EQ(desktop.console.lines.back(), ">>> resetBatch — clearing 2 URL(s), 0 OCR text(s)");
+    EXPECT_THAT(pasted, IsEmpty());
+}
+
+TEST_F(ScreenshotBatchPasteTest, BeginsANewBatchAfterAPaste)
+{
+    take("Screenshot 1.png");
+    batch.handlePaste();
+    take("Screenshot 2.png");
+    EXPECT_EQ(desktop.pasteboard.files, Paths{copyOf("Screenshot 2.png")});
+}
+
+TEST_F(ScreenshotBatchPasteTest, HoldsAPasteThatComesDuringCompression)
+{
+    take("Screenshot 1.png");
+    accept("Screenshot 2.png");
+    batch.handlePaste();
+    EXPECT_THAT(desktop.pasteboard.files, IsEmpty());
+    EXPECT_EQ(batch.urls().size(), 1u);
+    EXPECT_EQ(
+        desktop.console.lines.back(),
+        ">>> CMD+V QUEUED — clipboard cleared, waiting for compression");
+    desktop.dispatch.runMain();
+    EXPECT_EQ(views.messages().back(), "Pasting...");
+}
+
+TEST_F(ScreenshotBatchPasteTest, FiresAHeldPasteWithTheWholeBatchAndResetsIt)
+{
+    take("Screenshot 1.png");
+    accept("Screenshot 2.png");
+    batch.handlePaste();
+    desktop.console.lines.clear();
+    desktop.dispatch.runUntilIdle();
+    EXPECT_THAT(
+        pasted, ElementsAre(ElementsAre(copyOf("Screenshot 1.png"), copyOf("Screenshot 2.png"))));
+    EXPECT_THAT(batch.urls(), IsEmpty());
+    EXPECT_THAT(
+        desktop.console.lines,
+        ElementsAre(
+            "✓ Screenshot 2.png → 812KB → 231KB", "Clipboard updated: 2 image(s)",
+            ">>> Firing queued paste with 2 image(s)",
+            ">>> resetBatch — clearing 2 URL(s), 0 OCR text(s)"));
+
+    take("Screenshot 3.png");
+    EXPECT_EQ(pasted.size(), 1u);
+}
+
+TEST_F(ScreenshotBatchPasteTest, FiresAHeldPasteOnlyWhenTheLastCompressionEnds)
+{
+    accept("Screenshot 1.png");
+    accept("Screenshot 2.png");
+    batch.handlePaste();
+    desktop.dispatch.runBackground(1);
+    EXPECT_THAT(pasted, IsEmpty());
+    desktop.dispatch.runBackground(0);
+    EXPECT_EQ(pasted.size(), 1u);
+}
+
+TEST_F(ScreenshotBatchPasteTest, FiresOnePasteForTwoPresses)
+{
+    accept("Screenshot 1.png");
+    batch.handlePaste();
+    batch.handlePaste();
+    desktop.dispatch.runUntilIdle();
+    EXPECT_EQ(pasted.size(), 1u);
+}
+
+TEST_F(ScreenshotBatchPasteTest, KeepsAHeldPasteForTheNextScreenshotIfTheLastOneFails)
+{
+    accept("Screenshot 1.png");
+    batch.handlePaste();
+    compressionFails = true;
+    desktop.dispatch.runUntilIdle();
+    EXPECT_THAT(pasted, IsEmpty());
+
+    compressionFails = false;
+    take("Screenshot 2.png");
+    EXPECT_THAT(pasted, ElementsAre(ElementsAre(copyOf("Screenshot 2.png"))));
+}
+
+TEST_F(ScreenshotBatchPasteTest, FiresAHeldPasteDuringTextRecognitionAndKeepsTheBatch)
+{
+    accept("Screenshot 1.png");
+    batch.handlePaste();
+    batch.beginTextExtraction();
+    desktop.dispatch.runUntilIdle();
+    EXPECT_EQ(pasted.size(), 1u);
+    EXPECT_EQ(batch.urls().size(), 1u);
+    EXPECT_EQ(desktop.console.lines.back(), ">>> resetBatch SKIPPED — OCR in progress");
+}
+
+TEST_F(ScreenshotBatchPasteTest, KeepsAHeldPasteIfTheLastScreenshotIsSkipped)
+{
+    accept("Screenshot 1.png");
+    batch.handlePaste();
+    desktop.files.create(copyOf("Screenshot 1.png"));
+    desktop.dispatch.runUntilIdle();
+    EXPECT_THAT(pasted, IsEmpty());
+
+    take("Screenshot 2.png");
+    EXPECT_THAT(pasted, ElementsAre(ElementsAre(copyOf("Screenshot 2.png"))));
+}
+
+// A paste while an edit is being written
+
+TEST_F(ScreenshotBatchPasteTest, KeepsTheBatchWhileTextIsBeingRecognised)
+{
+    take("Screenshot 1.png");
+    batch.beginTextExtraction();
+    batch.resetBatch();
+    EXPECT_EQ(batch.urls().size(), 1u);
+    EXPECT_EQ(desktop.console.lines.back(), ">>> resetBatch SKIPPED — OCR in progress");
+}
+
+TEST_F(ScreenshotBatchPasteTest, SaysEvenOfAnEmptyBatchThatItIsKept)
+{
+    batch.beginTextExtraction();
+    batch.resetBatch();
+    EXPECT_THAT(desktop.console.lines, ElementsAre(">>> resetBatch SKIPPED — OCR in progress"));
+}
+
+TEST_F(ScreenshotBatchPasteTest, ResetsABatchOfTextsAlone)
+{
+    batch.endTextExtraction("a");
+    batch.endTextExtraction("b");
+    batch.resetBatch();
+    EXPECT_THAT(
+        desktop.console.lines, ElementsAre(">>> resetBatch — clearing 0 URL(s), 2 OCR text(s)"));
+}
+
+TEST_F(ScreenshotBatchPasteTest, ResetsScreenshotsAndTextsTogether)
+{
+    take("Screenshot 1.png");
+    take("Screenshot 2.png");
+    batch.endTextExtraction("some text");
+    batch.resetBatch();
+    EXPECT_EQ(desktop.console.lines.back(), ">>> resetBatch — clearing 2 URL(s), 1 OCR text(s)");
+    EXPECT_EQ(desktop.pasteboard.text, "some text");
+    EXPECT_EQ(batch.endTextExtraction("another"), 1u);
+}
+
+TEST_F(ScreenshotBatchPasteTest, StartsANewGroupInTheEditorAfterAReset)
+{
+    openEditor();
+    take("Screenshot 1.png");
+    EXPECT_FALSE(editor.pendingDivider);
+    batch.resetBatch();
+    EXPECT_TRUE(editor.pendingDivider);
+}
+
+TEST_F(ScreenshotBatchPasteTest, StartsNoGroupInAnEmptyEditor)
+{
+    take("Screenshot 1.png");
+    openEditor();
+    batch.resetBatch();
+    EXPECT_FALSE(editor.pendingDivider);
+}
+
+} // namespace
+} // namespace tallowbay
