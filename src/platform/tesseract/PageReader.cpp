@@ -1,6 +1,7 @@
 #include "platform/tesseract/PageReader.h"
 
 #include "platform/tesseract/CellText.h"
+#include "platform/tesseract/Dashes.h"
 #include "platform/tesseract/Ink.h"
 #include "platform/tesseract/LineText.h"
 #include "platform/tesseract/TextRepairs.h"
@@ -20,20 +21,27 @@ struct ReadLine {
     double pitch = 0;
 };
 
-ReadLine readLine(const Plane& ink, const TextLine& line, TesseractEngine& engine)
+SymbolLine readLine(const Plane& ink, TextLine line, TesseractEngine& engine)
 {
     auto symbols = engine.read(makeLineImage(ink, line));
     if (symbols.empty())
-        return {};
+        return {std::move(line), {}};
     correctPlaces(symbols, line);
     if (!line.cells.empty())
         putInCells(symbols, line);
     addMissingMarks(symbols, line);
     correctSpaces(symbols, line);
+    return {std::move(line), std::move(symbols)};
+}
+
+ReadLine textLineOf(const SymbolLine& read)
+{
     double confidence = 0;
-    for (const Symbol& symbol : symbols)
-        confidence += symbol.confidence / static_cast<double>(symbols.size());
-    return {textOf(symbols, line), confidence, line.pitch > 0, line.columns().begin, line.pitch};
+    for (const Symbol& symbol : read.symbols)
+        confidence += symbol.confidence / static_cast<double>(read.symbols.size());
+    const TextLine& line = read.line;
+    return {
+        textOf(read.symbols, line), confidence, line.pitch > 0, line.columns().begin, line.pitch};
 }
 
 // Where every character has the same width, blanks at the start of a line mean something.
@@ -60,11 +68,16 @@ std::vector<ReadLine> readLines(const Bitmap& bitmap, TesseractEngine& engine)
     if (letter == 0)
         return read;
     levelContrast(ink, letter);
-    for (const TextLine& line : findTextLines(ink, letter)) {
-        ReadLine one = readLine(ink, line, engine);
-        if (!one.text.empty())
-            read.push_back(std::move(one));
+    std::vector<SymbolLine> lines;
+    for (TextLine& line : findTextLines(ink, letter)) {
+        SymbolLine one = readLine(ink, std::move(line), engine);
+        if (!one.symbols.empty())
+            lines.push_back(std::move(one));
     }
+    settleDashes(ink, lines);
+    for (const SymbolLine& line : lines)
+        read.push_back(textLineOf(line));
+    std::erase_if(read, [](const ReadLine& line) { return line.text.empty(); });
     return read;
 }
 
