@@ -41,11 +41,19 @@ public:
 
     QImage read() { return reader.read(); }
 
-    // The size of the picture as it is to be seen.
+    // The size of the picture as it is to be seen. One with a palette still comes in its own size:
+    // the reader would give the palette's colours to the smaller one, too, dotted.
     void scaleTo(PixelSize size)
     {
         const QSize wanted(size.width, size.height);
-        reader.setScaledSize(swapsSides() ? wanted.transposed() : wanted);
+        if (!hasPalette())
+            reader.setScaledSize(swapsSides() ? wanted.transposed() : wanted);
+    }
+    bool hasPalette() const
+    {
+        const auto format = reader.imageFormat();
+        return format == QImage::Format_Indexed8 || format == QImage::Format_Mono
+            || format == QImage::Format_MonoLSB;
     }
     bool swapsSides()
     {
@@ -76,6 +84,14 @@ QImage inSrgb(QImage image)
     return image;
 }
 
+QImage scaled(QImage image, PixelSize wanted)
+{
+    const QSize size(wanted.width, wanted.height);
+    if (image.size() == size)
+        return image;
+    return image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
+
 Bitmap bitmapOf(const QImage& image)
 {
     Bitmap bitmap({image.width(), image.height()});
@@ -103,7 +119,8 @@ try {
         return ImageError::damaged;
     if (format == ImageFileFormat::png && isSrgbByItsGamma(bytes))
         image.setColorSpace(QColorSpace::SRgb);
-    return bitmapOf(inSrgb(std::move(image)));
+    image = inSrgb(std::move(image));
+    return bitmapOf(size ? scaled(std::move(image), *size) : image);
 } catch (const std::bad_alloc&) {
     return ImageError::tooLarge;
 }

@@ -303,6 +303,38 @@ TEST_F(QtImageCodecTest, TurnsAPictureAsItsOrientationSays)
     }
 }
 
+// Thumbnails
+
+// Compressed screenshots have a palette, and what it lacks is mixed of dots.
+TEST_F(QtImageCodecTest, MixesTheColoursOfAPaletteInAThumbnail)
+{
+    QImage dots(200, 100, QImage::Format_Indexed8);
+    dots.setColorCount(256); // black and whites, nothing between
+    for (int white = 1; white < 256; ++white)
+        dots.setColor(white, qRgb(255, 255, 255 - white % 4));
+    dots.setColor(0, qRgb(0, 0, 0));
+    for (int y = 0; y < 100; ++y)
+        for (int x = 0; x < 200; ++x)
+            dots.setPixel(x, y, (x + y) % 2 == 0 ? 0 : 4);
+    for (const QImage::Format format : {QImage::Format_Indexed8, QImage::Format_RGB32}) {
+        const auto made =
+            codec.decodeThumbnail(encoded(dots.convertToFormat(format), "png"), {50, 50});
+        const Bitmap& thumbnail = std::get<Bitmap>(made);
+        EXPECT_EQ(thumbnail.size(), (PixelSize{50, 25}));
+        for (int x = 10; x < 14; ++x)
+            EXPECT_THAT(thumbnail.pixel(x, 12), IsNear(0xFF808080u, 3)) << format;
+    }
+}
+
+TEST_F(QtImageCodecTest, TurnsAThumbnailAsItsOrientationSays)
+{
+    QImage image(64, 32, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    const std::string turned = withOrientation(encoded(image, "jpeg", 100), 6);
+    const auto made = codec.decodeThumbnail(turned, {16, 16});
+    EXPECT_EQ(std::get<Bitmap>(made).size(), (PixelSize{8, 16}));
+}
+
 // What is refused
 
 TEST_F(QtImageCodecTest, RefusesSidesOfZero)
