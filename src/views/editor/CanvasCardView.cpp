@@ -17,7 +17,7 @@ namespace {
 
 constexpr int headerHeight = static_cast<int>(canvasHeaderHeight);
 constexpr int settingsSide = static_cast<int>(settingsButtonSide);
-constexpr int settingsSymbolSize = 16;
+constexpr double settingsSymbolSize = 16;
 // Of the title, where there is no screenshot whose colour the header could have.
 constexpr QColor titleOnGlass(255, 255, 255, 217);
 

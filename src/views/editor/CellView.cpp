@@ -127,8 +127,8 @@ void CellView::paintCheckbox(QPainter& painter, const ThumbnailCell& shown) cons
         painter.fillPath(roundedPath(ground, checkboxGroundRadius), Qt::white);
     }
     const QPixmap mark = symbol(
-        qtText(shown.checkboxSymbol()), qRound(checkboxSymbolSize),
-        qt::qtColor(shown.checkboxTint()), devicePixelRatioF());
+        qtText(shown.checkboxSymbol()), checkboxSymbolSize, qt::qtColor(shown.checkboxTint()),
+        devicePixelRatioF());
     painter.drawPixmap(centered(mark.deviceIndependentSize(), middle).topLeft(), mark);
 }
 

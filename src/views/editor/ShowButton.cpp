@@ -4,9 +4,9 @@
 
 namespace tallowbay::views {
 
-void showButton(HoverButton& button, const RailButton& look, int symbolPoints)
+void showButton(HoverButton& button, const RailButton& look, double symbolSize)
 {
-    button.setSymbol(QString::fromStdString(look.symbol), symbolPoints);
+    button.setSymbol(QString::fromStdString(look.symbol), symbolSize);
     button.setTint(qt::qtColor(look.tint));
     button.setBackground(look.background ? qt::qtColor(*look.background) : Qt::transparent);
     button.setChecked(look.selected);

@@ -6,6 +6,6 @@
 namespace tallowbay::views {
 
 // Has a button show what the logic says of it.
-void showButton(HoverButton&, const RailButton&, int symbolPoints);
+void showButton(HoverButton&, const RailButton&, double symbolSize);
 
 } // namespace tallowbay::views

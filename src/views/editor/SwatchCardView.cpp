@@ -39,6 +39,7 @@ SwatchCardView::SwatchCardView(AnnotationWindow& logic, const Backdrop& backdrop
 {
     setObjectName(QStringLiteral("swatchCard"));
     setAccessibleName(QStringLiteral("Colours"));
+    setOnCard();
     constexpr int inset = static_cast<int>(swatchInset);
     auto* const row = new QHBoxLayout(this);
     row->setContentsMargins(inset, inset, inset, inset);

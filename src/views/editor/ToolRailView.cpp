@@ -42,7 +42,7 @@ HoverButton* ToolRailView::addButton(const RailButton& look)
     auto* const button = new HoverButton(
         QString::fromStdString(look.label), {toolButtonSide / 2, toolHoverAlpha}, this);
     button->setFixedSize(side, side);
-    showButton(*button, look, static_cast<int>(toolSymbolSize));
+    showButton(*button, look, toolSymbolSize);
     layout()->addWidget(button);
     railButtons.push_back(button);
     return button;
@@ -52,7 +52,7 @@ void ToolRailView::lookAgain()
 {
     std::size_t place = 0;
     for (const RailButton& tool : logic.tools())
-        showButton(*railButtons.at(place++), tool, static_cast<int>(toolSymbolSize));
+        showButton(*railButtons.at(place++), tool, toolSymbolSize);
     opacity->setOpacity(logic.toolRailAlpha());
     opacity->setEnabled(logic.toolRailAlpha() < 1); // else it would cost at every repaint
 }

@@ -13,12 +13,12 @@ namespace tallowbay::views {
 namespace {
 
 constexpr double blurDeviation = 26; // points
-constexpr int reduction = 8; // no finer detail outlives the blur
+constexpr int reduction = 4; // no finer detail outlives the blur
 
 // Black, under the white tint of a card; less of it where the window has dimmed the desktop
 // already.
-constexpr double materialOverPicture = 0.64;
-constexpr double materialOverBlur = 0.55;
+constexpr double materialOverPicture = 0.72;
+constexpr double materialOverBlur = 0.65;
 constexpr QColor denseMaterial(22, 23, 27, 232);
 constexpr QColor unknownDesktop(30, 32, 38);
 

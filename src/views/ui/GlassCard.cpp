@@ -8,6 +8,12 @@
 
 namespace tallowbay::views {
 
+namespace {
+
+constexpr QColor shadeOnCard(0, 0, 0, 96);
+
+} // namespace
+
 GlassCard::GlassCard(const Backdrop& backdrop, double cornerRadius, QWidget* parent)
     : QWidget(parent)
     , backdrop(backdrop)
@@ -42,6 +48,8 @@ QPixmap GlassCard::drawFace() const
     backdrop.paintGlass(painter, QRect(place, size()));
     painter.translate(place);
     painter.fillRect(rect(), qt::qtColor(glassTint));
+    if (onCard)
+        painter.fillRect(rect(), shadeOnCard);
     // Cut out rather than clipped, since only so the corners are smooth.
     painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
     QPixmap shape(drawn.size());

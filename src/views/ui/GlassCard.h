@@ -13,6 +13,9 @@ public:
     // The backdrop outlives it.
     GlassCard(const Backdrop&, double cornerRadius, QWidget* parent);
 
+    // Lies on another card, and so is darker, to be told from it.
+    void setOnCard() { onCard = true; }
+
     double radius() const { return cornerRadius; }
 
     // The backdrop has looked again, or has forgotten.
@@ -29,6 +32,7 @@ private:
     const Backdrop& backdrop;
     const double cornerRadius;
     QWidget* const rim;
+    bool onCard = false;
     QPixmap face; // drawn anew when the card or what is behind it changes
 };
 

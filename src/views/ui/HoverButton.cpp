@@ -29,10 +29,10 @@ HoverButton::HoverButton(const QString& name, const HoverLook& look, QWidget* pa
     setFocusPolicy(Qt::TabFocus); // a click leaves the keyboard to the canvas
 }
 
-void HoverButton::setSymbol(const QString& name, int sidePoints)
+void HoverButton::setSymbol(const QString& name, double textSize)
 {
     symbolName = name;
-    symbolSide = sidePoints;
+    symbolSize = textSize;
     update();
 }
 
@@ -62,7 +62,7 @@ void HoverButton::paintEvent(QPaintEvent*)
 
 void HoverButton::paintContent(QPainter& painter)
 {
-    const QPixmap picture = symbol(symbolName, symbolSide, tint, devicePixelRatioF());
+    const QPixmap picture = symbol(symbolName, symbolSize, tint, devicePixelRatioF());
     const QSizeF size = picture.deviceIndependentSize();
     painter.drawPixmap(
         QPointF((width() - size.width()) / 2, (height() - size.height()) / 2), picture);

@@ -15,7 +15,7 @@ class HoverButton : public QAbstractButton {
 public:
     HoverButton(const QString& name, const HoverLook&, QWidget* parent);
 
-    void setSymbol(const QString& name, int sidePoints);
+    void setSymbol(const QString& name, double textSize);
     void setTint(const QColor&);
     void setBackground(const QColor&); // invisible unless it is set
 
@@ -36,7 +36,7 @@ private:
     const HoverLook look;
     bool hovered = false;
     QString symbolName;
-    int symbolSide = 16;
+    double symbolSize = 16;
     QColor tint = Qt::white;
     QColor background = Qt::transparent;
 };

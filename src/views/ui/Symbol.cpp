@@ -15,6 +15,8 @@ namespace tallowbay::views {
 
 namespace {
 
+constexpr double sidePerTextSize = 1.2;
+
 QPixmap render(const QString& name, int sidePixels, const QColor& color)
 {
     initialiseResources();
@@ -32,9 +34,9 @@ QPixmap render(const QString& name, int sidePixels, const QColor& color)
 
 } // namespace
 
-QPixmap symbol(const QString& name, int sidePoints, const QColor& color, double pixelsPerPoint)
+QPixmap symbol(const QString& name, double textSize, const QColor& color, double pixelsPerPoint)
 {
-    const int sidePixels = qRound(sidePoints * pixelsPerPoint);
+    const int sidePixels = qRound(sidePerTextSize * textSize * pixelsPerPoint);
     const QString key = QStringLiteral("symbol/%1/%2/%3")
                             .arg(name, QString::number(sidePixels), color.name(QColor::HexArgb));
     QPixmap picture;
