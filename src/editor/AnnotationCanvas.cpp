@@ -181,7 +181,7 @@ void AnnotationCanvas::mouseDragged(Point point)
 {
     if (!canvas.backgroundImage)
         return;
-    if (canvas.resizingIndex && canvas.resizeHandle) {
+    if (canvas.resizingIndex) {
         resizeAnnotation(*canvas.resizingIndex, *canvas.resizeHandle, point);
         return;
     }

@@ -143,5 +143,10 @@ TEST_F(HitTestTest, ResizesByThisTable)
     EXPECT_EQ(resizedRect(down, ResizeHandle::arrowEnd, {5, 7}), (Rect{{10, 80}, {-5, -73}}));
 }
 
+TEST_F(HitTestTest, StopsTheProcessForAHandleThatDoesNotExist)
+{
+    EXPECT_DEATH(resizedRect({}, static_cast<ResizeHandle>(6), {0, 0}), "no such resize handle");
+}
+
 } // namespace
 } // namespace tallowbay

@@ -276,6 +276,16 @@ TEST_P(CanvasPixelTest, DrawsWhatFollowsATextOrAnArrowWhereItBelongs)
     }
 }
 
+TEST_F(QtTest, CutsColoursOffAtTheirLimits)
+{
+    const auto bitmap = graphics.draw({2, 1}, 1, [](GraphicsContext& context) {
+        context.fill(Rect{{0, 0}, {1, 1}}, {1.5, 1.001, 7, 2});
+        context.fill(Rect{{1, 0}, {1, 1}}, {-1, 0.5, -0.001, 1});
+    });
+    EXPECT_EQ(bitmap->pixel(0, 0), 0xFFFFFFFFu);
+    EXPECT_EQ(bitmap->pixel(1, 0), 0xFF008000u);
+}
+
 TEST_F(QtTest, ReplacesWhatIsThereWhenItComposesByCopy)
 {
     const auto bitmap = graphics.draw({2, 1}, 1, [](GraphicsContext& context) {

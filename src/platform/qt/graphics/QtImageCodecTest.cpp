@@ -3,6 +3,7 @@
 #include "platform/contract/ImageCodecContract.h"
 #include "platform/headless/Desktop.h"
 #include "platform/qt/graphics/BitmapImage.h"
+#include "platform/qt/graphics/ImageFileStructure.h"
 
 #include <QBuffer>
 #include <QColorSpace>
@@ -13,6 +14,8 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+
+#include <sys/mman.h>
 
 namespace tallowbay::contract {
 
@@ -358,6 +361,46 @@ TEST_F(QtImageCodecTest, RefusesPicturesThatAreTooLargeByTheirHeadAlone)
     EXPECT_EQ(error(jpeg), ImageError::tooLarge);
 }
 
+TEST_F(QtImageCodecTest, KnowsTheSizeOfPicturesUpToTheLimits)
+{
+    const PixelSize sizes[] = {{8192, 8192}, {32767, 1}, {1, 32767}};
+    for (const PixelSize size : sizes)
+        EXPECT_EQ(
+            std::get<PixelSize>(codec.pixelSize(pngHead(
+                static_cast<std::uint32_t>(size.width), static_cast<std::uint32_t>(size.height)))),
+            size);
+    for (const auto& head : {pngHead(32768, 1), pngHead(1, 32768)})
+        EXPECT_EQ(std::get<ImageError>(codec.pixelSize(head)), ImageError::tooLarge);
+}
+
+// Zeros of the system's, which take no memory until they are written.
+class ManyBytes {
+public:
+    explicit ManyBytes(std::size_t count)
+        : count(count)
+        , start(::mmap(nullptr, count, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0))
+    {
+        EXPECT_NE(start, MAP_FAILED);
+    }
+    ~ManyBytes() { ::munmap(start, count); }
+    ManyBytes(const ManyBytes&) = delete;
+    ManyBytes& operator=(const ManyBytes&) = delete;
+
+    std::string_view view() const { return {static_cast<const char*>(start), count}; }
+
+private:
+    std::size_t count;
+    void* start;
+};
+
+TEST_F(QtImageCodecTest, LooksIntoAFileUpToTheLimitOfItsBytes)
+{
+    const ManyBytes most(imageLimits::fileBytes);
+    EXPECT_EQ(std::get<ImageError>(codec.decode(most.view())), ImageError::unknownFormat);
+    const ManyBytes tooMany(imageLimits::fileBytes + 1);
+    EXPECT_EQ(std::get<ImageError>(codec.decode(tooMany.view())), ImageError::tooLarge);
+}
+
 TEST_F(QtImageCodecTest, RefusesAPictureWhoseDataIsMissing)
 {
     EXPECT_EQ(error(pngHead(10, 10) + chunk("IEND", "")), ImageError::damaged);
@@ -365,6 +408,16 @@ TEST_F(QtImageCodecTest, RefusesAPictureWhoseDataIsMissing)
         error(pngHead(10, 10) + chunk("IDAT", "not deflated") + chunk("IEND", "")),
         ImageError::damaged);
     EXPECT_EQ(error("\xFF\xD8\xFF\xD9"), ImageError::damaged);
+}
+
+TEST_F(QtImageCodecTest, TakesAJpegForCompleteOnlyWithItsData)
+{
+    const std::string whole = encoded(QImage(8, 8, QImage::Format_RGB32), "jpeg");
+    EXPECT_TRUE(isCompleteImageFile(whole, ImageFileFormat::jpeg));
+    const std::string endOfImage = "\xFF\xD9";
+    const std::string withoutScan = whole.substr(0, whole.find("\xFF\xDA")) + endOfImage;
+    EXPECT_FALSE(isCompleteImageFile(withoutScan, ImageFileFormat::jpeg));
+    EXPECT_EQ(error(withoutScan), ImageError::damaged);
 }
 
 TEST_F(QtImageCodecTest, RefusesAPngWithAFlippedBitInItsData)
