@@ -1,0 +1,300 @@
+#include "support/EditorFixture.h"
+
+namespace tallowbay {
+namespace {
+
+using testing::Contains;
+using testing::Each;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+
+// What happens while pictures are on their way.
+class WindowPictureTest : public test::EditorTest {
+protected:
+    bool hasPicture() const { return window->canvas().backgroundImage() != nullptr; }
+
+    // A screenshot with one item, which is selected and whose picture has not come.
+    void returnToEdited()
+    {
+        take("AB");
+        click('A');
+        settle();
+        draw();
+        settle();
+        click('B');
+        settle();
+        writesEnded.clear();
+        clipboards.clear();
+        click('A');
+    }
+};
+
+TEST_F(WindowPictureTest, ReadsThePictureOffTheMainQueue)
+{
+    createFiles("A");
+    build();
+    window->addURL(file('A'));
+    EXPECT_FALSE(hasPicture());
+    ASSERT_GT(desktop.dispatch.backgroundCount(), 0u);
+    EXPECT_EQ(desktop.dispatch.backgroundQuality(0), QualityOfService::userInteractive);
+    settle();
+    EXPECT_TRUE(hasPicture());
+}
+
+TEST_F(WindowPictureTest, TakesNoDrawingUntilThePictureIsThere)
+{
+    createFiles("A");
+    build();
+    window->addURL(file('A'));
+    draw();
+    EXPECT_THAT(items(), IsEmpty());
+    settle();
+    draw();
+    EXPECT_EQ(items().size(), 1u);
+}
+
+TEST_F(WindowPictureTest, ShowsOnlyThePictureThatWasAskedForLast)
+{
+    take("ABC");
+    desktop.files.create(file('A'), *desktop.imageCodec.encodePng(Bitmap({10, 10})));
+    desktop.files.create(file('B'), *desktop.imageCodec.encodePng(Bitmap({20, 20})));
+    click('A');
+    click('B');
+    while (desktop.dispatch.backgroundCount() > 0) { // the older answer comes last
+        desktop.dispatch.runBackground(desktop.dispatch.backgroundCount() - 1);
+        if (hasPicture()) {
+            EXPECT_EQ(window->canvas().backgroundImage()->size().width, 20);
+        }
+    }
+    EXPECT_EQ(window->canvas().backgroundImage()->size().width, 20);
+}
+
+TEST_F(WindowPictureTest, ReadsNoPictureThatIsNoLongerWanted)
+{
+    take("AB");
+    click('A');
+    desktop.files.create(file('A'), "no picture");
+    click('B');
+    settle();
+    EXPECT_THAT(views.messages(), IsEmpty());
+}
+
+TEST_F(WindowPictureTest, ReadsThePictureAnewAtEverySelection)
+{
+    take("AB");
+    desktop.files.create(file('B'), *desktop.imageCodec.encodePng(Bitmap({30, 30})));
+    click('B');
+    settle();
+    EXPECT_EQ(window->canvas().backgroundImage()->size().width, 30);
+}
+
+TEST_F(WindowPictureTest, SaysThatAPictureCannotBeLoadedAndKeepsTheScreenshot)
+{
+    take("A");
+    desktop.files.create(file('B'), "no picture");
+    build();
+    window->addURL(file('B'));
+    settle();
+    EXPECT_THAT(views.messages(), ElementsAre("Could not load image"));
+    EXPECT_FALSE(hasPicture());
+    EXPECT_THAT(strip(), testing::HasSubstr("*B+"));
+    draw();
+    EXPECT_THAT(items(), IsEmpty());
+}
+
+TEST_F(WindowPictureTest, DropsThePictureOfTheScreenshotBeforeAtOnce)
+{
+    take("AB");
+    click('A');
+    EXPECT_FALSE(hasPicture());
+}
+
+TEST_F(WindowPictureTest, PreviewsTheThumbnailUntilThePictureIsThere)
+{
+    take("AB");
+    EXPECT_FALSE(window->canvasPreview());
+    click('A');
+    EXPECT_EQ(window->canvasPreview(), window->cell(indexOf('A')).thumbnail);
+    EXPECT_TRUE(window->canvasPreview());
+    const int looks = editor().looks;
+    settle();
+    EXPECT_FALSE(window->canvasPreview());
+    EXPECT_GT(editor().looks, looks);
+}
+
+// Edits without a picture
+
+TEST_F(WindowPictureTest, SavesAnUndoOnceThePictureIsThere)
+{
+    take("AB");
+    click('A');
+    settle();
+    draw(0);
+    draw(1);
+    settle();
+    click('B');
+    settle();
+    click('A');
+    const auto before = flattened().size();
+    window->undoAnnotation();
+    EXPECT_TRUE(window->isBeingWritten(file('A')));
+    settle();
+    ASSERT_EQ(flattened().size(), before + 1);
+    EXPECT_EQ(flattened().back(), 1u);
+    EXPECT_FALSE(window->isBeingWritten(file('A')));
+}
+
+TEST_F(WindowPictureTest, SavesARedoAlsoIfAnotherScreenshotIsShownBeforeThePictureIsThere)
+{
+    returnToEdited();
+    window->undoAnnotation();
+    window->redoAnnotation();
+    const auto before = flattened().size();
+    click('B');
+    EXPECT_TRUE(window->isBeingWritten(file('A')));
+    settle();
+    EXPECT_EQ(flattened().size(), before + 1);
+    EXPECT_FALSE(window->isBeingWritten(file('A')));
+    EXPECT_THAT(writesEnded, ElementsAre(true));
+}
+
+TEST_F(WindowPictureTest, OwesNothingOnceTheLastItemIsUndone)
+{
+    returnToEdited();
+    window->undoAnnotation();
+    window->redoAnnotation();
+    EXPECT_TRUE(window->isBeingWritten(file('A')));
+    window->undoAnnotation();
+    EXPECT_FALSE(window->isBeingWritten(file('A')));
+    EXPECT_THAT(writesEnded, ElementsAre(true)) << "a paste may be waiting";
+    const auto before = flattened().size();
+    settle();
+    EXPECT_EQ(flattened().size(), before);
+}
+
+TEST_F(WindowPictureTest, TellsThatAnEditIsLostWhosePictureCannotBeRead)
+{
+    returnToEdited();
+    window->undoAnnotation();
+    window->redoAnnotation();
+    desktop.files.create(file('A'), "no picture");
+    settle();
+    EXPECT_FALSE(window->isBeingWritten(file('A')));
+    EXPECT_THAT(writesEnded, ElementsAre(false));
+}
+
+TEST_F(WindowPictureTest, TellsThatAnEditIsLostWhosePictureCannotBeReadLater)
+{
+    returnToEdited();
+    window->undoAnnotation();
+    window->redoAnnotation();
+    desktop.files.create(file('A'), "no picture");
+    click('B');
+    settle();
+    EXPECT_FALSE(window->isBeingWritten(file('A')));
+    EXPECT_THAT(writesEnded, ElementsAre(false));
+}
+
+TEST_F(WindowPictureTest, TellsThatAnEditIsLostWhoseScreenshotIsRemoved)
+{
+    returnToEdited();
+    window->undoAnnotation();
+    window->redoAnnotation();
+    window->removeExpiredURLs({file('A')});
+    EXPECT_THAT(writesEnded, ElementsAre(false));
+    settle();
+    EXPECT_THAT(writesEnded, ElementsAre(false));
+}
+
+TEST_F(WindowPictureTest, KeepsItemsOverThePictureThoughTheCanvasChangesBeforeItIsThere)
+{
+    returnToEdited();
+    window->canvas().setSize({96 + 800, 96 + 600}); // forty times the picture's size
+    window->undoAnnotation();
+    window->redoAnnotation();
+    settle();
+    EXPECT_EQ(items().at(0).rect, (Rect{{48 + 24, 48 + 24}, {80, 80}}));
+    EXPECT_EQ(
+        desktop.offscreenGraphics.drawings().back().lines.back(),
+        "fill rect(0.6 0.6 2 2) color(1 0.8 0 0.35)");
+}
+
+// Thumbnails
+
+TEST_F(WindowPictureTest, ReadsThumbnailsOfTheSizeOfTheWell)
+{
+    desktop.files.create(file('A'), *desktop.imageCodec.encodePng(Bitmap({200, 150})));
+    build();
+    window->addURL(file('A'));
+    settle();
+    const Image thumbnail = window->cell(0).thumbnail;
+    ASSERT_TRUE(thumbnail);
+    EXPECT_EQ(thumbnail->size(), (PixelSize{154, 116}));
+}
+
+TEST_F(WindowPictureTest, ReadsThumbnailsForTheScaleOfTheScreen)
+{
+    desktop.files.create(file('A'), *desktop.imageCodec.encodePng(Bitmap({800, 800})));
+    build();
+    window->addURL(file('A'));
+    window->scaleChanged(1.5);
+    settle();
+    EXPECT_EQ(window->cell(0).thumbnail->size(), (PixelSize{174, 174}));
+}
+
+TEST_F(WindowPictureTest, ReadsThumbnailsAfterThePicture)
+{
+    createFiles("A");
+    build();
+    window->addURL(file('A'));
+    EXPECT_EQ(desktop.dispatch.backgroundCount(), 1u);
+    desktop.dispatch.runBackground();
+    EXPECT_TRUE(hasPicture());
+    EXPECT_FALSE(window->cell(0).thumbnail);
+    editor().changedCells.clear();
+    settle();
+    EXPECT_TRUE(window->cell(0).thumbnail);
+    EXPECT_THAT(editor().changedCells, ElementsAre(0u));
+}
+
+TEST_F(WindowPictureTest, ReadsThumbnailsNearestToWhatIsSeenFirst)
+{
+    createFiles("ABCDEFGH");
+    build();
+    for (const char letter : std::string("ABCDEFGH"))
+        window->addURL(file(letter));
+    window->visibleSlotsChanged(3, 4);
+    std::string came;
+    while (desktop.dispatch.backgroundCount() > 0) {
+        editor().changedCells.clear();
+        desktop.dispatch.runBackground();
+        for (const std::size_t index : editor().changedCells)
+            came += nameOf(index);
+    }
+    EXPECT_EQ(came, "DECFBGAH");
+}
+
+TEST_F(WindowPictureTest, ReadsTheThumbnailAnewOnceAnEditIsWritten)
+{
+    take("A");
+    const Image before = window->cell(0).thumbnail;
+    draw();
+    settle();
+    EXPECT_NE(window->cell(0).thumbnail, before);
+}
+
+TEST_F(WindowPictureTest, LeavesAllWorkBehindWhenItGoes)
+{
+    createFiles("AB");
+    build();
+    window->addURL(file('A'));
+    window->addURL(file('B'));
+    desktop.dispatch.runBackground();
+    window.reset();
+    settle();
+    EXPECT_FALSE(editor().logic);
+}
+
+} // namespace
+} // namespace tallowbay
