@@ -2,6 +2,7 @@
 
 #include "platform/Menu.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -13,15 +14,17 @@ struct StatusButton {
     std::string imageName;
     double imageSizePoints = 0;
     std::string title;
+    std::function<void()> onMiddleClick = nullptr; // where the bar tells of it
 };
 
-// An icon with a menu, gone when destroyed. It may be destroyed inside an action of its own menu.
+// An icon with a menu, gone when destroyed. It may be destroyed inside an action of its own
+// menu or of its button.
 class StatusItem {
 public:
     virtual ~StatusItem() = default;
 };
 
-// Thread: main queue, also for the menu's actions.
+// Thread: main queue, also for the actions of the menu and the button.
 class StatusBar {
 public:
     virtual ~StatusBar() = default;

@@ -31,6 +31,7 @@ inline void PrintTo(const SeenRow& row, std::ostream* out)
 //                                   false if that never comes
 //   std::vector<SeenRow> menu();    of the only item
 //   void choose(title);             the row of that menu, as a person would
+//   void middleClick();             on the only icon; runs the main queue until it is over
 template <typename Backend> class StatusBarContract : public testing::Test {
 protected:
     static MenuItem row(const std::string& title, std::function<void()> action = nullptr)
@@ -142,10 +143,34 @@ TYPED_TEST_P(StatusBarContract, LetsAnItemGoInsideItsOwnAction)
     EXPECT_TRUE(this->backend.showsIcons(0));
 }
 
+TYPED_TEST_P(StatusBarContract, TellsOfAMiddleClickOnTheIcon)
+{
+    this->backend.startBar();
+    int clicks = 0;
+    const auto item =
+        this->backend.bar().makeItem({"MenubarIcon", 18, {}, [&clicks] { ++clicks; }}, {});
+    ASSERT_TRUE(this->backend.showsIcons(1));
+    EXPECT_EQ(clicks, 0);
+    this->backend.middleClick();
+    EXPECT_EQ(clicks, 1);
+}
+
+TYPED_TEST_P(StatusBarContract, LetsAnItemGoInsideAMiddleClick)
+{
+    this->backend.startBar();
+    std::unique_ptr<StatusItem> item;
+    item = this->backend.bar().makeItem({"MenubarIcon", 18, {}, [&item] { item.reset(); }}, {});
+    ASSERT_TRUE(this->backend.showsIcons(1));
+    this->backend.middleClick();
+    EXPECT_FALSE(item);
+    EXPECT_TRUE(this->backend.showsIcons(0));
+}
+
 REGISTER_TYPED_TEST_SUITE_P(
     StatusBarContract, ShowsTheIconInABarThatIsThere, ShowsTheIconAsSoonAsThereIsABar,
     ShowsATitleWhereThereIsNoPicture, TakesAnIconAwayWithItsItemAndLeavesTheOthers,
     MayLoseAnItemThatNoBarHasShown, ShowsTheMenusRowsInTheirOrder, ShowsATitleLetterForLetter,
-    RunsTheActionOfTheRowThatIsChosen, LetsAnItemGoInsideItsOwnAction);
+    RunsTheActionOfTheRowThatIsChosen, LetsAnItemGoInsideItsOwnAction, TellsOfAMiddleClickOnTheIcon,
+    LetsAnItemGoInsideAMiddleClick);
 
 } // namespace tallowbay::contract

@@ -118,6 +118,7 @@ struct HeadlessStatusBarBackend {
         return rows;
     }
     void choose(const std::string& title) { headless.choose(title); }
+    void middleClick() { headless.middleClick(); }
 };
 
 struct HeadlessUpdaterBackend {

@@ -44,4 +44,11 @@ void HeadlessStatusBar::choose(const std::string& title)
         row->action();
 }
 
+void HeadlessStatusBar::middleClick()
+{
+    const auto action = items.back().button.onMiddleClick;
+    if (action)
+        action();
+}
+
 } // namespace tallowbay::headless

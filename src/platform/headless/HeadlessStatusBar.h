@@ -21,6 +21,8 @@ public:
     // Chooses a row of the menu of the item that was made last; one without an action does nothing.
     void choose(const std::string& title);
 
+    void middleClick(); // on the item that was made last
+
     std::list<Item> items; // those that have not gone, in the order they were made
     bool barIsThere = true;
 };

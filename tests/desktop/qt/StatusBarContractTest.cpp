@@ -45,6 +45,13 @@ public:
         FAIL() << "no row " << title;
     }
 
+    void middleClick()
+    {
+        const std::string icon = icons().substr(0, icons().find('\n'));
+        desktop.server().run({"xdotool", "mousemove", "--window", icon, "8", "8", "click", "2"});
+        desktop.runFor(std::chrono::milliseconds(200));
+    }
+
 private:
     static QList<QAction*> actions()
     {
@@ -68,12 +75,14 @@ private:
         return seen.toStdString();
     }
 
-    std::size_t iconCount()
+    // Their windows, a line for each.
+    std::string icons()
     {
-        const auto found =
-            desktop.server().run({"xdotool", "search", "--onlyvisible", "--class", "tallowbay"});
-        return static_cast<std::size_t>(std::ranges::count(found.output, '\n'));
+        return desktop.server()
+            .run({"xdotool", "search", "--onlyvisible", "--class", "tallowbay"})
+            .output;
     }
+    std::size_t iconCount() { return static_cast<std::size_t>(std::ranges::count(icons(), '\n')); }
 
     QtDesktop desktop;
     x11::X11WindowSystem windows{*qt::x11Connection()};

@@ -9,6 +9,7 @@
 #include <QGuiApplication>
 #include <QPainter>
 #include <QScreen>
+#include <QTimer>
 
 namespace tallowbay::qt {
 
@@ -84,6 +85,8 @@ void TrayIcon::moveTo(const TrayHost& found)
         [this](QSystemTrayIcon::ActivationReason reason) {
             if (reason == QSystemTrayIcon::Trigger)
                 menu.popup(menuPlace());
+            else if (reason == QSystemTrayIcon::MiddleClick && button.onMiddleClick)
+                QTimer::singleShot(0, &menu, button.onMiddleClick); // it may destroy this icon
         });
     icon->show();
     recolorTimer.start(recolorFirst);
