@@ -61,7 +61,9 @@ protected:
             clipboards.push_back(names(urls));
         };
         window->onConfirm = [this](const Paths& urls) { confirmed.push_back(names(urls)); };
-        window->onWriteEnded = [this](bool succeeded) { writesEnded.push_back(succeeded); };
+        window->onWriteEnded = [this](const auto&, bool succeeded) {
+            writesEnded.push_back(succeeded);
+        };
         window->canvas().setSize({496, 396});
     }
 

@@ -28,12 +28,13 @@ AnnotationWindow::AnnotationWindow(
     , toasts(toasts)
     , captions(platform.calendar, platform.desktop.screenshotNameDates)
     , thumbnails(platform.dispatch, platform.fileSystem, platform.imageCodec)
-    , pictures(platform.dispatch, platform.fileSystem, platform.imageCodec)
+    , saves(platform.dispatch, platform.fileSystem, platform.imageCodec, saver)
     , view(views.makeAnnotationWindow(*this))
     , drawing(std::make_unique<AnnotationCanvas>(*view, platform.textMeasurer))
     , history(std::make_unique<AnnotationHistory>(*drawing))
 {
     drawing->setDelegate(this);
+    saves.onWriteEnded = [this](const auto& url, bool succeeded) { writeEnded(url, succeeded); };
     thumbnails.onLoaded = [this](std::uint64_t id) { thumbnailLoaded(id); };
     scaleChanged(1);
     restoreSession();
@@ -163,13 +164,12 @@ void AnnotationWindow::finishWriting(std::chrono::milliseconds limit)
 {
     gestureLost();
     drawing->commitTextIfNeeded();
-    saver.finishWriting(limit);
+    saves.finishWriting(limit);
 }
 
 bool AnnotationWindow::isBeingWritten(const std::filesystem::path& url) const
 {
-    const bool isOwed = saveOwed && strip.at(selected).url == url;
-    return isOwed || owedWrites.contains(url) || saver.pathsBeingWritten().contains(url);
+    return saves.isBeingWritten(url);
 }
 
 void AnnotationWindow::removeDeletedFiles()
@@ -189,8 +189,10 @@ void AnnotationWindow::removeExpiredURLs(const std::set<std::filesystem::path>& 
     const auto expired = [&](const ScreenshotRecord& record) { return paths.contains(record.url); };
     if (std::ranges::none_of(strip.screenshots(), expired))
         return;
-    if (expired(strip.at(selected)))
-        abandonScreenshot();
+    const std::filesystem::path shown = strip.at(selected).url;
+    bool wasOwed = false;
+    if (paths.contains(shown))
+        wasOwed = abandonScreenshot();
     else
         leaveScreenshot();
     strip.remove(paths);
@@ -202,6 +204,8 @@ void AnnotationWindow::removeExpiredURLs(const std::set<std::filesystem::path>& 
     saveSession();
     republishClipboard();
     wantThumbnails();
+    if (wasOwed)
+        writeEnded(shown, true); // nothing of it is on the clipboard any more
 }
 
 void AnnotationWindow::restoreSession()
@@ -246,7 +250,7 @@ void AnnotationWindow::selectThumbnail(std::size_t index)
     drawing->setBackgroundImage(nullptr);
     drawing->setAnnotations(record.annotations, record.canvasSize);
     thumbnails.setPaused(true);
-    pictures.load(record.url, [this](Image picture) { showPicture(std::move(picture)); });
+    saves.show(record, [this](Image picture) { showPicture(std::move(picture)); });
     view->lookAgain();
     view->scrollToVisible(index);
 }
@@ -255,23 +259,18 @@ void AnnotationWindow::selectThumbnail(std::size_t index)
 void AnnotationWindow::showPicture(Image picture)
 {
     thumbnails.setPaused(false);
-    const bool owed = std::exchange(saveOwed, false);
     if (!picture)
         toasts.show("Could not load image");
     drawing->setBackgroundImage(std::move(picture));
     const ScreenshotRecord& record = strip.at(selected);
     drawing->setAnnotations(record.annotations, record.canvasSize);
     view->lookAgain();
-    if (!owed)
-        return;
-    saveCurrentAnnotation();
-    if (!drawing->backgroundImage())
-        writeEnded(false);
+    saves.pictureCame(record, drawing->backgroundImage());
 }
 
 void AnnotationWindow::emptyCanvas()
 {
-    pictures.forget();
+    saves.showNothing();
     thumbnails.setPaused(false);
     drawing->setBackgroundImage(nullptr);
     drawing->setAnnotations({});
@@ -283,47 +282,22 @@ void AnnotationWindow::leaveScreenshot()
 {
     gestureLost();
     drawing->commitTextIfNeeded();
-    saveCurrentAnnotation();
-    if (std::exchange(saveOwed, false))
-        saveWithoutCanvas(strip.at(selected));
+    if (!strip.empty())
+        saves.leave(strip.at(selected), drawing->backgroundImage());
 }
 
-// Its file is gone, and nothing may bring it back.
-void AnnotationWindow::abandonScreenshot()
+// Its file is gone, and nothing may bring it back. True if an edit of it was still to be saved.
+bool AnnotationWindow::abandonScreenshot()
 {
     drawing->setBackgroundImage(nullptr);
     drawing->abandonText();
-    if (std::exchange(saveOwed, false))
-        writeEnded(false);
+    return saves.abandon();
 }
 
-void AnnotationWindow::saveCurrentAnnotation()
-{
-    if (!drawing->backgroundImage())
-        return;
-    const ScreenshotRecord& record = strip.at(selected);
-    saver.save({record.url, record.annotations, drawing->backgroundImage(), record.canvasSize});
-}
-
-// The canvas shows another one before the picture was there.
-void AnnotationWindow::saveWithoutCanvas(const ScreenshotRecord& record)
-{
-    owedWrites.insert(record.url);
-    EditedScreenshot edited{record.url, record.annotations, nullptr, record.canvasSize};
-    pictures.loadBeside(record.url, [this, edited = std::move(edited)](Image picture) mutable {
-        owedWrites.erase(owedWrites.find(edited.url));
-        const bool known = picture != nullptr;
-        edited.picture = std::move(picture);
-        saver.save(std::move(edited));
-        if (!known)
-            writeEnded(false);
-    });
-}
-
-void AnnotationWindow::writeEnded(bool succeeded)
+void AnnotationWindow::writeEnded(const std::filesystem::path& url, bool succeeded)
 {
     if (const auto ended = onWriteEnded)
-        ended(succeeded);
+        ended(url, succeeded);
 }
 
 void AnnotationWindow::fileWritten(const std::filesystem::path& url)
@@ -404,12 +378,8 @@ void AnnotationWindow::edited(bool changed)
 {
     if (!changed)
         return;
-    const bool isOwed = pictures.isLoading() && !strip.at(selected).annotations.empty();
-    const bool isOwedNoMore = std::exchange(saveOwed, isOwed) && !isOwed;
-    saveCurrentAnnotation();
+    saves.edited(strip.at(selected), drawing->backgroundImage());
     republishClipboard();
-    if (isOwedNoMore)
-        writeEnded(true);
 }
 
 // Cells
@@ -459,7 +429,7 @@ void AnnotationWindow::mouseExitedCell(std::size_t index)
 
 Image AnnotationWindow::canvasPreview() const
 {
-    return pictures.isLoading() ? thumbnails.thumbnail(strip.at(selected).id) : nullptr;
+    return saves.isLoading() ? thumbnails.thumbnail(strip.at(selected).id) : nullptr;
 }
 
 void AnnotationWindow::thumbnailLoaded(std::uint64_t id)
@@ -481,21 +451,7 @@ void AnnotationWindow::visibleSlotsChanged(std::size_t first, std::size_t last)
 
 void AnnotationWindow::wantThumbnails()
 {
-    const auto distance = [this](std::size_t slot) {
-        if (slot < firstVisible)
-            return firstVisible - slot;
-        return slot > lastVisible ? slot - lastVisible : 0;
-    };
-    std::vector<std::pair<std::size_t, std::size_t>> byDistance; // and by their index
-    for (std::size_t slot = 0; slot < slots().size(); ++slot) {
-        if (const auto index = slots()[slot])
-            byDistance.emplace_back(distance(slot), *index);
-    }
-    std::ranges::stable_sort(byDistance, {}, [](const auto& each) { return each.first; });
-    std::vector<ThumbnailLoader::Wanted> wanted;
-    for (const auto& [ignored, index] : byDistance)
-        wanted.push_back({strip.at(index).id, strip.at(index).url});
-    thumbnails.want(std::move(wanted));
+    thumbnails.want(nearestFirst(strip, firstVisible, lastVisible));
 }
 
 void AnnotationWindow::scaleChanged(double pixelsPerPoint)

@@ -6,7 +6,7 @@
 #include "editor/EditorStrip.h"
 #include "editor/strip/ThumbnailCaption.h"
 #include "editor/strip/ThumbnailStrip.h"
-#include "editor/window/PictureLoader.h"
+#include "editor/window/CanvasSaves.h"
 #include "editor/window/ThumbnailCell.h"
 #include "editor/window/ThumbnailLoader.h"
 #include "editor/window/ToolRail.h"
@@ -51,7 +51,7 @@ public:
     std::function<void(const Paths&)> onClipboardUpdate;
 
     // A write that isBeingWritten() has told of has ended without the saver's help.
-    std::function<void(bool succeeded)> onWriteEnded;
+    std::function<void(const std::filesystem::path&, bool succeeded)> onWriteEnded;
 
     // Opening and closing.
     void show(); // in front and with the keyboard, faded in
@@ -138,10 +138,8 @@ private:
     void showPicture(Image);
     void emptyCanvas();
     void leaveScreenshot();
-    void abandonScreenshot();
-    void saveCurrentAnnotation();
-    void saveWithoutCanvas(const ScreenshotRecord&);
-    void writeEnded(bool succeeded);
+    bool abandonScreenshot();
+    void writeEnded(const std::filesystem::path&, bool succeeded);
     void edited(bool changed);
     void republishClipboard();
     void navigateVisually(int delta);
@@ -171,12 +169,10 @@ private:
     bool closing = false;
     bool settingsShown = false;
     std::set<std::uint64_t> hoveredCells; // that took the hovered background
-    bool saveOwed = false; // of the selected screenshot, when its picture is there
-    std::multiset<std::filesystem::path> owedWrites; // whose pictures are read for nothing else
     std::size_t firstVisible = 0;
     std::size_t lastVisible = 0;
     ThumbnailLoader thumbnails;
-    PictureLoader pictures;
+    CanvasSaves saves;
     std::unique_ptr<AnnotationWindowPort> view;
     std::unique_ptr<AnnotationCanvas> drawing;
     std::unique_ptr<AnnotationHistory> history;

@@ -1,8 +1,10 @@
 #include "editor/window/ThumbnailLoader.h"
 
+#include "editor/strip/ThumbnailStrip.h"
 #include "platform/Dispatch.h"
 #include "platform/ImageCodec.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace tallowbay {
@@ -125,6 +127,26 @@ void ThumbnailLoader::finish(std::uint64_t id, std::uint64_t job, Image image)
     startJobs();
     if (came && onLoaded)
         onLoaded(id);
+}
+
+std::vector<ThumbnailLoader::Wanted> nearestFirst(
+    const ThumbnailStrip& strip, std::size_t firstVisible, std::size_t lastVisible)
+{
+    const auto distance = [&](std::size_t slot) {
+        if (slot < firstVisible)
+            return firstVisible - slot;
+        return slot > lastVisible ? slot - lastVisible : 0;
+    };
+    std::vector<std::pair<std::size_t, std::size_t>> byDistance; // with their index
+    for (std::size_t slot = 0; slot < strip.slots().size(); ++slot) {
+        if (const auto index = strip.slots()[slot])
+            byDistance.emplace_back(distance(slot), *index);
+    }
+    std::ranges::stable_sort(byDistance, {}, [](const auto& each) { return each.first; });
+    std::vector<ThumbnailLoader::Wanted> wanted;
+    for (const auto& [ignored, index] : byDistance)
+        wanted.push_back({strip.at(index).id, strip.at(index).url});
+    return wanted;
 }
 
 } // namespace tallowbay

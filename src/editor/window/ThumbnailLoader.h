@@ -16,6 +16,7 @@ namespace tallowbay {
 class Dispatch;
 class FileSystem;
 class ImageCodec;
+class ThumbnailStrip;
 
 // Reads small pictures of screenshots in the background, those first that are wanted first, and
 // keeps as many as a strip can show with room on both sides.
@@ -77,5 +78,9 @@ private:
     std::shared_ptr<std::atomic<bool>> ended = std::make_shared<std::atomic<bool>>(false);
     Lifetime lifetime;
 };
+
+// All screenshots of a strip, those first that stand nearest to the slots that are seen.
+std::vector<ThumbnailLoader::Wanted> nearestFirst(
+    const ThumbnailStrip&, std::size_t firstVisible, std::size_t lastVisible);
 
 } // namespace tallowbay

@@ -1,4 +1,7 @@
+#include "editor/window/EditorLook.h"
 #include "support/EditorFixture.h"
+
+#include <cmath>
 
 namespace tallowbay {
 namespace {
@@ -196,15 +199,40 @@ TEST_F(WindowPictureTest, TellsThatAnEditIsLostWhosePictureCannotBeReadLater)
     EXPECT_THAT(writesEnded, ElementsAre(false));
 }
 
-TEST_F(WindowPictureTest, TellsThatAnEditIsLostWhoseScreenshotIsRemoved)
+TEST_F(WindowPictureTest, TellsThatNothingIsOwedForAScreenshotThatIsRemoved)
 {
     returnToEdited();
     window->undoAnnotation();
     window->redoAnnotation();
+    const auto before = flattened().size();
     window->removeExpiredURLs({file('A')});
-    EXPECT_THAT(writesEnded, ElementsAre(false));
+    EXPECT_THAT(writesEnded, ElementsAre(true));
+    EXPECT_FALSE(window->isBeingWritten(file('A')));
     settle();
-    EXPECT_THAT(writesEnded, ElementsAre(false));
+    EXPECT_EQ(flattened().size(), before);
+}
+
+TEST_F(WindowPictureTest, WritesWhatIsOwedWhenTheProgramEnds)
+{
+    returnToEdited();
+    window->undoAnnotation();
+    window->redoAnnotation();
+    const auto before = flattened().size();
+    window->finishWriting(std::chrono::seconds(1));
+    EXPECT_EQ(flattened().size(), before + 1);
+    EXPECT_EQ(flattened().back(), 1u);
+}
+
+TEST_F(WindowPictureTest, WritesWhatIsOwedToScreenshotsThatWereLeftWhenTheProgramEnds)
+{
+    returnToEdited();
+    window->undoAnnotation();
+    window->redoAnnotation();
+    click('B');
+    const auto before = flattened().size();
+    window->finishWriting(std::chrono::seconds(1));
+    EXPECT_EQ(flattened().size(), before + 1);
+    EXPECT_EQ(flattened().back(), 1u);
 }
 
 TEST_F(WindowPictureTest, KeepsItemsOverThePictureThoughTheCanvasChangesBeforeItIsThere)
@@ -230,7 +258,8 @@ TEST_F(WindowPictureTest, ReadsThumbnailsOfTheSizeOfTheWell)
     settle();
     const Image thumbnail = window->cell(0).thumbnail;
     ASSERT_TRUE(thumbnail);
-    EXPECT_EQ(thumbnail->size(), (PixelSize{154, 116}));
+    EXPECT_EQ(thumbnail->size().height, imageWellSize.height);
+    EXPECT_LE(thumbnail->size().width, imageWellSize.width);
 }
 
 TEST_F(WindowPictureTest, ReadsThumbnailsForTheScaleOfTheScreen)
@@ -240,7 +269,8 @@ TEST_F(WindowPictureTest, ReadsThumbnailsForTheScaleOfTheScreen)
     window->addURL(file('A'));
     window->scaleChanged(1.5);
     settle();
-    EXPECT_EQ(window->cell(0).thumbnail->size(), (PixelSize{174, 174}));
+    const int side = static_cast<int>(std::ceil(imageWellSize.height * 1.5));
+    EXPECT_EQ(window->cell(0).thumbnail->size(), (PixelSize{side, side}));
 }
 
 TEST_F(WindowPictureTest, ReadsThumbnailsAfterThePicture)
