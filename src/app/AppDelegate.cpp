@@ -23,7 +23,7 @@ StatusButton makeStatusButton(const Resources& resources)
 // The windows of these commands are still to come.
 bool isAvailable(Command command)
 {
-    return command != Command::open && command != Command::settings && command != Command::about;
+    return command != Command::settings && command != Command::about;
 }
 
 MenuItem makeItem(std::string title, std::function<void()> action)
@@ -45,6 +45,7 @@ AppDelegate::AppDelegate(const Platform& platform, Views& views)
     , pasteWatcher(platform, [this] { screenshotBatch.handlePaste(); })
     , screenshotBatch(platform, toasts, editorSlot, [this] { pasteWatcher.firePaste(); })
     , ocrTrigger(platform, toasts, screenshotBatch)
+    , editorOpener(platform, views, toasts, screenshotBatch, editorSlot)
     , watcher(platform, location)
     , hotkeyCenter(platform.hotkeys, platform.defaults.standard(), hotkeyActions())
     , cleanup(
@@ -135,11 +136,18 @@ CommandResult AppDelegate::carryOut(Command command)
         platform.application.terminate();
         break;
     case Command::open:
+        openAnnotationWindow(false);
+        break;
     case Command::settings:
     case Command::about:
         break;
     }
     return CommandResult::done;
+}
+
+void AppDelegate::openAnnotationWindow(bool showSettings)
+{
+    editorOpener.openAnnotationWindow(showSettings);
 }
 
 HotkeyCenter::Actions AppDelegate::hotkeyActions()
@@ -159,7 +167,9 @@ void AppDelegate::forgetExpired(const AutomaticCleanup::Paths& expired)
 void AppDelegate::setupMenuBar()
 {
     statusItem.reset();
-    statusItem = platform.statusBar.makeItem(makeStatusButton(platform.resources), makeMenu());
+    StatusButton button = makeStatusButton(platform.resources);
+    button.onMiddleClick = [this] { perform(Command::open); };
+    statusItem = platform.statusBar.makeItem(button, makeMenu());
 }
 
 Menu AppDelegate::makeMenu()

@@ -2,6 +2,7 @@
 
 #include "app/AutomaticCleanup.h"
 #include "app/Command.h"
+#include "app/EditorOpener.h"
 #include "app/LocationPoll.h"
 #include "app/OCRTrigger.h"
 #include "app/OutputFolderWatcher.h"
@@ -46,6 +47,9 @@ public:
     // Starts the pipeline; a second call does nothing.
     void startMainFeatures();
 
+    // The one way to the editor: see EditorOpener.
+    void openAnnotationWindow(bool showSettings);
+
     // Does what others ask for.
     CommandResult perform(Command);
 
@@ -73,6 +77,7 @@ private:
     PasteWatcher pasteWatcher;
     ScreenshotBatch screenshotBatch;
     OCRTrigger ocrTrigger;
+    EditorOpener editorOpener;
     ScreenshotWatcher watcher;
     HotkeyCenter hotkeyCenter;
     AutomaticCleanup cleanup;

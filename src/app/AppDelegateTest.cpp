@@ -295,10 +295,46 @@ TEST_F(AppDelegateTest, DoesWhatOthersAskFor)
     EXPECT_TRUE(desktop.application.ended());
 }
 
+TEST_F(AppDelegateTest, OpensTheEditorByHotkeyByCommandAndByAMiddleClickOnItsIcon)
+{
+    launch();
+    pressHotkey(keyCode::space, hotkeyModifier::option);
+    ASSERT_EQ(views.editors.size(), 1u);
+    EXPECT_TRUE(views.editors[0]->onScreen);
+    EXPECT_EQ(app->perform(Command::open), CommandResult::done); // which closes it
+    desktop.dispatch.advance(150ms);
+    EXPECT_FALSE(views.editors[0]->onScreen);
+    desktop.statusBar.middleClick();
+    EXPECT_TRUE(views.editors[0]->onScreen);
+    EXPECT_EQ(views.editors.size(), 1u);
+}
+
+TEST_F(AppDelegateTest, OpensNoEditorBeforeTheSetupIsDone)
+{
+    launch(false);
+    EXPECT_EQ(app->perform(Command::open), CommandResult::setupFirst);
+    desktop.statusBar.middleClick();
+    desktop.dispatch.runUntilIdle();
+    EXPECT_TRUE(views.editors.empty());
+    EXPECT_TRUE(views.loaders.empty());
+}
+
+TEST_F(AppDelegateTest, ShowsNewScreenshotsInTheEditorThatIsOpen)
+{
+    launch();
+    app->openAnnotationWindow(false);
+    desktop.dispatch.runUntilIdle();
+    screenshot("Screenshot 1.png");
+    EXPECT_EQ(app->editor().strip()->checkedURLs(), Paths{optimized / "Screenshot 1.png"});
+    desktop.files.remove(optimized / "Screenshot 1.png");
+    desktop.dispatch.runUntilIdle();
+    EXPECT_FALSE(app->editor().strip()->showsImages());
+}
+
 TEST_F(AppDelegateTest, SaysWhichCommandsItLacks)
 {
     launch();
-    for (const Command command : {Command::open, Command::settings, Command::about})
+    for (const Command command : {Command::settings, Command::about})
         EXPECT_EQ(app->perform(command), CommandResult::unavailable);
     EXPECT_EQ(app->perform(Command::undo), CommandResult::done);
 }
