@@ -82,12 +82,4 @@ std::string QtDesktop::focusedWindowName() const
     return answer.substr(0, answer.find('\n'));
 }
 
-bool QtDesktop::toastIsMapped() const
-{
-    for (const QWidget* widget : QApplication::topLevelWidgets())
-        if (widget->objectName() == QLatin1String("toast") && widget->isVisible())
-            return true;
-    return false;
-}
-
 } // namespace tallowbay::test

@@ -29,7 +29,6 @@ public:
     // Gives a window the keyboard; false if there is none of that name.
     bool focusWindow(const std::string& name) const;
     std::string focusedWindowName() const;
-    bool toastIsMapped() const;
 
     const QColor background{60, 90, 120};
 

@@ -124,6 +124,24 @@ TEST_F(ToastTest, ShowsAtItsRoundCornersAWindowThatOpensBehindIt)
         EXPECT_LT(desktop.pixel(x, 390).lightness(), 80) << x;
 }
 
+TEST_F(ToastTest, IsInvisibleWhenItComesAtAlphaZero)
+{
+    const auto toast = views.makeToast(content);
+    toast->setAlpha(0);
+    toast->orderFront();
+    desktop.runFor(std::chrono::milliseconds(150));
+    EXPECT_EQ(desktop.pixel(640, 380), desktop.background);
+}
+
+TEST_F(ToastTest, HasItsShapeWhenItComesAsItIs)
+{
+    const auto toast = views.makeToast(content);
+    toast->setAlpha(1);
+    toast->orderFront();
+    ASSERT_TRUE(desktop.runUntil([&] { return desktop.pixel(640, 380) != desktop.background; }));
+    EXPECT_EQ(desktop.pixel(500, 376), desktop.background);
+}
+
 TEST_F(ToastTest, IsInvisibleAtAlphaZero)
 {
     const auto toast = show();
@@ -185,7 +203,8 @@ TEST_F(ToastTest, LetsClicksAndKeysThrough)
     ASSERT_TRUE(desktop.runUntil([&] { return desktop.focusWindow("Event Tester"); }))
         << desktop.focusedWindowName();
     const auto toast = show();
-    ASSERT_TRUE(desktop.runUntil([&] { return desktop.toastIsMapped(); }));
+    ASSERT_TRUE(desktop.runUntil([&] { return desktop.pixel(640, 380).lightness() < 80; }))
+        << "the toast does not lie over the other window";
 
     EXPECT_EQ(desktop.focusedWindowName(), "Event Tester");
     desktop.server().run({"xdotool", "mousemove", "640", "400", "click", "1", "key", "a"});
