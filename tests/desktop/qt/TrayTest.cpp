@@ -61,6 +61,22 @@ protected:
             value("Height:")};
     }
 
+    // From the darkest pixel of the icon's place to the brightest.
+    int contrast(const QRect& place) const
+    {
+        const QImage picture = desktop.picture(place);
+        int darkest = 255;
+        int brightest = 0;
+        for (int y = 0; y < picture.height(); ++y) {
+            for (int x = 0; x < picture.width(); ++x) {
+                const int lightness = picture.pixelColor(x, y).lightness();
+                darkest = std::min(darkest, lightness);
+                brightest = std::max(brightest, lightness);
+            }
+        }
+        return brightest - darkest;
+    }
+
     // Of a tray that says and shows what the test has it say and show.
     QColor foreground(const QRect& icon = {}) const
     {
@@ -96,6 +112,18 @@ TEST_F(TrayTest, StandsOutFromAPanelThatSaysNothing)
     EXPECT_GT(foreground(place).lightness(), 200);
     desktop.server().run({"xsetroot", "-solid", "#e8e8e8"});
     EXPECT_LT(foreground(place).lightness(), 80);
+}
+
+TEST_F(TrayTest, ShowsItsPictureOrElseItsInitials)
+{
+    const auto panel = startTray();
+    for (const StatusButton& button : {StatusButton{"MenubarIcon", 18, {}}, {{}, 0, "TB"}}) {
+        const auto item = bar.makeItem(button, {});
+        ASSERT_TRUE(desktop.runUntil([this] { return iconIsShown(); }));
+        const QRect place = iconPlace();
+        EXPECT_TRUE(desktop.runUntil([&] { return contrast(place) > 100; }))
+            << button.imageName << button.title << " stands out by " << contrast(place);
+    }
 }
 
 // The icon turned white on a light panel once a dimmed screen had lain over both.
