@@ -71,17 +71,6 @@ protected:
         return {};
     }
 
-    Platform platform()
-    {
-        const Platform all = desktop.platform();
-        return {all.dispatch,   all.clock,        all.console,        files,
-                all.fileEvents, all.folderEvents, all.processes,      all.resources,
-                all.tools,      all.imageCodec,   all.textRecognizer, all.defaults,
-                all.desktop,    all.pasteboard,   all.keyTap,         all.keyPoster,
-                all.hotkeys,    all.permissions,  all.statusBar,      all.alerts,
-                all.updater,    all.application,  all.screens,        all.textMeasurer};
-    }
-
     test::TemporaryFolder home;
     const fs::path screenshots = home.path / "Desktop";
     headless::Desktop desktop;
@@ -91,7 +80,7 @@ protected:
     EditorSlot slot;
     ToastPresenter toastPresenter{desktop.dispatch, desktop.screens, desktop.textMeasurer, views};
     ToastGate toasts{desktop.defaults.standard(), toastPresenter};
-    ScreenshotBatch batch{platform(), toasts, slot, [] {}};
+    ScreenshotBatch batch{desktop.platformOn(files), toasts, slot, [] {}};
 };
 
 TEST_F(BatchOnDiskTest, TakesAFileThatWasJustWritten)

@@ -55,9 +55,12 @@ struct Desktop {
     HeadlessScreens screens;
     HeadlessTextMeasurer textMeasurer;
 
-    Platform platform()
+    Platform platform() { return platformOn(files); }
+
+    // With another's files, as of the machine's own disk.
+    Platform platformOn(FileSystem& disk)
     {
-        return {dispatch,       clock,       calendar,  console,    files,      fileEvents,
+        return {dispatch,       clock,       calendar,  console,    disk,       fileEvents,
                 folderEvents,   processes,   resources, tools,      imageCodec, offscreenGraphics,
                 textRecognizer, defaults,    settings,  pasteboard, keyTap,     keyPoster,
                 hotkeys,        permissions, statusBar, alerts,     updater,    application,
