@@ -15,6 +15,7 @@ public:
     {
         QApplication::setQuitOnLastWindowClosed(false);
     }
+    ~OffscreenProgram() { settle(); } // what was to be deleted later is deleted
 
     // False after a generous time.
     static bool runUntil(const std::function<bool()>& condition)
