@@ -10,6 +10,12 @@ set(qt_headers <QApplication> <QEvent> <QGuiApplication> <QHBoxLayout> <QImage>
   <QString> <QTimer> <QVBoxLayout> <QWidget>)
 set(gtest_headers <gmock/gmock.h> <gtest/gtest.h>)
 
+# Tests run once: their own code is not worth the time to optimise it.
+set(test_options)
+if(CMAKE_BUILD_TYPE STREQUAL "Release")
+  set(test_options -O0)
+endif()
+
 # tallowbay_precompiled(NAME HEADERS ... DEPENDS ...)
 # A target that does nothing but to hold precompiled headers for others.
 function(tallowbay_precompiled name)
@@ -37,6 +43,8 @@ if(TALLOWBAY_PRECOMPILE)
       DEPENDS GTest::gmock)
     tallowbay_precompiled(qt_test HEADERS ${standard_headers} ${qt_headers} ${gtest_headers}
       DEPENDS Qt6::Widgets GTest::gmock)
+    target_compile_options(precompiled_standard_test PRIVATE ${test_options})
+    target_compile_options(precompiled_qt_test PRIVATE ${test_options})
   endif()
 endif()
 

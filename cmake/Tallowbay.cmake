@@ -6,6 +6,7 @@ set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
 option(TALLOWBAY_BENCHMARKS "Build the benchmarks" OFF)
+option(TALLOWBAY_UNIT_TESTS "Of the tests, build those without a desktop, too" ON)
 option(TALLOWBAY_WERROR "A warning ends the build" OFF)
 option(TALLOWBAY_PRECOMPILE "Precompile the headers of the standard library, Qt and GoogleTest" OFF)
 set(TALLOWBAY_SANITIZE "" CACHE STRING "Sanitizers, as in -fsanitize= (address,undefined or thread)")
@@ -68,7 +69,8 @@ endfunction()
 
 # tallowbay_test(NAME SOURCES ... [DEPENDS ...] [PROGRAMS [MACRO=]target ...]
 #   [LABEL unit|desktop] [TIMEOUT seconds] [THREADS])
-# One GoogleTest program; every test in it is a test of CTest, too. The programs of a label
+# One GoogleTest program; every test in it is a test of CTest, too. With a sanitizer, which takes a
+# process more time to start than most tests do to run, the program is one test. The programs of a label
 # together are the target "unit_tests" or "desktop_tests". None is made without BUILD_TESTING. PROGRAMS
 # are those that the tests start; a macro says where one lies. THREADS marks those that are worth a
 # run under ThreadSanitizer: the target "thread_tests", and a label that -L threads finds, too.
@@ -86,9 +88,13 @@ function(tallowbay_test name)
   if(NOT arg_TIMEOUT)
     set(arg_TIMEOUT 60)
   endif()
+  if(arg_LABEL STREQUAL unit AND NOT TALLOWBAY_UNIT_TESTS)
+    return()
+  endif()
   add_executable(${name}_test ${arg_SOURCES})
   target_link_libraries(${name}_test PRIVATE tallowbay_options GTest::gmock GTest::gtest_main
     ${arg_DEPENDS})
+  target_compile_options(${name}_test PRIVATE ${test_options})
   tallowbay_precompile(${name}_test GTest::gmock ${arg_DEPENDS})
   foreach(program IN LISTS arg_PROGRAMS)
     if(program MATCHES "^([A-Z_]+)=(.+)$")
@@ -103,8 +109,14 @@ function(tallowbay_test name)
     string(APPEND arg_LABEL -threads)
     add_dependencies(thread_tests ${name}_test)
   endif()
-  gtest_discover_tests(${name}_test TEST_PREFIX "${name}." DISCOVERY_TIMEOUT 60
-    PROPERTIES LABELS ${arg_LABEL} TIMEOUT ${arg_TIMEOUT})
+  if(TALLOWBAY_SANITIZE)
+    add_test(NAME ${name} COMMAND ${name}_test)
+    set_tests_properties(${name} PROPERTIES LABELS ${arg_LABEL} TIMEOUT 600
+      ENVIRONMENT "GTEST_OUTPUT=xml:${CMAKE_BINARY_DIR}/reports/${name}.xml")
+  else()
+    gtest_discover_tests(${name}_test TEST_PREFIX "${name}." DISCOVERY_TIMEOUT 60
+      PROPERTIES LABELS ${arg_LABEL} TIMEOUT ${arg_TIMEOUT})
+  endif()
 endfunction()
 
 include(GoogleTest)
