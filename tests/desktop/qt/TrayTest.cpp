@@ -10,6 +10,7 @@
 #include "platform/x11/windows/X11WindowSystem.h"
 
 #include <QMenu>
+#include <QPointer>
 #include <QScreen>
 
 #include <gmock/gmock.h>
@@ -188,6 +189,25 @@ TEST_F(TrayTest, ShowsTheMenusRowsInOrder)
     EXPECT_FALSE(actions[3]->icon().isNull());
     actions[3]->trigger();
     EXPECT_EQ(quits, 1);
+}
+
+TEST_F(TrayTest, LeavesAMenuToWhoeverIsStillInIt)
+{
+    std::unique_ptr<StatusItem> item;
+    QPointer<QMenu> menu;
+    bool isThere = false;
+    item = bar.makeItem({"MenubarIcon", 18, {}}, {row("Renew", [&] {
+                            item.reset();
+                            isThere = !menu.isNull();
+                        })});
+    for (QWidget* widget : QApplication::topLevelWidgets())
+        if (auto* found = qobject_cast<QMenu*>(widget))
+            menu = found;
+    ASSERT_TRUE(menu);
+    menu->actions().front()->trigger();
+    EXPECT_TRUE(isThere);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(menu.isNull());
 }
 
 } // namespace
