@@ -2,6 +2,8 @@
 
 #include "platform/UserDefaults.h"
 
+#include <algorithm>
+
 namespace tallowbay {
 
 namespace {
@@ -22,14 +24,18 @@ HotkeyCenter::HotkeyCenter(Hotkeys& hotkeys, UserDefaults& defaults, Actions act
 void HotkeyCenter::start()
 {
     dispatcher = hotkeys.install([this](HotkeyId id) { dispatch(id); });
-    for (const HotkeyTarget target : registrationOrder)
-        registerHotkey(target, config(target));
+    for (const HotkeyTarget target : registrationOrder) {
+        if (const auto stored = HotkeyConfig::stored(defaults, traitsOf(target).defaultsKey))
+            registerHotkey(target, *stored);
+        else
+            registerDefault(target);
+    }
 }
 
 void HotkeyCenter::stop()
 {
     for (const HotkeyTarget target : registrationOrder)
-        handleOf(target).reset();
+        handleOf(target) = {};
 }
 
 HotkeyConfig HotkeyCenter::config(HotkeyTarget target) const
@@ -38,40 +44,85 @@ HotkeyConfig HotkeyCenter::config(HotkeyTarget target) const
     return HotkeyConfig::load(defaults, traits.defaultsKey, traits.defaultConfig);
 }
 
+const std::optional<HotkeyConfig>& HotkeyCenter::working(HotkeyTarget target) const
+{
+    return handles.at(static_cast<std::size_t>(target)).config;
+}
+
 void HotkeyCenter::updateHotkey(HotkeyTarget target, const HotkeyConfig& config)
 {
-    handleOf(target).reset();
+    updateHotkey(target, config, false);
+    retryDefaults();
+}
+
+void HotkeyCenter::updateHotkey(HotkeyTarget target, const HotkeyConfig& config, bool isDefault)
+{
+    handleOf(target) = {};
     config.save(defaults, traitsOf(target).defaultsKey);
-    registerHotkey(target, config);
+    giveUpSecondChoices(config);
+    if (isDefault)
+        registerDefault(target);
+    else
+        registerHotkey(target, config);
 }
 
 void HotkeyCenter::resetHotkeysToDefault()
 {
     for (const HotkeyTarget target : hotkeyTargets)
-        updateHotkey(target, traitsOf(target).defaultConfig);
+        updateHotkey(target, traitsOf(target).defaultConfig, true);
     for (const HotkeyTarget target : hotkeyTargets)
         defaults.remove(traitsOf(target).defaultsKey);
+    retryDefaults();
 }
 
 HotkeyCenter::Handle& HotkeyCenter::handleOf(HotkeyTarget target)
 {
-    switch (target) {
-    case HotkeyTarget::openClose:
-        return annotationHotKeyRef;
-    case HotkeyTarget::ocr:
-        return ocrHotKeyRef;
-    case HotkeyTarget::undoLast:
-        return undoLastHotKeyRef;
-    case HotkeyTarget::clearAll:
-        break;
-    }
-    return clearAllHotKeyRef;
+    return handles.at(static_cast<std::size_t>(target));
 }
 
-void HotkeyCenter::registerHotkey(HotkeyTarget target, const HotkeyConfig& config)
+void HotkeyCenter::registerDefault(HotkeyTarget target)
 {
-    handleOf(target) =
+    const HotkeyTraits& traits = traitsOf(target);
+    if (registerHotkey(target, traits.defaultConfig) || !traits.secondChoice)
+        return;
+    if (!isWantedByAnother(target, *traits.secondChoice))
+        registerHotkey(target, *traits.secondChoice);
+}
+
+// A second choice may have become free.
+void HotkeyCenter::retryDefaults()
+{
+    for (const HotkeyTarget target : registrationOrder) {
+        const bool isDefault = !HotkeyConfig::stored(defaults, traitsOf(target).defaultsKey);
+        if (dispatcher && isDefault && !working(target))
+            registerDefault(target);
+    }
+}
+
+bool HotkeyCenter::registerHotkey(HotkeyTarget target, const HotkeyConfig& config)
+{
+    Handle& handle = handleOf(target);
+    handle.registration =
         hotkeys.registerHotkey(config.keyCode, config.modifiers, traitsOf(target).id);
+    handle.config = handle.registration ? std::optional(config) : std::nullopt;
+    return handle.registration.has_value();
+}
+
+bool HotkeyCenter::isWantedByAnother(HotkeyTarget target, const HotkeyConfig& combination) const
+{
+    return std::ranges::any_of(hotkeyTargets, [&](HotkeyTarget other) {
+        return other != target && config(other).hasKeysOf(combination);
+    });
+}
+
+// Nobody asked for them; what the user records comes first.
+void HotkeyCenter::giveUpSecondChoices(const HotkeyConfig& taken)
+{
+    for (const HotkeyTarget target : hotkeyTargets) {
+        const auto& inUse = working(target);
+        if (inUse && inUse->hasKeysOf(taken) && !inUse->hasKeysOf(config(target)))
+            handleOf(target) = {};
+    }
 }
 
 void HotkeyCenter::dispatch(HotkeyId pressed)

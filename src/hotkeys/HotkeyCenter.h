@@ -2,6 +2,7 @@
 
 #include "hotkeys/HotkeyTarget.h"
 
+#include <array>
 #include <functional>
 #include <optional>
 
@@ -10,7 +11,8 @@ namespace tallowbay {
 class UserDefaults;
 
 // The four global hotkeys: what the user stored for each, their registrations, and what a press
-// does. A combination that the system refuses does nothing.
+// does. A combination that the system refuses does nothing; but for a default that is refused the
+// target's second choice is taken, unless another target has that.
 //
 // Thread: main queue.
 class HotkeyCenter {
@@ -31,8 +33,12 @@ public:
     // Gives all combinations back.
     void stop();
 
-    // The combination in use for a target: the stored one or the default.
+    // The combination that is wanted for a target: the stored one or the default.
     HotkeyConfig config(HotkeyTarget) const;
+
+    // The one that works: the wanted one, or the second choice. Empty: all were refused, or nothing
+    // is registered.
+    const std::optional<HotkeyConfig>& working(HotkeyTarget) const;
 
     // Stores another combination and takes it instead of the present one.
     void updateHotkey(HotkeyTarget, const HotkeyConfig&);
@@ -44,10 +50,18 @@ public:
     bool isRecordingHotkey = false;
 
 private:
-    using Handle = std::optional<Subscription>;
+    struct Handle {
+        std::optional<Subscription> registration;
+        std::optional<HotkeyConfig> config; // of the registration
+    };
 
     Handle& handleOf(HotkeyTarget);
-    void registerHotkey(HotkeyTarget, const HotkeyConfig&);
+    void updateHotkey(HotkeyTarget, const HotkeyConfig&, bool isDefault);
+    void registerDefault(HotkeyTarget);
+    void retryDefaults();
+    bool registerHotkey(HotkeyTarget, const HotkeyConfig&);
+    bool isWantedByAnother(HotkeyTarget, const HotkeyConfig&) const;
+    void giveUpSecondChoices(const HotkeyConfig& taken);
     void dispatch(HotkeyId);
     std::function<void()> actionOf(std::uint32_t id) const;
 
@@ -55,10 +69,7 @@ private:
     UserDefaults& defaults;
     const Actions actions;
     Subscription dispatcher;
-    Handle ocrHotKeyRef;
-    Handle annotationHotKeyRef;
-    Handle undoLastHotKeyRef;
-    Handle clearAllHotKeyRef;
+    std::array<Handle, hotkeyTargets.size()> handles; // in the order of the targets
 };
 
 } // namespace tallowbay

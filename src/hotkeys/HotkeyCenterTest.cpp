@@ -136,13 +136,117 @@ TEST_F(HotkeyCenterTest, MayLackAnAction)
 
 TEST_F(HotkeyCenterTest, GoesOnWithoutWhatTheSystemRefuses)
 {
+    hotkeys.takeElsewhere(6, 0x1100);
+    EXPECT_THAT(
+        journalOf([this] { center.start(); }),
+        ElementsAre("install", "register 1", "register 2", "refuse 4", "register 5"));
+    EXPECT_EQ(center.working(HotkeyTarget::undoLast), std::nullopt);
+    press(6, 0x1100);
+    press(8, 0x1100);
+    EXPECT_THAT(done, ElementsAre("clear"));
+}
+
+// The second choice.
+
+TEST_F(HotkeyCenterTest, TakesTheSecondChoiceForADefaultThatIsRefused)
+{
     hotkeys.takeElsewhere(49, 0x800);
     EXPECT_THAT(
         journalOf([this] { center.start(); }),
+        ElementsAre("install", "register 1", "refuse 2", "register 2", "register 4", "register 5"));
+    EXPECT_EQ(center.working(HotkeyTarget::openClose), (HotkeyConfig{49, 0x900, "Cmd+Opt+Space"}));
+    EXPECT_EQ(center.config(HotkeyTarget::openClose).displayString, "Opt+Space");
+    press(49, 0x900);
+    EXPECT_THAT(done, ElementsAre("open"));
+    EXPECT_FALSE(defaults.value("hotkeyOpenClose")) << "it is nobody's wish";
+}
+
+TEST_F(HotkeyCenterTest, SaysThatTheDefaultWorks)
+{
+    EXPECT_EQ(center.working(HotkeyTarget::openClose), std::nullopt) << "not yet";
+    center.start();
+    for (const HotkeyTarget target : hotkeyTargets)
+        EXPECT_EQ(center.working(target), center.config(target));
+    center.stop();
+    EXPECT_EQ(center.working(HotkeyTarget::openClose), std::nullopt);
+}
+
+TEST_F(HotkeyCenterTest, TakesNoSecondChoiceForARecordedHotkey)
+{
+    hotkeys.takeElsewhere(49, 0x800);
+    traitsOf(HotkeyTarget::openClose).defaultConfig.save(defaults, "hotkeyOpenClose");
+    EXPECT_THAT(
+        journalOf([this] { center.start(); }),
         ElementsAre("install", "register 1", "refuse 2", "register 4", "register 5"));
-    press(49, 0x800);
-    press(8, 0x1100);
+    EXPECT_THAT(
+        journalOf([this] {
+            center.updateHotkey(
+                HotkeyTarget::openClose, traitsOf(HotkeyTarget::openClose).defaultConfig);
+        }),
+        ElementsAre("refuse 2"));
+    EXPECT_EQ(center.working(HotkeyTarget::openClose), std::nullopt);
+}
+
+TEST_F(HotkeyCenterTest, HasNothingWhereTheSecondChoiceIsRefusedToo)
+{
+    hotkeys.takeElsewhere(49, 0x800);
+    hotkeys.takeElsewhere(49, 0x900);
+    center.start();
+    EXPECT_EQ(center.working(HotkeyTarget::openClose), std::nullopt);
+    press(49, 0x900);
+    EXPECT_THAT(done, IsEmpty());
+}
+
+TEST_F(HotkeyCenterTest, LeavesTheSecondChoiceToATargetForWhichItWasRecorded)
+{
+    hotkeys.takeElsewhere(49, 0x800);
+    HotkeyConfig{49, 0x900, "Cmd+Opt+Space"}.save(defaults, "hotkeyClearAll");
+    center.start();
+    EXPECT_EQ(center.working(HotkeyTarget::openClose), std::nullopt);
+    press(49, 0x900);
     EXPECT_THAT(done, ElementsAre("clear"));
+}
+
+TEST_F(HotkeyCenterTest, GivesTheSecondChoiceUpWhenItIsRecordedForAnotherTarget)
+{
+    hotkeys.takeElsewhere(49, 0x800);
+    center.start();
+    EXPECT_THAT(
+        journalOf([this] {
+            center.updateHotkey(HotkeyTarget::ocr, {49, 0x900, "Cmd+Opt+Space"});
+        }),
+        ElementsAre("unregister 1", "unregister 2", "register 1", "refuse 2"));
+    EXPECT_EQ(center.working(HotkeyTarget::openClose), std::nullopt);
+    press(49, 0x900);
+    EXPECT_THAT(done, ElementsAre("ocr"));
+}
+
+TEST_F(HotkeyCenterTest, TakesTheSecondChoiceOnceItIsFree)
+{
+    hotkeys.takeElsewhere(49, 0x800);
+    center.start();
+    for (const bool byReset : {false, true}) {
+        center.updateHotkey(HotkeyTarget::clearAll, {49, 0x900, "Cmd+Opt+Space"});
+        EXPECT_EQ(center.working(HotkeyTarget::openClose), std::nullopt);
+        if (byReset)
+            center.resetHotkeysToDefault();
+        else
+            center.updateHotkey(HotkeyTarget::clearAll, other);
+        ASSERT_TRUE(center.working(HotkeyTarget::openClose));
+        done.clear();
+        press(49, 0x900);
+        EXPECT_THAT(done, ElementsAre("open"));
+    }
+}
+
+TEST_F(HotkeyCenterTest, TakesTheSecondChoiceAgainAfterAReset)
+{
+    hotkeys.takeElsewhere(49, 0x800);
+    center.start();
+    center.updateHotkey(HotkeyTarget::openClose, other);
+    EXPECT_EQ(center.working(HotkeyTarget::openClose), other);
+    center.resetHotkeysToDefault();
+    EXPECT_EQ(center.working(HotkeyTarget::openClose)->displayString, "Cmd+Opt+Space");
 }
 
 TEST_F(HotkeyCenterTest, GivesTheFourBackInTheirOrder)
@@ -156,11 +260,11 @@ TEST_F(HotkeyCenterTest, GivesTheFourBackInTheirOrder)
 
 TEST_F(HotkeyCenterTest, SkipsOnStoppingWhatWasRefused)
 {
-    hotkeys.takeElsewhere(49, 0x800);
+    hotkeys.takeElsewhere(6, 0x1100);
     center.start();
     EXPECT_THAT(
         journalOf([this] { center.stop(); }),
-        ElementsAre("unregister 1", "unregister 4", "unregister 5"));
+        ElementsAre("unregister 1", "unregister 2", "unregister 5"));
 }
 
 // Update.
@@ -210,11 +314,11 @@ TEST_F(HotkeyCenterTest, StoresAHotkeyThatIsRefused)
 
 TEST_F(HotkeyCenterTest, TakesAHotkeyAgainThatWasRefusedBefore)
 {
-    hotkeys.takeElsewhere(49, 0x800);
+    hotkeys.takeElsewhere(6, 0x1100);
     center.start();
     EXPECT_THAT(
-        journalOf([this] { center.updateHotkey(HotkeyTarget::openClose, other); }),
-        ElementsAre("register 2"));
+        journalOf([this] { center.updateHotkey(HotkeyTarget::undoLast, other); }),
+        ElementsAre("register 4"));
 }
 
 // Reset.

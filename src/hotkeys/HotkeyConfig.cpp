@@ -60,16 +60,22 @@ void HotkeyConfig::save(UserDefaults& defaults, const std::string& key) const
 HotkeyConfig HotkeyConfig::load(
     const UserDefaults& defaults, const std::string& key, const HotkeyConfig& fallback)
 {
-    const auto stored = defaults.value(key);
-    const auto* fields = stored ? std::get_if<Dictionary>(&stored->value) : nullptr;
+    return stored(defaults, key).value_or(fallback);
+}
+
+std::optional<HotkeyConfig> HotkeyConfig::stored(
+    const UserDefaults& defaults, const std::string& key)
+{
+    const auto value = defaults.value(key);
+    const auto* fields = value ? std::get_if<Dictionary>(&value->value) : nullptr;
     if (!fields)
-        return fallback;
+        return std::nullopt;
     const auto keyCode = number(*fields, "keyCode");
     const auto modifiers = number(*fields, "modifiers");
     const auto displayString = text(*fields, "displayString");
     if (!keyCode || !modifiers || !displayString)
-        return fallback;
-    return {*keyCode, *modifiers, *displayString};
+        return std::nullopt;
+    return HotkeyConfig{*keyCode, *modifiers, *displayString};
 }
 
 } // namespace tallowbay

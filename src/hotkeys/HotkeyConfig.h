@@ -2,6 +2,7 @@
 
 #include "platform/Hotkeys.h"
 
+#include <optional>
 #include <string>
 
 namespace tallowbay {
@@ -22,6 +23,14 @@ struct HotkeyConfig {
     // What is stored; the fallback, unchanged, unless every field is there with its type.
     static HotkeyConfig load(
         const UserDefaults&, const std::string& key, const HotkeyConfig& fallback);
+
+    // The same without a fallback.
+    static std::optional<HotkeyConfig> stored(const UserDefaults&, const std::string& key);
+
+    bool hasKeysOf(const HotkeyConfig& other) const
+    {
+        return keyCode == other.keyCode && modifiers == other.modifiers;
+    }
 };
 
 } // namespace tallowbay

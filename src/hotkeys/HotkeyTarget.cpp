@@ -25,16 +25,21 @@ const HotkeyTraits& traitsOf(HotkeyTarget target)
     static const std::array<HotkeyTraits, hotkeyTargets.size()> table{{
         {{fourCharCode("SSAN"), 2},
          preference::hotkeyOpenClose,
-         {keyCode::space, hotkeyModifier::option, "Opt+Space"}},
+         {keyCode::space, hotkeyModifier::option, "Opt+Space"},
+         // On many desktops the default opens the menu of a window.
+         HotkeyConfig{keyCode::space, command | hotkeyModifier::option, "Cmd+Opt+Space"}},
         {{fourCharCode("SSOX"), 1},
          preference::hotkeyOCR,
-         {keyCode::x, command | hotkeyModifier::shift, "Cmd+Shift+X"}},
+         {keyCode::x, command | hotkeyModifier::shift, "Cmd+Shift+X"},
+         std::nullopt},
         {{fourCharCode("SSUL"), 4},
          preference::hotkeyUndoLast,
-         {keyCode::z, command | hotkeyModifier::control, "Cmd+Ctrl+Z"}},
+         {keyCode::z, command | hotkeyModifier::control, "Cmd+Ctrl+Z"},
+         std::nullopt},
         {{fourCharCode("SSCL"), 5},
          preference::hotkeyClearAll,
-         {keyCode::c, command | hotkeyModifier::control, "Cmd+Ctrl+C"}},
+         {keyCode::c, command | hotkeyModifier::control, "Cmd+Ctrl+C"},
+         std::nullopt},
     }};
     return table.at(static_cast<std::size_t>(target));
 }

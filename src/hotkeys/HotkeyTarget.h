@@ -3,6 +3,7 @@
 #include "hotkeys/HotkeyConfig.h"
 
 #include <array>
+#include <optional>
 
 namespace tallowbay {
 
@@ -17,6 +18,7 @@ struct HotkeyTraits {
     HotkeyId id; // 3 is never used
     std::string defaultsKey;
     HotkeyConfig defaultConfig;
+    std::optional<HotkeyConfig> secondChoice; // where another program owns the default
 };
 
 const HotkeyTraits& traitsOf(HotkeyTarget);

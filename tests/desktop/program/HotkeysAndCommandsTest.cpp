@@ -9,6 +9,8 @@
 
 #include <algorithm>
 #include <csignal>
+#include <fstream>
+#include <stdexcept>
 
 namespace tallowbay::test {
 
@@ -19,7 +21,7 @@ using testing::IsEmpty;
 using Words = std::vector<std::string>;
 
 // Keys by their places on the keyboard, where the layout does not matter.
-constexpr std::uint8_t keyZ = 52, keyEscape = 9;
+constexpr std::uint8_t keyZ = 52, keyEscape = 9, keySpace = 65;
 
 // What the user's shortcuts do to the program, and what the shortcuts of the desktop do.
 class HotkeysAndCommandsTest : public testing::Test {
@@ -52,6 +54,12 @@ protected:
     void press(const std::string& keys) const
     {
         ASSERT_EQ(server.run({"xdotool", "key", keys}).status, 0);
+    }
+
+    bool editorIsThere() const
+    {
+        return server.run({"xdotool", "search", "--onlyvisible", "--name", "^Tallowbay$"}).status
+            == 0;
     }
 
     Environment environment() const
@@ -91,8 +99,8 @@ protected:
     }
 
     XServer server;
-    SessionBus bus;
     Home home;
+    SessionBus bus{home.environment()}; // what it starts lives there, too
     std::vector<std::filesystem::path> screenshots;
     std::unique_ptr<Tallowbay> program;
 };
@@ -161,15 +169,70 @@ TEST_F(HotkeysAndCommandsTest, LeavesACombinationToTheProgramThatOwnsIt)
     EXPECT_TRUE(waitForClipboard(0));
 }
 
-TEST_F(HotkeysAndCommandsTest, RunsBesideAWindowManagerThatOwnsTheKeyOfTheEditor)
+// Under a window manager with its own default keys, of which Alt+Space opens the menu of a window.
+class EditorHotkeyTest : public HotkeysAndCommandsTest,
+                         public testing::WithParamInterface<std::string> {
+protected:
+    EditorHotkeyTest()
+    {
+        manager = server.start(
+            {"env", "DBUS_SESSION_BUS_ADDRESS=" + bus.address(), "HOME=" + home.folder().string(),
+             GetParam()});
+        if (!waitUntil([this] { return hasAltSpace(); }))
+            throw std::runtime_error(GetParam() + " does not take Alt+Space");
+    }
+
+private:
+    bool hasAltSpace() const
+    {
+        XClient probe(server.display());
+        const auto grab = xcb_grab_key_checked(
+            probe.connection(), 0, probe.root(), XCB_MOD_MASK_1, keySpace, XCB_GRAB_MODE_ASYNC,
+            XCB_GRAB_MODE_ASYNC);
+        const std::unique_ptr<xcb_generic_error_t, decltype(&std::free)> refusal(
+            xcb_request_check(probe.connection(), grab), &std::free);
+        return refusal != nullptr;
+    }
+
+    std::unique_ptr<ChildProcess> manager;
+};
+
+TEST_P(EditorHotkeyTest, OpensAndClosesTheEditorByTheSecondChoice)
 {
-    server.startWindowManager(); // Alt+Space opens the menu of a window
+    launch();
+    press("ctrl+alt+space");
+    EXPECT_TRUE(waitUntil([this] { return editorIsThere(); }));
+    press("ctrl+alt+space");
+    EXPECT_TRUE(waitUntil([this] { return !editorIsThere(); }));
+}
+
+TEST_P(EditorHotkeyTest, TakesNoSecondChoiceForAHotkeyThatWasRecorded)
+{
+    std::ofstream(home.preferences("com.quarnel.tallowbay"))
+        << R"({"onboardingCompleted": true, "hotkeyOpenClose":)"
+           R"( {"keyCode": 49, "modifiers": 2048, "displayString": "Opt+Space"}})";
     launch();
     takeScreenshots(1);
-    press("alt+space");
-    press("Escape");
-    press("super+ctrl+c");
+    press("ctrl+alt+space");
+    press("super+ctrl+c"); // is done later
     EXPECT_TRUE(waitForClipboard(0));
+    EXPECT_FALSE(editorIsThere());
+}
+
+INSTANTIATE_TEST_SUITE_P(WindowManagers, EditorHotkeyTest, testing::Values("openbox", "xfwm4"));
+
+TEST_F(HotkeysAndCommandsTest, OpensTheEditorByItsDefaultWhereNobodyTakesIt)
+{
+    launch();
+    press("alt+space");
+    EXPECT_TRUE(waitUntil([this] { return editorIsThere(); }));
+}
+
+TEST_F(HotkeysAndCommandsTest, OpensTheEditorByCommand)
+{
+    launch();
+    EXPECT_EQ(command("open").status, 0);
+    EXPECT_TRUE(waitUntil([this] { return editorIsThere(); }));
 }
 
 class KeysAfterTheEndTest : public HotkeysAndCommandsTest {

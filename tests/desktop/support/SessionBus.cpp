@@ -6,10 +6,18 @@
 
 namespace tallowbay::test {
 
-SessionBus::SessionBus()
-    : daemon(
-        {"dbus-daemon", "--session", "--nofork", "--print-address=1"},
-        {{"DBUS_SESSION_BUS_ADDRESS", std::nullopt}})
+namespace {
+
+Environment withoutBus(Environment environment)
+{
+    environment["DBUS_SESSION_BUS_ADDRESS"] = std::nullopt;
+    return environment;
+}
+
+} // namespace
+
+SessionBus::SessionBus(const Environment& environment)
+    : daemon({"dbus-daemon", "--session", "--nofork", "--print-address=1"}, withoutBus(environment))
 {
     const auto told = [this] { return daemon.output().find('\n') != std::string::npos; };
     if (!waitUntil(told))

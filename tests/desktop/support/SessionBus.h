@@ -11,7 +11,8 @@ namespace tallowbay::test {
 // A bus that does not start throws std::runtime_error with its own words.
 class SessionBus {
 public:
-    SessionBus();
+    // What the bus starts gets these variables.
+    explicit SessionBus(const Environment& = {});
 
     const std::string& address() const { return busAddress; }
 
