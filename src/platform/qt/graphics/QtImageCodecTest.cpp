@@ -420,6 +420,21 @@ TEST_F(QtImageCodecTest, TakesAJpegForCompleteOnlyWithItsData)
     EXPECT_EQ(error(withoutScan), ImageError::damaged);
 }
 
+TEST_F(QtImageCodecTest, TakesNoThumbnailForThePicture)
+{
+    const std::string whole = encoded(QImage(40, 30, QImage::Format_RGB32), "jpeg");
+    const std::string thumbnail = encoded(QImage(8, 6, QImage::Format_RGB32), "jpeg");
+    const auto length = static_cast<std::uint32_t>(thumbnail.size() + 2);
+    const std::string segment = "\xFF\xE1" + bigEndian(length).substr(2) + thumbnail;
+    const std::string both = whole.substr(0, 2) + segment + whole.substr(2);
+    EXPECT_EQ(std::get<PixelSize>(codec.pixelSize(both)), (PixelSize{40, 30}));
+    EXPECT_EQ(decoded(both).size(), (PixelSize{40, 30}));
+    const std::string cutOff = both.substr(0, both.size() - 2);
+    EXPECT_FALSE(isCompleteImageFile(cutOff, ImageFileFormat::jpeg));
+    const std::string withoutPicture = both.substr(0, 2 + segment.size());
+    EXPECT_EQ(std::get<ImageError>(codec.pixelSize(withoutPicture)), ImageError::damaged);
+}
+
 TEST_F(QtImageCodecTest, RefusesAPngWithAFlippedBitInItsData)
 {
     QImage image(64, 64, QImage::Format_RGB32);
