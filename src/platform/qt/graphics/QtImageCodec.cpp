@@ -42,7 +42,7 @@ public:
     QImage read() { return reader.read(); }
 
     // The size of the picture as it is to be seen. One with a palette still comes in its own size:
-    // the reader would give the palette's colours to the smaller one, too, dotted.
+    // the reader would have the smaller one in a few colours, too, dotted.
     void scaleTo(PixelSize size)
     {
         const QSize wanted(size.width, size.height);

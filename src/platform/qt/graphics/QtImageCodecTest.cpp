@@ -308,25 +308,27 @@ TEST_F(QtImageCodecTest, TurnsAPictureAsItsOrientationSays)
 
 // Thumbnails
 
-// Compressed screenshots have a palette, and what it lacks is mixed of dots.
+// Compressed screenshots have a palette; of theirs, a thumbnail needs colours in between.
 TEST_F(QtImageCodecTest, MixesTheColoursOfAPaletteInAThumbnail)
 {
-    QImage dots(200, 100, QImage::Format_Indexed8);
-    dots.setColorCount(256); // black and whites, nothing between
-    for (int white = 1; white < 256; ++white)
-        dots.setColor(white, qRgb(255, 255, 255 - white % 4));
-    dots.setColor(0, qRgb(0, 0, 0));
-    for (int y = 0; y < 100; ++y)
+    // Steps of red to the right, of green downwards.
+    QImage steps(200, 200, QImage::Format_Indexed8);
+    steps.setColorCount(256);
+    for (int color = 0; color < 256; ++color)
+        steps.setColor(color, qRgb(color % 16 * 17, color / 16 * 17, 0));
+    for (int y = 0; y < 200; ++y)
         for (int x = 0; x < 200; ++x)
-            dots.setPixel(x, y, (x + y) % 2 == 0 ? 0 : 4);
-    for (const QImage::Format format : {QImage::Format_Indexed8, QImage::Format_RGB32}) {
-        const auto made =
-            codec.decodeThumbnail(encoded(dots.convertToFormat(format), "png"), {50, 50});
-        const Bitmap& thumbnail = std::get<Bitmap>(made);
-        EXPECT_EQ(thumbnail.size(), (PixelSize{50, 25}));
-        for (int x = 10; x < 14; ++x)
-            EXPECT_THAT(thumbnail.pixel(x, 12), IsNear(0xFF808080u, 3)) << format;
-    }
+            steps.setPixel(x, y, static_cast<uint>(y * 2 / 25 * 16 + x * 2 / 25));
+    const auto made = codec.decodeThumbnail(encoded(steps, "png"), {60, 60});
+    const Bitmap& thumbnail = std::get<Bitmap>(made);
+    ASSERT_EQ(thumbnail.size(), (PixelSize{60, 60}));
+    for (int y = 0; y < 60; ++y)
+        for (int x = 0; x < 60; ++x) {
+            const auto part = [](int place) { return static_cast<unsigned>(place * 256 / 60); };
+            EXPECT_THAT(
+                thumbnail.pixel(x, y), IsNear(0xFF000000u | part(x) << 16 | part(y) << 8, 16))
+                << x << ", " << y;
+        }
 }
 
 TEST_F(QtImageCodecTest, TurnsAThumbnailAsItsOrientationSays)
