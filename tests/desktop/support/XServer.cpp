@@ -95,14 +95,14 @@ Environment XServer::environment() const
         {"XAUTHORITY", std::nullopt}};
 }
 
-void XServer::startWindowManager()
+void XServer::startWindowManager(const std::vector<std::string>& command)
 {
-    windowManager = start({"openbox"});
+    windowManager = start(command);
     XClient probe(name);
     // That it wants no keyboard: it must not disturb the focus when it goes.
     probe.setValues(probe.window(), "WM_HINTS", "WM_HINTS", {1, 0, 0, 0, 0, 0, 0, 0, 0});
     if (!waitUntil([&probe] { return hasFrame(probe); }))
-        throw std::runtime_error("openbox did not start: " + windowManager->errors());
+        throw std::runtime_error(command.front() + " did not start: " + windowManager->errors());
 }
 
 Finished XServer::run(const std::vector<std::string>& command, const std::string& input) const

@@ -40,8 +40,8 @@ public:
     // What a program needs in its environment to run here.
     Environment environment() const;
 
-    // Returns when openbox manages windows.
-    void startWindowManager();
+    // Returns when it manages windows.
+    void startWindowManager(const std::vector<std::string>& command = {"openbox"});
 
     // Runs a program to its end.
     Finished run(const std::vector<std::string>& command, const std::string& input = {}) const;
