@@ -1,6 +1,7 @@
 #include "platform/tesseract/TextRepairs.h"
 
 #include <algorithm>
+#include <cctype>
 #include <regex>
 #include <string_view>
 
@@ -64,6 +65,62 @@ void repairHexadecimals(std::string& line)
     line = std::regex_replace(line, first, "$1f");
 }
 
+// Two to eight hexadecimal digits, or what the engine takes some of them for.
+const std::regex& dumpedBytes()
+{
+    static const std::regex bytes(R"(\b(?:[0-9A-Fa-fOoQS]{2}){1,4}\b)");
+    return bytes;
+}
+
+std::string asBytes(std::string token, bool upperCase)
+{
+    for (char& digit : token) {
+        if (digit == 'O' || digit == 'o' || digit == 'Q')
+            digit = '0';
+        else if (digit == 'S')
+            digit = '5';
+        const auto code = static_cast<unsigned char>(digit);
+        digit = static_cast<char>(upperCase ? std::toupper(code) : std::tolower(code));
+    }
+    return token;
+}
+
+// Whether a line is a dump: at least six bytes, some with figures, and hardly anything else.
+bool isDump(const std::string& line)
+{
+    std::size_t bytes = 0;
+    std::size_t figures = 0;
+    std::size_t covered = 0;
+    for (std::sregex_iterator at(line.begin(), line.end(), dumpedBytes()), end; at != end; ++at) {
+        const std::string token = at->str();
+        ++bytes;
+        figures += token.find_first_of("0123456789") != std::string::npos;
+        covered += token.size();
+    }
+    const auto letters = std::ranges::count_if(
+        line, [](char letter) { return std::isalnum(static_cast<unsigned char>(letter)); });
+    return bytes >= 6 && figures >= 2 && covered * 10 >= static_cast<std::size_t>(letters) * 7;
+}
+
+// The engine knows words: it reads two zeros as letters and an f at a beginning as a capital.
+void repairDump(std::string& line)
+{
+    if (!isDump(line))
+        return;
+    const auto count = [&line](std::string_view letters) {
+        return std::ranges::count_if(
+            line, [letters](char one) { return letters.find(one) != std::string_view::npos; });
+    };
+    const bool upperCase = count("ABCDEF") > count("abcdef");
+    std::string repaired;
+    auto rest = line.cbegin();
+    for (std::sregex_iterator at(line.begin(), line.end(), dumpedBytes()), end; at != end; ++at) {
+        repaired.append(rest, (*at)[0].first).append(asBytes(at->str(), upperCase));
+        rest = (*at)[0].second;
+    }
+    line = repaired.append(rest, line.cend());
+}
+
 } // namespace
 
 void repairScreenText(std::vector<std::string>& lines, const std::vector<bool>& isCode)
@@ -78,6 +135,8 @@ void repairScreenText(std::vector<std::string>& lines, const std::vector<bool>& 
             straightenSingle(line);
         if (isCode[at])
             repairHexadecimals(line);
+        if (isCode[at])
+            repairDump(line);
         for (const Repair& repair : repairs())
             line = std::regex_replace(line, repair.wrong, repair.right);
     }

@@ -35,6 +35,24 @@ TEST(TextRepairsTest, TakesAPoundAmongHexadecimalDigitsForAnF)
     EXPECT_EQ(repaired({"a£0"}), (Lines{"a£0"}));
 }
 
+TEST(TextRepairsTest, ReadsTheBytesOfADumpAsFigures)
+{
+    EXPECT_EQ(
+        repaired({"O00001f0: OO ff S2 Ff  Qa 8c 00 0o |..R.|"}, true),
+        (Lines{"000001f0: 00 ff 52 ff  0a 8c 00 00 |..R.|"}));
+    EXPECT_EQ(
+        repaired({"FFOO 4BOC D0Of 00S8 AOA2 FC31"}, true),
+        (Lines{"FF00 4B0C D00F 0058 A0A2 FC31"}));
+}
+
+TEST(TextRepairsTest, TakesNothingElseForADump)
+{
+    const Lines code{
+        "OO = 4 + So;", "OO 12 34 SO", "OF SO AD BE DO OO", "AS OF 10 20 OO CD at so many places"};
+    EXPECT_EQ(repaired(code, true), code);
+    EXPECT_EQ(repaired({"OO ff S2 Ff 4a 8c 00"}), (Lines{"OO ff S2 Ff 4a 8c 00"}));
+}
+
 TEST(TextRepairsTest, KnowsTheNamesOfKeys)
 {
     EXPECT_EQ(
