@@ -69,8 +69,43 @@ TYPED_TEST_P(ImageCodecContract, RefusesAPictureThatIsCutOffAnywhere)
             EXPECT_TRUE(this->error(this->codec.decode(whole->substr(0, length)))) << length;
 }
 
+TYPED_TEST_P(ImageCodecContract, ScalesAThumbnailIntoTheBox)
+{
+    const auto scaled = [this](PixelSize picture, PixelSize box) {
+        const auto bytes = this->codec.encodePng(this->pattern(picture));
+        return std::get<Bitmap>(this->codec.decodeThumbnail(*bytes, box)).size();
+    };
+    EXPECT_EQ(scaled({80, 40}, {20, 20}), (PixelSize{20, 10}));
+    EXPECT_EQ(scaled({40, 80}, {20, 20}), (PixelSize{10, 20}));
+    EXPECT_EQ(scaled({80, 40}, {400, 10}), (PixelSize{20, 10}));
+    EXPECT_EQ(scaled({300, 1}, {30, 30}), (PixelSize{30, 1})) << "no side is lost";
+    EXPECT_EQ(scaled({8, 4}, {0, -1}), (PixelSize{1, 1}));
+}
+
+TYPED_TEST_P(ImageCodecContract, LeavesASmallPictureAsItIsInAThumbnail)
+{
+    const auto bitmap = this->pattern({13, 7});
+    const auto bytes = this->codec.encodePng(bitmap);
+    for (const PixelSize box : {PixelSize{13, 7}, PixelSize{100, 100}})
+        EXPECT_EQ(std::get<Bitmap>(this->codec.decodeThumbnail(*bytes, box)), bitmap);
+}
+
+TYPED_TEST_P(ImageCodecContract, MakesNoThumbnailOfWhatItDoesNotDecode)
+{
+    EXPECT_EQ(
+        this->error(this->codec.decodeThumbnail("no picture at all", {9, 9})),
+        ImageError::unknownFormat);
+    for (const auto& whole :
+         {this->codec.encodePng(this->pattern({20, 20})),
+          this->codec.encodeJpeg(this->pattern({20, 20}), 0.85)})
+        for (std::size_t length = 1; length < whole->size(); length += 7)
+            EXPECT_TRUE(this->error(this->codec.decodeThumbnail(whole->substr(0, length), {9, 9})))
+                << length;
+}
+
 REGISTER_TYPED_TEST_SUITE_P(
     ImageCodecContract, GivesBackThePixelsOfAPng, GivesBackTheSizeOfAJpeg, RefusesWhatIsNoPicture,
-    RefusesAPictureThatIsCutOffAnywhere);
+    RefusesAPictureThatIsCutOffAnywhere, ScalesAThumbnailIntoTheBox,
+    LeavesASmallPictureAsItIsInAThumbnail, MakesNoThumbnailOfWhatItDoesNotDecode);
 
 } // namespace tallowbay::contract

@@ -98,8 +98,11 @@ struct HeadlessScreensBackend {
         headless.mainSize = Size{1000, 600};
         if (arrangement == contract::ScreenArrangement::none)
             headless.mainSize = std::nullopt;
+        if (arrangement == contract::ScreenArrangement::mainRightOfAndBelowAnother)
+            headless.others = {{{-300, 600}, {300, 200}}};
         return headless;
     }
+    void moveMouseTo(Point place) { headless.mouse = place; }
 };
 
 struct HeadlessStatusBarBackend {

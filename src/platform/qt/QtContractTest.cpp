@@ -77,6 +77,13 @@ public:
         program.emplace("offscreen:configfile=" + writeConfiguration(arrangement));
         return screens;
     }
+    // Of the pixel whose lower left corner that is.
+    void moveMouseTo(Point place)
+    {
+        const QRect main = QGuiApplication::primaryScreen()->geometry();
+        QCursor::setPos(
+            main.left() + static_cast<int>(place.x), main.bottom() - static_cast<int>(place.y));
+    }
 
 private:
     static QByteArray screensOf(contract::ScreenArrangement arrangement)
