@@ -16,7 +16,7 @@ using nlohmann::json;
 using Item = SessionStore::Item;
 namespace fs = std::filesystem;
 
-// The deepest that anything stands in a file of ours: a byte of an item's exact path.
+// The containers around what stands deepest in a file of ours: a byte of an item's exact path.
 constexpr int deepest = 4;
 
 // A name may hold bytes that are no text, which JSON cannot. Such a path is written twice: as text
@@ -71,11 +71,72 @@ Item fromJson(const json& item)
     return {pathOf(item), checked == item.end() || checked->get<bool>()};
 }
 
-// What stands deeper than anything of ours is dropped while it is read.
-json parse(const std::string& text)
+// Makes a document of what is read, in time that grows with the text alone. Of what stands deeper
+// than anything of ours nothing is kept.
+class ShallowReader final : public nlohmann::json_sax<json> {
+public:
+    json document;
+
+    bool null() override { return put(nullptr); }
+    bool boolean(bool value) override { return put(value); }
+    bool number_integer(number_integer_t value) override { return put(value); }
+    bool number_unsigned(number_unsigned_t value) override { return put(value); }
+    bool number_float(number_float_t value, const string_t&) override { return put(value); }
+    bool string(string_t& value) override { return put(std::move(value)); }
+    bool binary(binary_t&) override { return false; } // which text never holds
+    bool start_object(std::size_t) override { return begin(json::object()); }
+    bool start_array(std::size_t) override { return begin(json::array()); }
+    bool end_object() override { return end(); }
+    bool end_array() override { return end(); }
+    bool key(string_t& name) override
+    {
+        member = std::move(name);
+        return true;
+    }
+    bool parse_error(std::size_t, const std::string&, const json::exception&) override
+    {
+        return false;
+    }
+
+private:
+    bool begin(json container)
+    {
+        put(std::move(container));
+        if (++depth <= deepest)
+            open.push_back(latest);
+        return true;
+    }
+    bool end()
+    {
+        if (depth-- <= deepest)
+            open.pop_back();
+        return true;
+    }
+    bool put(json value)
+    {
+        if (depth > deepest)
+            return true;
+        if (open.empty())
+            latest = &(document = std::move(value));
+        else if (open.back()->is_array())
+            latest = &open.back()->emplace_back(std::move(value));
+        else
+            latest = &((*open.back())[member] = std::move(value));
+        return true;
+    }
+
+    std::vector<json*> open; // the containers around the place, outermost first
+    json* latest = nullptr; // what was put last
+    std::string member;
+    int depth = 0; // containers around the place, those that are not kept, too
+};
+
+std::optional<json> parse(const std::string& text)
 {
-    return json::parse(
-        text, [](int depth, json::parse_event_t, json&) { return depth <= deepest; });
+    ShallowReader reader;
+    if (!json::sax_parse(text, &reader))
+        return std::nullopt;
+    return std::move(reader.document);
 }
 
 } // namespace
@@ -105,9 +166,11 @@ try {
     const auto text = fileSystem.read(file(fileSystem));
     if (!text)
         return std::nullopt;
+    const auto session = parse(*text);
+    if (!session)
+        return std::nullopt;
     std::vector<Item> items;
-    const json session = parse(*text);
-    for (const json& item : session.at("items").get_ref<const json::array_t&>())
+    for (const json& item : session->at("items").get_ref<const json::array_t&>())
         items.push_back(fromJson(item));
     return items;
 } catch (const json::exception&) {

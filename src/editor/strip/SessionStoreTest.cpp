@@ -165,5 +165,34 @@ TEST_F(SessionStoreTest, ClearsTheFileAndPutsUpWithNone)
     EXPECT_TRUE(desktop.console.lines.empty());
 }
 
+TEST_F(SessionStoreTest, ReadsManySmallThingsInLittleTime)
+{
+    std::string text = R"({"items": [)";
+    for (int i = 0; i < 100'000; ++i)
+        text += R"({"type":"divider"},)";
+    text += R"({"type": "image", "url": "/o/A.png"}]})";
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_THAT(loadedFrom(text), Optional(testing::SizeIs(100'001)));
+    EXPECT_EQ(loadedFrom(R"({"items": [)" + std::string(1'900'000, '1') + "]}"), std::nullopt);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(20));
+}
+
+TEST_F(SessionStoreTest, TakesTheLastOfTwoMembersOfOneName)
+{
+    EXPECT_THAT(
+        loadedFrom(R"({"items": 1, "items": [{"type": "divider", "type": "image",
+            "url": ["/o/B.png"], "url": "/o/A.png", "checked": 1, "checked": false}]})"),
+        Optional(ElementsAre(Item{"/o/A.png", false})));
+}
+
+TEST_F(SessionStoreTest, PassesOverWhatStandsDeeperThanItsOwn)
+{
+    EXPECT_THAT(
+        loadedFrom(R"({"more": [[[[[[{"items": []}]]]]]], "items": [
+            {"type": "image", "url": "/o/A.png", "more": {"a": {"b": {"c": [1, {"d": 2}]}}}},
+            {"type": "divider"}], "last": {"a": [{"b": [[]]}]}})"),
+        Optional(ElementsAre(Item{"/o/A.png", true}, Item{})));
+}
+
 } // namespace
 } // namespace tallowbay
