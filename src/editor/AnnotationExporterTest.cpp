@@ -263,5 +263,16 @@ TEST_F(AnnotationExporterTest, RunsTheToolAlthoughItsInputCouldNotBeWritten)
     EXPECT_EQ(desktop.files.read(optimized / "Shot.png"), "old");
 }
 
+// What rounding alone makes of a mask is no pixel of the picture.
+TEST_F(AnnotationExporterTest, HidesNoPixelForAMaskOfNoWidthOrHeight)
+{
+    EXPECT_THAT(
+        flattened({blurAt({{148, 98}, {1e-8, 100}})}).front(),
+        testing::StartsWith("fill rect(50 25 0 50)"));
+    EXPECT_THAT(
+        flattened({blurAt({{148, 98}, {100, 1e-8}})}).front(),
+        testing::StartsWith("fill rect(50 25 50 0)"));
+}
+
 } // namespace
 } // namespace tallowbay

@@ -102,6 +102,13 @@ TEST_F(HitTestTest, PrefersTheTailOfAShortArrow)
     EXPECT_EQ(handleAt(item, {113, 100}), ResizeHandle::arrowEnd);
 }
 
+TEST_F(HitTestTest, FindsNoHandleFarFromAnItem)
+{
+    for (const auto& item : {arrowAt({{100, 100}, {50, 0}}), highlightAt({{100, 100}, {50, 50}})})
+        for (const Point point : {Point{0, 0}, {125, 112}, {200, 200}})
+            EXPECT_EQ(handleAt(item, point), std::nullopt) << point.x;
+}
+
 TEST_F(HitTestTest, FindsNoHandleOnAText)
 {
     EXPECT_EQ(handleAt(textAt({100, 100}, "abc"), {100, 100}), std::nullopt);

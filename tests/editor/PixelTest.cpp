@@ -276,6 +276,19 @@ TEST_P(CanvasPixelTest, DrawsWhatFollowsATextOrAnArrowWhereItBelongs)
     }
 }
 
+TEST_F(QtTest, ClosesTheInsideOfAShapeThatIsThinnerThanItsOutline)
+{
+    const auto bitmap = graphics.draw({30, 30}, 1, [](GraphicsContext& context) {
+        context.fill(Rect{{0, 0}, {30, 30}}, Color::white(0));
+        context.stroke(Rect{{4, 5}, {1, 20}}, Color::white(1), {4});
+        context.stroke(Rect{{10, 15}, {15, 1}}, Color::white(1), {4});
+    });
+    for (int along = 8; along < 22; ++along)
+        EXPECT_EQ(bitmap->pixel(4, 29 - along), 0xFFFFFFFFu) << along;
+    for (int along = 12; along < 23; ++along)
+        EXPECT_EQ(bitmap->pixel(along, 29 - 15), 0xFFFFFFFFu) << along;
+}
+
 TEST_F(QtTest, CutsColoursOffAtTheirLimits)
 {
     const auto bitmap = graphics.draw({2, 1}, 1, [](GraphicsContext& context) {

@@ -437,6 +437,18 @@ TEST_F(QtImageCodecTest, TakesNoThumbnailForThePicture)
     EXPECT_EQ(std::get<ImageError>(codec.pixelSize(withoutPicture)), ImageError::damaged);
 }
 
+TEST_F(QtImageCodecTest, PassesOverMarkersWithoutAMeaning)
+{
+    const std::string whole = encoded(QImage(40, 30, QImage::Format_RGB32), "jpeg");
+    const auto frame = whole.find("\xFF\xC0");
+    ASSERT_NE(frame, std::string::npos);
+    for (const char* inserted : {"\xFF", "\xFF\xFF", "\xFF\x01", "\xFF\xD0", "\xFF\xD7"}) {
+        const std::string bytes = whole.substr(0, frame) + inserted + whole.substr(frame);
+        EXPECT_EQ(std::get<PixelSize>(codec.pixelSize(bytes)), (PixelSize{40, 30})) << inserted;
+        EXPECT_TRUE(isCompleteImageFile(bytes, ImageFileFormat::jpeg)) << inserted;
+    }
+}
+
 TEST_F(QtImageCodecTest, RefusesAPngWithAFlippedBitInItsData)
 {
     QImage image(64, 64, QImage::Format_RGB32);
