@@ -100,7 +100,7 @@ void EditorOpener::hideTallowLoader()
 void EditorOpener::editWritten(const std::filesystem::path& url, bool succeeded)
 {
     if (annotationWindow)
-        annotationWindow->fileWritten(url);
+        annotationWindow->fileWritten(url, succeeded);
     batch.editWritten(url, succeeded);
 }
 

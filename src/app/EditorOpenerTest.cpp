@@ -318,7 +318,7 @@ TEST_F(EditorOpenerTest, HoldsAPasteForAnEditWhosePictureIsOnItsWay)
     EXPECT_EQ(desktop.pasteboard.files, (Paths{file('A'), file('B')}));
 }
 
-TEST_F(EditorOpenerTest, FiresAPasteForAnEditThatCameToNothing)
+TEST_F(EditorOpenerTest, FiresAPasteForAnEditWhoseScreenshotIsRemoved)
 {
     add("AB");
     open();
@@ -330,8 +330,9 @@ TEST_F(EditorOpenerTest, FiresAPasteForAnEditThatCameToNothing)
     window().undoAnnotation();
     window().redoAnnotation();
     batch.handlePaste();
-    window().undoAnnotation();
+    window().removeExpiredURLs({file('B')});
     EXPECT_EQ(pastes, 1);
+    EXPECT_EQ(desktop.pasteboard.files, Paths{file('A')});
 }
 
 TEST_F(EditorOpenerTest, BeginsABatchAfterAPaste)

@@ -19,6 +19,7 @@ struct EditedScreenshot {
     std::vector<AnnotationItem> items;
     Image picture;
     Size canvasSize;
+    bool operator==(const EditedScreenshot&) const = default;
 };
 
 // Writes edited screenshots in the background. There is one for the whole program.

@@ -30,7 +30,7 @@ protected:
         saver.onWritten = [this](const auto& url, bool succeeded) {
             writesEnded.push_back(succeeded);
             if (window)
-                window->fileWritten(url);
+                window->fileWritten(url, succeeded);
         };
     }
 

@@ -265,7 +265,7 @@ void AnnotationWindow::showPicture(Image picture)
     const ScreenshotRecord& record = strip.at(selected);
     drawing->setAnnotations(record.annotations, record.canvasSize);
     view->lookAgain();
-    saves.pictureCame(record, drawing->backgroundImage());
+    saves.pictureCame(drawing->backgroundImage());
 }
 
 void AnnotationWindow::emptyCanvas()
@@ -300,8 +300,9 @@ void AnnotationWindow::writeEnded(const std::filesystem::path& url, bool succeed
         ended(url, succeeded);
 }
 
-void AnnotationWindow::fileWritten(const std::filesystem::path& url)
+void AnnotationWindow::fileWritten(const std::filesystem::path& url, bool succeeded)
 {
+    saves.fileWritten(url, succeeded);
     thumbnails.fileChanged(url);
 }
 

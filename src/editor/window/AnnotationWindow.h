@@ -74,7 +74,7 @@ public:
     void removeExpiredURLs(const std::set<std::filesystem::path>&) override;
 
     // The saver has come to the end of this file.
-    void fileWritten(const std::filesystem::path&);
+    void fileWritten(const std::filesystem::path&, bool succeeded);
 
     // What the view shows, for the rest see EditorLook.
     Rect frame() const; // of the main screen

@@ -38,48 +38,67 @@ void CanvasSaves::showNothing()
 
 void CanvasSaves::edited(const ScreenshotRecord& record, const Image& picture)
 {
-    if (picture) {
-        saver.save(edits(record, picture));
+    if (record.annotations.empty() || (!picture && !isLoading()))
         return;
-    }
-    const bool wasOwed = std::exchange(owed, std::nullopt).has_value();
-    if (isLoading() && !record.annotations.empty())
+    overtake(record.url);
+    if (picture)
+        save(edits(record, picture));
+    else
         owed = edits(record, nullptr);
-    else if (wasOwed)
-        tell(record.url, true); // nothing is left to be written
 }
 
-void CanvasSaves::pictureCame(const ScreenshotRecord& record, const Image& picture)
+void CanvasSaves::pictureCame(const Image& picture)
 {
-    if (!std::exchange(owed, std::nullopt))
-        return;
-    if (picture)
-        saver.save(edits(record, picture));
-    else
-        tell(record.url, false);
+    if (owed)
+        saveOwed(*std::exchange(owed, std::nullopt), picture);
 }
 
 void CanvasSaves::leave(const ScreenshotRecord& record, const Image& picture)
 {
     if (picture)
-        saver.save(edits(record, picture));
+        edited(record, picture);
     else if (owed)
         saveBeside(*std::exchange(owed, std::nullopt));
 }
 
 void CanvasSaves::saveBeside(EditedScreenshot edited)
 {
-    const auto place = beside.insert(beside.end(), std::move(edited));
-    pictures.loadBeside(place->url, [this, place](Image picture) {
-        EditedScreenshot ready = std::move(*place);
-        beside.erase(place);
-        const std::filesystem::path url = ready.url;
-        ready.picture = std::move(picture);
-        const bool isKnown = ready.picture != nullptr;
-        saver.save(std::move(ready));
-        if (!isKnown)
-            tell(url, false);
+    const std::uint64_t number = ++lastBeside;
+    pictures.loadBeside(edited.url, [this, number](const Image& picture) {
+        const auto found = beside.extract(number);
+        if (found)
+            saveOwed(std::move(found.mapped()), picture);
     });
+    beside.emplace(number, std::move(edited));
+}
+
+void CanvasSaves::saveOwed(EditedScreenshot edited, const Image& picture)
+{
+    edited.picture = picture;
+    if (picture)
+        save(std::move(edited));
+    else
+        tell(edited.url, false);
+}
+
+// Pictures may come in another order than they were asked for.
+void CanvasSaves::overtake(const std::filesystem::path& url)
+{
+    std::erase_if(beside, [&](const auto& each) { return each.second.url == url; });
+}
+
+void CanvasSaves::save(EditedScreenshot edited)
+{
+    if (newest == edited)
+        return;
+    newest = edited;
+    saver.save(std::move(edited));
+}
+
+void CanvasSaves::fileWritten(const std::filesystem::path& url, bool succeeded)
+{
+    if (!succeeded && newest && newest->url == url)
+        newest.reset();
 }
 
 bool CanvasSaves::abandon()
@@ -89,17 +108,16 @@ bool CanvasSaves::abandon()
 
 bool CanvasSaves::isBeingWritten(const std::filesystem::path& url) const
 {
-    const auto isOf = [&](const EditedScreenshot& edited) { return edited.url == url; };
-    return (owed && isOf(*owed)) || std::ranges::any_of(beside, isOf)
+    return (owed && owed->url == url)
+        || std::ranges::any_of(beside, [&](const auto& each) { return each.second.url == url; })
         || saver.pathsBeingWritten().contains(url);
 }
 
 void CanvasSaves::finishWriting(std::chrono::milliseconds limit)
 {
-    std::vector<EditedScreenshot> pictureless(beside.begin(), beside.end());
     if (owed)
-        pictureless.push_back(*owed);
-    for (EditedScreenshot& edited : pictureless) {
+        saveBeside(*std::exchange(owed, std::nullopt));
+    for (auto& [number, edited] : std::exchange(beside, {})) {
         auto read = loadImage(fileSystem, codec, edited.url);
         if (auto* bitmap = std::get_if<Bitmap>(&read))
             edited.picture = std::make_shared<Bitmap>(std::move(*bitmap));

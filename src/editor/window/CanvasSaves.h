@@ -5,16 +5,18 @@
 #include "editor/window/PictureLoader.h"
 
 #include <chrono>
+#include <cstdint>
 #include <filesystem>
 #include <functional>
-#include <list>
+#include <map>
 #include <optional>
 
 namespace tallowbay {
 
 // Brings the edits of the screenshot on the canvas into its file. An edit that is made before the
 // picture is there is owed: it is saved as soon as the picture comes, also if the canvas shows
-// another one by then.
+// another one by then. As for every save, what was asked for last is what the file shows in the
+// end, and a list that has become empty asks for nothing.
 //
 // Thread: main queue.
 class CanvasSaves {
@@ -33,11 +35,14 @@ public:
     // The items of the record on the canvas have changed; its picture, or null.
     void edited(const ScreenshotRecord&, const Image&);
 
-    // The record's picture has come, or null: there is none.
-    void pictureCame(const ScreenshotRecord&, const Image&);
+    // The picture of the record on the canvas has come, or null: there is none.
+    void pictureCame(const Image&);
 
-    // The record leaves the canvas, or may do so.
+    // The record leaves the canvas, or may do so. Nothing is written twice in the same way.
     void leave(const ScreenshotRecord&, const Image&);
+
+    // The saver has come to the end of a file.
+    void fileWritten(const std::filesystem::path&, bool succeeded);
 
     // The record goes, and its file is left as it is. True if an edit was owed.
     bool abandon();
@@ -48,14 +53,19 @@ public:
     void finishWriting(std::chrono::milliseconds limit);
 
 private:
+    void save(EditedScreenshot);
     void saveBeside(EditedScreenshot);
+    void saveOwed(EditedScreenshot, const Image&);
+    void overtake(const std::filesystem::path&);
     void tell(const std::filesystem::path&, bool succeeded) const;
 
     const FileSystem& fileSystem;
     const ImageCodec& codec;
     AnnotationSaver& saver;
     std::optional<EditedScreenshot> owed; // of the screenshot on the canvas
-    std::list<EditedScreenshot> beside; // of others; their pictures are on their way
+    std::map<std::uint64_t, EditedScreenshot> beside; // of others; pictures are on their way
+    std::uint64_t lastBeside = 0;
+    std::optional<EditedScreenshot> newest; // that the saver got, unless it failed
     PictureLoader pictures;
 };
 

@@ -162,18 +162,70 @@ TEST_F(WindowPictureTest, SavesARedoAlsoIfAnotherScreenshotIsShownBeforeThePictu
     EXPECT_THAT(writesEnded, ElementsAre(true));
 }
 
-TEST_F(WindowPictureTest, OwesNothingOnceTheLastItemIsUndone)
+TEST_F(WindowPictureTest, SavesTheLastStateThatWasNotEmpty)
 {
     returnToEdited();
     window->undoAnnotation();
     window->redoAnnotation();
-    EXPECT_TRUE(window->isBeingWritten(file('A')));
     window->undoAnnotation();
-    EXPECT_FALSE(window->isBeingWritten(file('A')));
-    EXPECT_THAT(writesEnded, ElementsAre(true)) << "a paste may be waiting";
     const auto before = flattened().size();
     settle();
-    EXPECT_EQ(flattened().size(), before);
+    EXPECT_EQ(flattened().size(), before + 1) << "as it would have with the picture";
+    EXPECT_EQ(flattened().back(), 1u);
+    EXPECT_FALSE(window->isBeingWritten(file('A')));
+}
+
+TEST_F(WindowPictureTest, SavesWhatWasAskedForLastWhicheverPictureComesFirst)
+{
+    take("AB");
+    click('A');
+    settle();
+    draw(0);
+    draw(1);
+    draw(2);
+    settle();
+    for (int visit = 0; visit < 2; ++visit) { // whose pictures do not come yet
+        click('A');
+        window->undoAnnotation();
+        click('B');
+    }
+    while (const auto jobs = desktop.dispatch.backgroundCount())
+        desktop.dispatch.runBackground(jobs - 1);
+    EXPECT_EQ(flattened().back(), 1u);
+    EXPECT_FALSE(window->isBeingWritten(file('A')));
+}
+
+TEST_F(WindowPictureTest, LeavesNoOlderEditToComeAfterANewerOne)
+{
+    take("AB");
+    click('A');
+    settle();
+    draw(0);
+    draw(1);
+    settle();
+    click('B');
+    settle();
+    click('A');
+    window->undoAnnotation();
+    click('B'); // what is owed waits for a picture
+    click('A');
+    desktop.dispatch.runBackground(desktop.dispatch.backgroundCount() - 1);
+    ASSERT_TRUE(hasPicture());
+    window->redoAnnotation();
+    settle();
+    EXPECT_EQ(flattened().back(), 2u);
+}
+
+TEST_F(WindowPictureTest, WritesAgainWhatCouldNotBeWritten)
+{
+    take("AB");
+    draw();
+    desktop.offscreenGraphics.failNextDraw();
+    settle();
+    EXPECT_THAT(flattened(), IsEmpty());
+    click('A');
+    settle();
+    EXPECT_THAT(flattened(), ElementsAre(1u));
 }
 
 TEST_F(WindowPictureTest, TellsThatAnEditIsLostWhosePictureCannotBeRead)
