@@ -63,11 +63,15 @@ bool holdsEditor(XClient& eyes, xcb_window_t window)
     });
 }
 
-views::EditorLayout layoutOn(XClient& eyes)
+QSize screenSize(XClient& eyes)
 {
     const auto& screen = *xcb_setup_roots_iterator(xcb_get_setup(eyes.connection())).data;
-    return views::EditorLayout::of(
-        {screen.width_in_pixels, screen.height_in_pixels}, railSize, swatchCardSize);
+    return {screen.width_in_pixels, screen.height_in_pixels};
+}
+
+views::EditorLayout layoutOn(XClient& eyes)
+{
+    return views::EditorLayout::of(screenSize(eyes), railSize, swatchCardSize);
 }
 
 } // namespace
@@ -119,6 +123,15 @@ bool EditorScreen::isShown() const
 bool EditorScreen::waitUntilGone() const
 {
     return waitUntil([this] { return !isShown(); });
+}
+
+bool EditorScreen::showsToast() const
+{
+    constexpr Rgb brightest = 0x60;
+    const Place middle = placeOf(QRect(QPoint(), screenSize(eyes)).center());
+    const Rgb besideText = pixel(middle + Place{-104, 0});
+    return (besideText >> 16) < brightest && (besideText >> 8 & 0xff) < brightest
+        && (besideText & 0xff) < brightest;
 }
 
 // What is done

@@ -40,6 +40,9 @@ public:
     bool isShown() const;
     bool waitUntilGone() const;
 
+    // In the middle, dark as none of the test's pictures is there.
+    bool showsToast() const;
+
     // By real keys and a real mouse.
     void press(const std::string& keys) const;
     void type(const std::string& text) const;
