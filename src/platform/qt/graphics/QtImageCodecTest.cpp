@@ -449,6 +449,16 @@ TEST_F(QtImageCodecTest, PassesOverMarkersWithoutAMeaning)
     }
 }
 
+TEST_F(QtImageCodecTest, LooksForTheSizeBeforeTheDataAlone)
+{
+    const std::string whole = encoded(QImage(40, 30, QImage::Format_RGB32), "jpeg");
+    const std::string scan = "\xFF\xDA" + std::string("\0\x02", 2);
+    for (const std::string& before : {std::string("\xFF\xD9"), scan})
+        EXPECT_EQ(
+            std::get<ImageError>(codec.pixelSize(whole.substr(0, 2) + before + whole.substr(2))),
+            ImageError::damaged);
+}
+
 TEST_F(QtImageCodecTest, RefusesAPngWithAFlippedBitInItsData)
 {
     QImage image(64, 64, QImage::Format_RGB32);
