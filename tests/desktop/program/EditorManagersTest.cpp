@@ -54,11 +54,13 @@ private:
     XClient client;
 };
 
-// The editor among other windows, under the window managers that people use.
+// The editor among other windows, under the window managers that people use. KWin is told to let no
+// program take the keyboard by itself.
 class EditorManagersTest : public EditorFixture, public testing::WithParamInterface<Manager> {
 protected:
     EditorManagersTest()
     {
+        writeFile(home.folder() / ".config/kwinrc", "[Windows]\nFocusStealingPreventionLevel=4\n");
         Words command{"env", "DBUS_SESSION_BUS_ADDRESS=" + bus.address()};
         for (const auto& [name, value] : home.environment())
             if (value && name != "PATH")
