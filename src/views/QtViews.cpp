@@ -1,6 +1,7 @@
 #include "views/QtViews.h"
 
 #include "views/editor/AnnotationWindowView.h"
+#include "views/editor/EditorAccessibility.h"
 #include "views/onboarding/OnboardingView.h"
 #include "views/ui/LoaderView.h"
 #include "views/ui/ToastView.h"
@@ -9,6 +10,7 @@ namespace tallowbay::views {
 
 std::unique_ptr<AnnotationWindowPort> QtViews::makeAnnotationWindow(AnnotationWindow& logic)
 {
+    makeEditorAccessible();
     return std::make_unique<AnnotationWindowView>(logic, windows, backdrop);
 }
 

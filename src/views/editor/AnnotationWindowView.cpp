@@ -6,7 +6,6 @@
 #include "views/editor/AnnotationCanvasView.h"
 #include "views/editor/EditorLayout.h"
 #include "views/editor/KeyEvents.h"
-#include "views/editor/StripAccessibility.h"
 #include "views/ui/RoundedRegion.h"
 
 #include <QApplication>
@@ -93,7 +92,6 @@ AnnotationWindowView::AnnotationWindowView(
     , strip(new StripView(logic, this))
     , curtain(new Curtain(backdrop, this))
 {
-    makeStripAccessible();
     setObjectName(QStringLiteral("annotationWindow"));
     setWindowTitle(QString::fromStdString(logic.title()));
     setAttribute(Qt::WA_TranslucentBackground);

@@ -1,6 +1,9 @@
-#include "views/editor/StripAccessibility.h"
+#include "views/editor/EditorAccessibility.h"
 
+#include "views/editor/AnnotationCanvasView.h"
 #include "views/editor/StripView.h"
+#include "views/editor/SwatchCardView.h"
+#include "views/editor/ToolRailView.h"
 
 #include <QAccessibleWidget>
 
@@ -90,6 +93,12 @@ private:
 
 QAccessibleInterface* interfaceOf(const QString&, QObject* object)
 {
+    if (auto* const canvas = dynamic_cast<AnnotationCanvasView*>(object))
+        return new QAccessibleWidget(canvas, QAccessible::Canvas);
+    if (auto* const tools = dynamic_cast<ToolRailView*>(object))
+        return new QAccessibleWidget(tools, QAccessible::ToolBar);
+    if (auto* const colors = dynamic_cast<SwatchCardView*>(object))
+        return new QAccessibleWidget(colors, QAccessible::ToolBar);
     if (auto* const strip = dynamic_cast<StripView*>(object))
         return new AccessibleStrip(strip);
     if (auto* const cell = dynamic_cast<CellView*>(object))
@@ -99,7 +108,7 @@ QAccessibleInterface* interfaceOf(const QString&, QObject* object)
 
 } // namespace
 
-void makeStripAccessible()
+void makeEditorAccessible()
 {
     QAccessible::installFactory(interfaceOf);
 }
