@@ -363,16 +363,15 @@ void AnnotationWindow::canvasDidAddAnnotation(const std::vector<AnnotationItem>&
 void AnnotationWindow::annotationUpdated(
     std::size_t index, const std::vector<AnnotationItem>& items)
 {
-    if (selected >= strip.size() || index >= strip.at(selected).annotations.size())
-        return;
-    history->annotationsChanged(strip.at(selected), items);
-    edited(true);
+    if (index < strip.at(selected).annotations.size()) {
+        history->annotationsChanged(strip.at(selected), items);
+        edited(true);
+    }
 }
 
 void AnnotationWindow::annotationsChanged(const std::vector<AnnotationItem>& items)
 {
-    if (selected < strip.size())
-        history->annotationsChanged(strip.at(selected), items);
+    history->annotationsChanged(strip.at(selected), items);
 }
 
 void AnnotationWindow::edited(bool changed)
