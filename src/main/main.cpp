@@ -5,6 +5,7 @@
 #include "main/remote/CommandSender.h"
 #include "main/remote/RemoteControl.h"
 #include "main/remote/SingleInstance.h"
+#include "platform/posix/Memory.h"
 #include "platform/qt/Artwork.h"
 
 #include <QApplication>
@@ -120,6 +121,7 @@ int handOver(std::optional<Command> command, bool busExists)
 
 int startProgram(DesktopKind kind, char* programName, std::optional<Command> command)
 {
+    posix::giveLargeBlocksBack();
     const bool busExists = hasSessionBus();
     prepareQt(kind, busExists);
     int argumentCount = 1;
