@@ -153,7 +153,8 @@ TEST_F(TallowLogoTest, DrawsLidsThatHangDownOverTheEyes)
     blinkAt(1940ms); // half-way: 19 of 36 points
     ASSERT_EQ(drawn().size(), 7u);
     EXPECT_THAT(drawn().at(3), StartsWith("fill polygon(228.978 291, "));
-    EXPECT_THAT(drawn().at(3), HasSubstr("color(0.356863 0.372549 1 0.92)"));
+    EXPECT_THAT(drawn().at(3), HasSubstr(", 215 310, ")) << "up to the top of the eye";
+    EXPECT_THAT(drawn().at(3), HasSubstr(", 201.022 291) color(0.356863 0.372549 1 0.92)"));
 }
 
 } // namespace

@@ -62,6 +62,22 @@ TEST_F(WindowCellTest, LightsUpUnderTheMouse)
     EXPECT_EQ(cell('A').background, Color::white(217 / 255.0));
 }
 
+TEST_F(WindowCellTest, IsPaintedAgainOnlyWhereItsBackgroundChanges)
+{
+    take("AB");
+    const auto changesOf = [this](const std::function<void()>& act) {
+        editor().changedCells.clear();
+        act();
+        return editor().changedCells;
+    };
+    EXPECT_THAT(changesOf([this] { window->mouseExitedCell(0); }), testing::IsEmpty());
+    EXPECT_THAT(changesOf([this] { window->mouseEnteredCell(0); }), testing::ElementsAre(0u));
+    EXPECT_THAT(changesOf([this] { window->mouseEnteredCell(0); }), testing::IsEmpty());
+    EXPECT_THAT(changesOf([this] { window->mouseExitedCell(0); }), testing::ElementsAre(0u));
+    EXPECT_THAT(changesOf([this] { window->mouseEnteredCell(1); }), testing::IsEmpty());
+    EXPECT_THAT(changesOf([this] { window->checkboxToggled(1); }), testing::ElementsAre(1u));
+}
+
 TEST_F(WindowCellTest, KeepsItsBackgroundWhileItIsSelected)
 {
     take("AB");

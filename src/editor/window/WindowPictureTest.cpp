@@ -126,6 +126,42 @@ TEST_F(WindowPictureTest, PreviewsTheThumbnailUntilThePictureIsThere)
     EXPECT_GT(editor().looks, looks);
 }
 
+TEST_F(WindowPictureTest, PreviewsAThumbnailThatComesBeforeThePicture)
+{
+    createFiles("AB");
+    build();
+    window->addURL(file('B'));
+    window->addURL(file('A'));
+    desktop.dispatch.runBackground(); // nobody waits for the picture of B any more
+    desktop.dispatch.runBackground(); // the picture of A; now thumbnails are read
+    click('A');
+    int looks = editor().looks;
+    EXPECT_FALSE(window->canvasPreview());
+    desktop.dispatch.runBackground(); // the thumbnail of B
+    EXPECT_TRUE(window->cell(indexOf('B')).thumbnail);
+    EXPECT_EQ(editor().looks, looks);
+    desktop.dispatch.runBackground(); // that of A
+    EXPECT_TRUE(window->canvasPreview());
+    EXPECT_EQ(editor().looks, looks + 1);
+}
+
+TEST_F(WindowPictureTest, LooksAtNoThumbnailOfAnotherScreenshotForItsPreview)
+{
+    createFiles("AB");
+    build();
+    window->addURL(file('A'));
+    desktop.dispatch.runBackground();
+    desktop.dispatch.runBackground(); // A has its thumbnail
+    window->addURL(file('B'));
+    desktop.dispatch.runBackground(); // its picture; its thumbnail is under way
+    click('A');
+    ASSERT_TRUE(window->canvasPreview());
+    const int looks = editor().looks;
+    desktop.dispatch.runBackground();
+    EXPECT_TRUE(window->cell(indexOf('B')).thumbnail);
+    EXPECT_EQ(editor().looks, looks);
+}
+
 // Edits without a picture
 
 TEST_F(WindowPictureTest, SavesAnUndoOnceThePictureIsThere)

@@ -115,6 +115,20 @@ TEST_F(WindowToolsTest, DrawsInTheChosenColourAndLeavesItemsAsTheyAre)
     EXPECT_EQ(items().at(1).color, swatchColorValues[2]);
 }
 
+TEST_F(WindowToolsTest, HasTheViewLookAgainAfterEveryChoice)
+{
+    take("A");
+    const auto looksFor = [this](const std::function<void()>& choice) {
+        const int before = editor().looks;
+        choice();
+        return editor().looks - before;
+    };
+    EXPECT_EQ(looksFor([this] { window->toolSelected(2); }), 1);
+    EXPECT_EQ(looksFor([this] { window->swatchSelected(2); }), 1);
+    EXPECT_GE(looksFor([this] { click('A'); }), 1);
+    EXPECT_GE(looksFor([this] { deleteFiles("A"); }), 1);
+}
+
 TEST_F(WindowToolsTest, IgnoresASwatchThatDoesNotExist)
 {
     build();
