@@ -287,8 +287,9 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_P(LargePictureTest, HidesWhatIsMaskedRightAfterAHighlight)
 {
     drawHighlight();
-    if (GetParam().second == QuickEdits::whenTheToolRuns)
+    if (GetParam().second == QuickEdits::whenTheToolRuns) {
         EXPECT_TRUE(desktop.runUntil([&] { return processes.started > 0; }));
+    }
     drawMaskOverAll();
     EXPECT_EQ(countVisible(savedAtLast()), 0);
 }
