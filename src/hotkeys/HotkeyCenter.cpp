@@ -51,25 +51,22 @@ const std::optional<HotkeyConfig>& HotkeyCenter::working(HotkeyTarget target) co
 
 void HotkeyCenter::updateHotkey(HotkeyTarget target, const HotkeyConfig& config)
 {
-    updateHotkey(target, config, false);
+    replace(target, config);
     retryDefaults();
 }
 
-void HotkeyCenter::updateHotkey(HotkeyTarget target, const HotkeyConfig& config, bool isDefault)
+void HotkeyCenter::replace(HotkeyTarget target, const HotkeyConfig& config)
 {
     handleOf(target) = {};
     config.save(defaults, traitsOf(target).defaultsKey);
     giveUpSecondChoices(config);
-    if (isDefault)
-        registerDefault(target);
-    else
-        registerHotkey(target, config);
+    registerHotkey(target, config);
 }
 
 void HotkeyCenter::resetHotkeysToDefault()
 {
     for (const HotkeyTarget target : hotkeyTargets)
-        updateHotkey(target, traitsOf(target).defaultConfig, true);
+        replace(target, traitsOf(target).defaultConfig);
     for (const HotkeyTarget target : hotkeyTargets)
         defaults.remove(traitsOf(target).defaultsKey);
     retryDefaults();

@@ -56,7 +56,7 @@ private:
     };
 
     Handle& handleOf(HotkeyTarget);
-    void updateHotkey(HotkeyTarget, const HotkeyConfig&, bool isDefault);
+    void replace(HotkeyTarget, const HotkeyConfig&);
     void registerDefault(HotkeyTarget);
     void retryDefaults();
     bool registerHotkey(HotkeyTarget, const HotkeyConfig&);
