@@ -80,8 +80,7 @@ void AnnotationWindow::toggleSettings()
 void AnnotationWindow::confirmAndDismiss()
 {
     leaveScreenshot();
-    // With nothing to offer, the clipboard keeps what it holds.
-    if (const auto confirm = onConfirm; confirm && !strip.empty())
+    if (const auto confirm = onConfirm)
         confirm(strip.urlsForClipboard());
     animateClose();
 }
