@@ -1,0 +1,91 @@
+#include "desktop/program/EditorFixture.h"
+
+namespace tallowbay::test {
+namespace {
+
+// What the editor does when the screen changes under it.
+class EditorScreensTest : public EditorFixture {
+protected:
+    EditorScreensTest() { server.startWindowManager(); }
+
+    void xrandr(Words arguments) const
+    {
+        arguments.insert(arguments.begin(), "xrandr");
+        const Finished done = server.run(arguments);
+        ASSERT_EQ(done.status, 0) << done.errors;
+    }
+    void setMode(int width, int height) const
+    {
+        const std::string w = std::to_string(width);
+        const std::string h = std::to_string(height);
+        const std::string name = w + "x" + h + "new";
+        xrandr({"--newmode", name, "0", w, "0", "0", w, h, "0", "0", h});
+        xrandr({"--addmode", "screen", name});
+        xrandr({"--output", "screen", "--mode", name});
+    }
+};
+
+TEST_F(EditorScreensTest, FollowsAScreenOfAnotherSize)
+{
+    openEditorWith(2);
+    editor.drag(editor.canvas(-15, -11), editor.canvas(15, 19));
+    ASSERT_TRUE(editor.waitForChange(editor.canvas(0, clearRow), pictureColor()));
+    setMode(1100, 700);
+    const EditorScreen smaller(server);
+    EXPECT_TRUE(smaller.waitForHeader(EditorScreen::headers[1]));
+    EXPECT_TRUE(smaller.waitForCheck(1, true));
+    smaller.press("Left"); // the keyboard is still there
+    EXPECT_TRUE(smaller.waitForHeader(EditorScreen::headers[0]));
+    smaller.press("Right");
+    ASSERT_TRUE(smaller.waitForHeader(EditorScreen::headers[1]));
+    smaller.press("Escape");
+    ASSERT_TRUE(smaller.waitUntilGone());
+}
+
+TEST_F(EditorScreensTest, StaysOnTheMainScreenWhenAnotherComesAndGoes)
+{
+    openEditorWith(1);
+    xrandr({"--setmonitor", "left", "1000/300x800/200+0+0", "screen"});
+    xrandr({"--setmonitor", "right", "280/80x800/200+1000+0", "none"});
+    const auto width = [this] {
+        const std::string id =
+            server.run({"xdotool", "search", "--onlyvisible", "--name", "^Tallowbay$"}).output;
+        const std::string told =
+            server.run({"xdotool", "getwindowgeometry", "--shell", id.substr(0, id.find('\n'))})
+                .output;
+        return told.find("WIDTH=1000") != std::string::npos;
+    };
+    EXPECT_TRUE(waitUntil(width));
+    xrandr({"--delmonitor", "right"});
+    xrandr({"--delmonitor", "left"});
+    EXPECT_TRUE(editor.waitForHeader(EditorScreen::headers[0]));
+    EXPECT_TRUE(editor.waitForPixel(editor.canvas(0, clearRow), pictureColor()));
+    EXPECT_TRUE(editor.isShown());
+    editor.press("Escape");
+    EXPECT_TRUE(editor.waitUntilGone());
+}
+
+TEST_F(EditorScreensTest, AGestureThatLosesTheKeyboardEnds)
+{
+    const PasteWindow other(server, home);
+    ASSERT_TRUE(waitUntil([this] { return !activeWindow().empty(); }));
+    const std::string name = activeWindow();
+    openEditorWith(1);
+    ASSERT_TRUE(waitForActive("Tallowbay"));
+    const Place start = editor.canvas(-60, clearRow - 15);
+    server.run(
+        {"xdotool", "mousemove", std::to_string(start.x), std::to_string(start.y), "mousedown", "1",
+         "mousemove_relative", "60", "15", "mousemove_relative", "60", "15"});
+    ASSERT_TRUE(editor.waitForChange(editor.canvas(0, clearRow), pictureColor()));
+    server.run({"xdotool", "search", "--name", name, "windowactivate"});
+    EXPECT_TRUE(editor.waitForPixel(editor.canvas(0, clearRow), pictureColor()));
+    server.run({"xdotool", "mouseup", "1"});
+    editor.click(editor.canvas(200, clearRow)); // back, with nothing in hand
+    ASSERT_TRUE(waitForActive("Tallowbay"));
+    server.run({"xdotool", "mousemove_relative", "--", "-200", "40"});
+    editor.press("Escape");
+    EXPECT_TRUE(editor.waitUntilGone());
+}
+
+} // namespace
+} // namespace tallowbay::test
