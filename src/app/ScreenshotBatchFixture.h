@@ -107,47 +107,14 @@ protected:
         headless::MemoryPasteboard& real;
     } watched{desktop.pasteboard};
 
-    // The desktop with that pasteboard
-    Platform platform()
-    {
-        const Platform all = desktop.platform();
-        return {
-            .dispatch = all.dispatch,
-            .clock = all.clock,
-            .calendar = all.calendar,
-            .console = all.console,
-            .fileSystem = all.fileSystem,
-            .fileEvents = all.fileEvents,
-            .folderEvents = all.folderEvents,
-            .processes = all.processes,
-            .resources = all.resources,
-            .tools = all.tools,
-            .imageCodec = all.imageCodec,
-            .offscreenGraphics = all.offscreenGraphics,
-            .textRecognizer = all.textRecognizer,
-            .defaults = all.defaults,
-            .desktop = all.desktop,
-            .pasteboard = watched,
-            .keyTap = all.keyTap,
-            .keyPoster = all.keyPoster,
-            .hotkeys = all.hotkeys,
-            .permissions = all.permissions,
-            .statusBar = all.statusBar,
-            .alerts = all.alerts,
-            .updater = all.updater,
-            .application = all.application,
-            .screens = all.screens,
-            .textMeasurer = all.textMeasurer,
-        };
-    }
-
     TestEditorStrip editor;
     EditorSlot slot; // empty until the editor is opened
     std::vector<Paths> pasted; // what each synthetic paste inserted
     ToastPresenter toastPresenter{desktop.dispatch, desktop.screens, desktop.textMeasurer, views};
     ToastGate toasts{desktop.defaults.standard(), toastPresenter};
-    ScreenshotBatch batch{
-        platform(), toasts, slot, [this] { pasted.push_back(desktop.pasteboard.files); }};
+    ScreenshotBatch batch{desktop.platformWith(desktop.files, watched), toasts, slot, [this] {
+                              pasted.push_back(desktop.pasteboard.files);
+                          }};
 };
 
 } // namespace tallowbay

@@ -80,7 +80,7 @@ protected:
     EditorSlot slot;
     ToastPresenter toastPresenter{desktop.dispatch, desktop.screens, desktop.textMeasurer, views};
     ToastGate toasts{desktop.defaults.standard(), toastPresenter};
-    ScreenshotBatch batch{desktop.platformOn(files), toasts, slot, [] {}};
+    ScreenshotBatch batch{desktop.platformWith(files, desktop.pasteboard), toasts, slot, [] {}};
 };
 
 TEST_F(BatchOnDiskTest, TakesAFileThatWasJustWritten)

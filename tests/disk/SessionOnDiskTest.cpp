@@ -128,41 +128,10 @@ protected:
     void open()
     {
         const auto begin = std::chrono::steady_clock::now();
-        window = std::make_unique<AnnotationWindow>(platform(), views, saver, toasts);
+        window = std::make_unique<AnnotationWindow>(
+            desktop.platformWith(files, desktop.pasteboard), views, saver, toasts);
         desktop.dispatch.runUntilIdle();
         EXPECT_LT(std::chrono::steady_clock::now() - begin, 10s);
-    }
-    Platform platform()
-    {
-        const Platform all = desktop.platform();
-        return {
-            .dispatch = all.dispatch,
-            .clock = all.clock,
-            .calendar = all.calendar,
-            .console = all.console,
-            .fileSystem = files,
-            .fileEvents = all.fileEvents,
-            .folderEvents = all.folderEvents,
-            .processes = all.processes,
-            .resources = all.resources,
-            .tools = all.tools,
-            .imageCodec = all.imageCodec,
-            .offscreenGraphics = all.offscreenGraphics,
-            .textRecognizer = all.textRecognizer,
-            .defaults = all.defaults,
-            .desktop = all.desktop,
-            .pasteboard = all.pasteboard,
-            .keyTap = all.keyTap,
-            .keyPoster = all.keyPoster,
-            .hotkeys = all.hotkeys,
-            .permissions = all.permissions,
-            .statusBar = all.statusBar,
-            .alerts = all.alerts,
-            .updater = all.updater,
-            .application = all.application,
-            .screens = all.screens,
-            .textMeasurer = all.textMeasurer,
-        };
     }
     std::vector<std::string> shown() const
     {

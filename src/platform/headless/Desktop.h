@@ -55,15 +55,15 @@ struct Desktop {
     HeadlessScreens screens;
     HeadlessTextMeasurer textMeasurer;
 
-    Platform platform() { return platformOn(files); }
+    Platform platform() { return platformWith(files, pasteboard); }
 
-    // With another's files, as of the machine's own disk.
-    Platform platformOn(FileSystem& disk)
+    // With others' files or pasteboard, as of the machine's own disk.
+    Platform platformWith(FileSystem& disk, Pasteboard& board)
     {
-        return {dispatch,       clock,       calendar,  console,    disk,       fileEvents,
-                folderEvents,   processes,   resources, tools,      imageCodec, offscreenGraphics,
-                textRecognizer, defaults,    settings,  pasteboard, keyTap,     keyPoster,
-                hotkeys,        permissions, statusBar, alerts,     updater,    application,
+        return {dispatch,       clock,       calendar,  console, disk,       fileEvents,
+                folderEvents,   processes,   resources, tools,   imageCodec, offscreenGraphics,
+                textRecognizer, defaults,    settings,  board,   keyTap,     keyPoster,
+                hotkeys,        permissions, statusBar, alerts,  updater,    application,
                 screens,        textMeasurer};
     }
 };
