@@ -14,6 +14,7 @@ namespace tallowbay::views {
 namespace {
 
 constexpr double captionGap = 8; // to the badge
+constexpr double badgePadding = 5;
 constexpr double focusRingWidth = 2;
 constexpr QColor focusColor(190, 220, 255);
 
@@ -28,9 +29,13 @@ QRectF inHeader(double left, double side)
     return {left, (cellHeaderHeight - side) / 2, side, side};
 }
 
-QRectF badgeRect()
+// A circle, wider only where the number needs it.
+QRectF badgeRect(const QString& number)
 {
-    return inHeader(checkboxLeading + checkboxSide + badgeGap, badgeSide);
+    const double text = QFontMetricsF(qt::interfaceFont(badgeFont)).horizontalAdvance(number);
+    QRectF badge = inHeader(checkboxLeading + checkboxSide + badgeGap, badgeSide);
+    badge.setWidth(std::max(badgeSide, text + 2 * badgePadding));
+    return badge;
 }
 
 QRectF wellRect()
@@ -103,17 +108,19 @@ void CellView::paintHeader(QPainter& painter, const ThumbnailCell& shown) const
     painter.fillPath(
         cardTopPath(rect(), cellRadius, cellHeaderHeight), qt::qtColor(shown.headerColor));
     paintCheckbox(painter, shown);
+    const QString number = qtText(shown.badge);
+    const QRectF badge = badgeRect(number);
     painter.setPen(Qt::NoPen);
     painter.setBrush(qt::qtColor(badgeBackground));
-    painter.drawEllipse(badgeRect());
+    painter.drawRoundedRect(badge, badgeSide / 2, badgeSide / 2);
     painter.setFont(qt::interfaceFont(badgeFont));
     painter.setPen(qt::qtColor(badgeColor));
-    painter.drawText(badgeRect(), Qt::AlignCenter | Qt::TextDontClip, qtText(shown.badge));
+    painter.drawText(badge, Qt::AlignCenter | Qt::TextDontClip, number);
     const QFont font = qt::interfaceFont(captionFont);
     painter.setFont(font);
     painter.setPen(qt::qtColor(captionColor));
     const QRectF line =
-        headerRect().adjusted(badgeRect().right() + captionGap, 0, -captionTrailing, 0);
+        headerRect().adjusted(badge.right() + captionGap, 0, -captionTrailing, 0);
     painter.drawText(
         line, Qt::AlignRight | Qt::AlignVCenter,
         QFontMetricsF(font).elidedText(qtText(shown.caption), Qt::ElideRight, line.width()));
