@@ -3,10 +3,15 @@
 namespace tallowbay::test {
 namespace {
 
-// What the editor does when the screen changes under it.
-class EditorScreensTest : public EditorFixture {
+// What the editor does when the screen changes under it. Without a window manager nobody else
+// places it, or brings it the keyboard.
+class EditorScreensTest : public EditorFixture, public testing::WithParamInterface<bool> {
 protected:
-    EditorScreensTest() { server.startWindowManager(); }
+    EditorScreensTest()
+    {
+        if (GetParam())
+            server.startWindowManager();
+    }
 
     void xrandr(Words arguments) const
     {
@@ -25,7 +30,7 @@ protected:
     }
 };
 
-TEST_F(EditorScreensTest, FollowsAScreenOfAnotherSize)
+TEST_P(EditorScreensTest, FollowsAScreenOfAnotherSize)
 {
     openEditorWith(2);
     editor.drag(editor.canvas(-15, -11), editor.canvas(15, 19));
@@ -42,7 +47,7 @@ TEST_F(EditorScreensTest, FollowsAScreenOfAnotherSize)
     ASSERT_TRUE(smaller.waitUntilGone());
 }
 
-TEST_F(EditorScreensTest, StaysOnTheMainScreenWhenAnotherComesAndGoes)
+TEST_P(EditorScreensTest, StaysOnTheMainScreenWhenAnotherComesAndGoes)
 {
     openEditorWith(1);
     xrandr({"--setmonitor", "left", "1000/300x800/200+0+0", "screen"});
@@ -65,7 +70,7 @@ TEST_F(EditorScreensTest, StaysOnTheMainScreenWhenAnotherComesAndGoes)
     EXPECT_TRUE(editor.waitUntilGone());
 }
 
-TEST_F(EditorScreensTest, AGestureThatLosesTheKeyboardEnds)
+TEST_P(EditorScreensTest, AGestureThatLosesTheKeyboardEnds)
 {
     const PasteWindow other(server, home);
     ASSERT_TRUE(waitUntil([this] { return !activeWindow().empty(); }));
@@ -77,7 +82,7 @@ TEST_F(EditorScreensTest, AGestureThatLosesTheKeyboardEnds)
         {"xdotool", "mousemove", std::to_string(start.x), std::to_string(start.y), "mousedown", "1",
          "mousemove_relative", "60", "15", "mousemove_relative", "60", "15"});
     ASSERT_TRUE(editor.waitForChange(editor.canvas(0, clearRow), pictureColor()));
-    server.run({"xdotool", "search", "--name", name, "windowactivate"});
+    server.run({"xdotool", "search", "--onlyvisible", "--name", name, "windowfocus"});
     EXPECT_TRUE(editor.waitForPixel(editor.canvas(0, clearRow), pictureColor()));
     server.run({"xdotool", "mouseup", "1"});
     editor.click(editor.canvas(200, clearRow)); // back, with nothing in hand
@@ -86,6 +91,28 @@ TEST_F(EditorScreensTest, AGestureThatLosesTheKeyboardEnds)
     editor.press("Escape");
     EXPECT_TRUE(editor.waitUntilGone());
 }
+
+TEST_P(EditorScreensTest, AClickBringsTheKeyboardBack)
+{
+    const PasteWindow other(server, home);
+    ASSERT_TRUE(waitUntil([this] { return !activeWindow().empty(); }));
+    const std::string name = activeWindow();
+    openEditorWith(2);
+    ASSERT_TRUE(waitForActive("Tallowbay"));
+    server.run({"xdotool", "search", "--onlyvisible", "--name", name, "windowfocus"});
+    ASSERT_TRUE(waitForActive(name));
+    // The toolkit takes its time to believe that the keyboard is gone.
+    EXPECT_TRUE(waitUntil([this] {
+        editor.click(editor.header());
+        return activeWindow() == "Tallowbay";
+    }));
+    editor.press("Left");
+    EXPECT_TRUE(editor.waitForHeader(EditorScreen::headers[0]));
+}
+
+INSTANTIATE_TEST_SUITE_P(WindowManager, EditorScreensTest, testing::Bool(), [](const auto& info) {
+    return info.param ? "openbox" : "none";
+});
 
 } // namespace
 } // namespace tallowbay::test
