@@ -2,6 +2,7 @@
 
 #include "platform/qt/graphics/BitmapImage.h"
 #include "platform/qt/graphics/ImageFileStructure.h"
+#include "platform/qt/graphics/PaletteImage.h"
 
 #include <QBuffer>
 #include <QColorSpace>
@@ -100,6 +101,19 @@ Bitmap bitmapOf(const QImage& image)
     return bitmap;
 }
 
+Bitmap finished(QImage decoded, std::optional<PixelSize> size)
+{
+    if (decoded.format() != QImage::Format_Indexed8) {
+        QImage image = inSrgb(std::move(decoded));
+        return bitmapOf(size ? scaled(std::move(image), *size) : image);
+    }
+    const PaletteImage picture(std::move(decoded));
+    const QImage colors = inSrgb(picture.colors());
+    if (!size)
+        return picture.painted(colors);
+    return bitmapOf(scaled(picture.reduced(colors, *size), *size));
+}
+
 // Of the size as it is to be seen, or the picture's own.
 std::variant<Bitmap, ImageError> decodeTo(std::optional<PixelSize> size, std::string_view bytes)
 try {
@@ -119,8 +133,7 @@ try {
         return ImageError::damaged;
     if (format == ImageFileFormat::png && isSrgbByItsGamma(bytes))
         image.setColorSpace(QColorSpace::SRgb);
-    image = inSrgb(std::move(image));
-    return bitmapOf(size ? scaled(std::move(image), *size) : image);
+    return finished(std::move(image), size);
 } catch (const std::bad_alloc&) {
     return ImageError::tooLarge;
 }

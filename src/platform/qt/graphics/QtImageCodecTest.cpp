@@ -173,7 +173,10 @@ TEST_F(QtImageCodecTest, ConvertsProfilesOfPalettes)
     image.setColorTable({qRgb(200, 100, 50)});
     image.fill(0);
     image.setColorSpace(QColorSpace(QColorSpace::DisplayP3));
-    EXPECT_THAT(decoded(encoded(image, "png")).pixel(4, 4), IsNear(0xFFD75D1Fu, 4));
+    const std::string png = encoded(image, "png");
+    EXPECT_THAT(decoded(png).pixel(4, 4), IsNear(0xFFD75D1Fu, 4));
+    const auto thumbnail = codec.decodeThumbnail(png, {2, 2});
+    EXPECT_THAT(std::get<Bitmap>(thumbnail).pixel(1, 1), IsNear(0xFFD75D1Fu, 4));
 }
 
 // A PNG with these chunks behind its head.
@@ -329,6 +332,28 @@ TEST_F(QtImageCodecTest, MixesTheColoursOfAPaletteInAThumbnail)
                 thumbnail.pixel(x, y), IsNear(0xFF000000u | part(x) << 16 | part(y) << 8, 16))
                 << x << ", " << y;
         }
+}
+
+// Which is made in two steps then; sides that no block divides show whether they meet.
+TEST_F(QtImageCodecTest, MakesASmallThumbnailOfALargePalette)
+{
+    QImage halves(1283, 771, QImage::Format_Indexed8);
+    halves.setColorTable({qRgb(250, 10, 20), qRgba(0, 200, 100, 128), qRgb(0, 0, 0)});
+    for (int y = 0; y < halves.height(); ++y)
+        for (int x = 0; x < halves.width(); ++x) // dots of a pixel on the left
+            halves.setPixel(x, y, x < 640 ? ((x + y) % 2 ? 2 : 0) : 1);
+    for (const int side : {7, 60, 160}) {
+        const auto made = codec.decodeThumbnail(encoded(halves, "png"), {side, side});
+        const Bitmap& thumbnail = std::get<Bitmap>(made);
+        const auto [width, height] = thumbnail.size();
+        EXPECT_EQ(width, side);
+        for (const int y : {0, height / 2, height - 1}) {
+            EXPECT_THAT(thumbnail.pixel(0, y), IsNear(0xFF7D050Au, 6)) << side << ", " << y;
+            EXPECT_THAT(thumbnail.pixel(width / 3, y), IsNear(0xFF7D050Au, 6)) << side;
+            EXPECT_THAT(thumbnail.pixel(width - width / 3, y), IsNear(0x80006432u, 3)) << side;
+            EXPECT_THAT(thumbnail.pixel(width - 1, y), IsNear(0x80006432u, 3)) << side;
+        }
+    }
 }
 
 TEST_F(QtImageCodecTest, TurnsAThumbnailAsItsOrientationSays)
