@@ -163,6 +163,50 @@ void decode(benchmark::State& state)
 }
 BENCHMARK(decode)->Unit(benchmark::kMillisecond);
 
+// As the strip's files are: with a palette, of pngquant's making.
+std::string compressedBytes(Workshop& workshop)
+{
+    const auto copy = workshop.compressor.compress(workshop.source);
+    return *workshop.files.read(copy ? *copy : workshop.source);
+}
+
+void decodeCompressedBaseline(benchmark::State& state)
+{
+    Workshop workshop;
+    const QByteArray bytes = QByteArray::fromStdString(compressedBytes(workshop));
+    for (auto iteration : state)
+        benchmark::DoNotOptimize(QImage::fromData(bytes, "png"));
+}
+BENCHMARK(decodeCompressedBaseline)->Unit(benchmark::kMillisecond);
+
+void decodeCompressed(benchmark::State& state)
+{
+    Workshop workshop;
+    const std::string bytes = compressedBytes(workshop);
+    for (auto iteration : state)
+        benchmark::DoNotOptimize(workshop.codec.decode(bytes));
+}
+BENCHMARK(decodeCompressed)->Unit(benchmark::kMillisecond);
+
+void thumbnailOfCompressed(benchmark::State& state)
+{
+    Workshop workshop;
+    const std::string bytes = compressedBytes(workshop);
+    for (auto iteration : state)
+        benchmark::DoNotOptimize(workshop.codec.decodeThumbnail(bytes, {184, 102}));
+}
+BENCHMARK(thumbnailOfCompressed)->Unit(benchmark::kMillisecond);
+
+// What the first drawing of a screenshot takes on the main thread.
+void fitToCanvas(benchmark::State& state)
+{
+    for (auto iteration : state) {
+        qt::ScaledImageCache cache;
+        benchmark::DoNotOptimize(cache.scaled(sharedScreenshot(), {1504, 846}));
+    }
+}
+BENCHMARK(fitToCanvas)->Unit(benchmark::kMillisecond);
+
 void flatten(benchmark::State& state)
 {
     const Workshop workshop;

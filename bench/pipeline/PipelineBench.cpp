@@ -7,33 +7,21 @@
 #include "desktop/program/Home.h"
 #include "desktop/program/Tallowbay.h"
 #include "desktop/support/XServer.h"
+#include "support/DesktopPicture.h"
+#include "support/Measures.h"
 
-#include <algorithm>
 #include <chrono>
-#include <cmath>
 #include <cstdio>
-#include <fstream>
 #include <iostream>
-#include <map>
-#include <numeric>
-#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include <QGuiApplication>
-#include <QImage>
-#include <QPainter>
-#include <QTemporaryDir>
-
-#include <poll.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 using namespace tallowbay::test;
-using Steady = std::chrono::steady_clock;
-using Milliseconds = std::chrono::duration<double, std::milli>;
+using namespace tallowbay::bench;
 namespace fs = std::filesystem;
 
 namespace {
@@ -43,61 +31,6 @@ struct Options {
     int burst = 100;
     int idleSeconds = 60;
 };
-
-// A desktop with windows full of text, different for each number.
-void drawDesktop(QPainter& painter, const QSize& size, int number)
-{
-    QLinearGradient sky(0, 0, size.width(), size.height());
-    sky.setColorAt(0, QColor::fromHsv((number * 37) % 360, 120, 160));
-    sky.setColorAt(1, QColor(24, 28, 46));
-    painter.fillRect(QRect(QPoint(), size), sky);
-    for (int window = 0; window < 3; ++window) {
-        const QRect frame(
-            80 + window * size.width() / 4, 60 + window * 90, size.width() / 2,
-            size.height() * 2 / 3);
-        painter.fillRect(frame, window % 2 ? QColor(250, 250, 252) : QColor(30, 32, 38));
-        painter.setPen(window % 2 ? QColor(40, 42, 50) : QColor(205, 208, 216));
-        for (int row = 0; row < frame.height() / 22 - 1; ++row)
-            painter.drawText(
-                frame.left() + 20, frame.top() + 30 + row * 22,
-                QString("%1  value_%2 = compute(%3, \"shot %4\");")
-                    .arg(row)
-                    .arg(row * 7919 % 1000)
-                    .arg(row * 104729 % 10000)
-                    .arg(number));
-    }
-}
-
-std::string screenshotOf(const QSize& size, int number)
-{
-    QImage image(size, QImage::Format_RGB32);
-    QPainter painter(&image);
-    painter.setFont(QFont("DejaVu Sans Mono", 11));
-    drawDesktop(painter, size, number);
-    painter.end();
-    QTemporaryDir folder;
-    const QString path = folder.filePath("a.png");
-    image.save(path, "PNG");
-    std::ifstream file(path.toStdString(), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
-// As the program runs it.
-double barePngquant(const fs::path& input, const fs::path& output)
-{
-    const auto start = Steady::now();
-    ChildProcess tool(
-        {"pngquant", "--quality=50-70", "--speed=10", "--output", output, "--force", input}, {});
-    if (tool.wait() != 0)
-        throw std::runtime_error("pngquant failed");
-    return Milliseconds(Steady::now() - start).count();
-}
-
-double quantile(std::vector<double> values, double part)
-{
-    std::ranges::sort(values);
-    return values[std::min(values.size() - 1, std::size_t(part * double(values.size())))];
-}
 
 std::string updated(std::size_t count)
 {
@@ -112,7 +45,7 @@ double oneScreenshot(
     const auto complete = Steady::now();
     if (!tallowbay.waitForLine(updated(inBatch)))
         throw std::runtime_error("the screenshot did not arrive:\n" + tallowbay.process.output());
-    return Milliseconds(Steady::now() - complete).count();
+    return millisecondsSince(complete);
 }
 
 void measureOverhead(const XServer& server, const QSize& size, int shots)
@@ -139,20 +72,6 @@ void measureOverhead(const XServer& server, const QSize& size, int shots)
         quantile(bare, 0.5), quantile(bare, 0.99));
 }
 
-std::map<std::string, long> statusOf(pid_t process)
-{
-    std::map<std::string, long> values;
-    std::ifstream file("/proc/" + std::to_string(process) + "/status");
-    for (std::string line; std::getline(file, line);) {
-        std::istringstream words(line);
-        std::string key;
-        long value = 0;
-        if (words >> key >> value)
-            values[key] = value;
-    }
-    return values;
-}
-
 double xargsBurst(const Home& home, const fs::path& folder)
 {
     const auto output = home.folder() / "bare";
@@ -165,7 +84,7 @@ double xargsBurst(const Home& home, const fs::path& folder)
     ChildProcess shell({"sh", "-c", command}, {});
     if (shell.wait(std::chrono::minutes(10)) != 0)
         throw std::runtime_error("xargs failed: " + shell.errors());
-    return Milliseconds(Steady::now() - start).count();
+    return millisecondsSince(start);
 }
 
 double ourBurst(const XServer& server, const fs::path& folder, long& growthKB)
@@ -181,7 +100,7 @@ double ourBurst(const XServer& server, const fs::path& folder, long& growthKB)
     }
     if (!tallowbay.waitForLine(updated(count), 1, std::chrono::minutes(10)))
         throw std::runtime_error("the burst did not arrive");
-    const double time = Milliseconds(Steady::now() - start).count();
+    const double time = millisecondsSince(start);
     growthKB = statusOf(tallowbay.process.pid())["VmHWM:"] - before;
     return time;
 }
@@ -210,16 +129,6 @@ void measureBurst(const XServer& server, int count)
     std::printf("burst of %d: median ratio %.3f\n", count, quantile(ratios, 0.5));
 }
 
-double cpuSeconds(pid_t process)
-{
-    std::ifstream file("/proc/" + std::to_string(process) + "/stat");
-    std::string text{std::istreambuf_iterator<char>(file), {}};
-    std::istringstream fields(text.substr(text.rfind(')') + 2));
-    std::vector<std::string> values{std::istream_iterator<std::string>(fields), {}};
-    const double ticks = std::stod(values.at(11)) + std::stod(values.at(12));
-    return ticks / double(sysconf(_SC_CLK_TCK));
-}
-
 void measureIdle(const XServer& server, int seconds)
 {
     Home home;
@@ -235,23 +144,18 @@ void measureIdle(const XServer& server, int seconds)
         double(statusOf(process)["RssFile:"]) / 1024);
 }
 
-Options parse(int argc, char** argv)
-{
-    Options options;
-    const std::map<std::string, int*> known{
-        {"--shots", &options.shots}, {"--burst", &options.burst}, {"--idle", &options.idleSeconds}};
-    for (int at = 1; at + 1 < argc; at += 2)
-        *known.at(argv[at]) = std::stoi(argv[at + 1]);
-    return options;
-}
-
 } // namespace
 
 int main(int argc, char** argv)
 try {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QGuiApplication application(argc, argv);
-    const Options options = parse(argc, argv);
+    Options options;
+    parseOptions(
+        argc, argv,
+        {{"--shots", &options.shots},
+         {"--burst", &options.burst},
+         {"--idle", &options.idleSeconds}});
     std::setbuf(stdout, nullptr);
     XServer server;
     server.startWindowManager();

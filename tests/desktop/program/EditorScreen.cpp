@@ -1,7 +1,6 @@
 #include "desktop/program/EditorScreen.h"
 
 #include "desktop/support/Wait.h"
-#include "views/editor/EditorLayout.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -14,11 +13,6 @@ namespace {
 const QSize railSize(56, 256);
 const QSize swatchCardSize(132, 32);
 constexpr Rgb checkedBlue = 0x007aff;
-
-Place placeOf(const QPoint& point)
-{
-    return {point.x(), point.y()};
-}
 
 bool isNear(Rgb a, Rgb b)
 {
@@ -69,16 +63,12 @@ QSize screenSize(XClient& eyes)
     return {screen.width_in_pixels, screen.height_in_pixels};
 }
 
-views::EditorLayout layoutOn(XClient& eyes)
-{
-    return views::EditorLayout::of(screenSize(eyes), railSize, swatchCardSize);
-}
-
 } // namespace
 
-EditorScreen::EditorScreen(const XServer& server)
+EditorScreen::EditorScreen(const XServer& server, int scale)
     : server(server)
     , eyes(server.display())
+    , scale(scale)
 {
 }
 
@@ -128,8 +118,8 @@ bool EditorScreen::waitUntilGone() const
 bool EditorScreen::showsToast() const
 {
     constexpr Rgb brightest = 0x60;
-    const Place middle = placeOf(QRect(QPoint(), screenSize(eyes)).center());
-    const Rgb besideText = pixel(middle + Place{-104, 0});
+    const Place middle = at(QRect(QPoint(), screenSize(eyes) / scale).center());
+    const Rgb besideText = pixel(middle + at({-104, 0}));
     return (besideText >> 16) < brightest && (besideText >> 8 & 0xff) < brightest
         && (besideText & 0xff) < brightest;
 }
@@ -171,47 +161,55 @@ void EditorScreen::drag(Place from, Place to) const
 
 // Where it is
 
+views::EditorLayout EditorScreen::layout() const
+{
+    return views::EditorLayout::of(screenSize(eyes) / scale, railSize, swatchCardSize);
+}
+
+Place EditorScreen::at(const QPoint& point) const
+{
+    return {point.x() * scale, point.y() * scale};
+}
+
 Place EditorScreen::header() const
 {
-    return placeOf(layoutOn(eyes).canvasCard.topLeft()) + Place{100, 28};
+    return at(layout().canvasCard.topLeft() + QPoint(100, 28));
 }
 
 Place EditorScreen::canvas(int x, int y) const
 {
-    const QRect below = layoutOn(eyes).canvasCard.adjusted(0, 56, 0, 0);
-    return placeOf(below.center()) + Place{x, y};
+    return at(layout().canvasCard.adjusted(0, 56, 0, 0).center() + QPoint(x, y));
 }
 
 Place EditorScreen::tool(int tag) const
 {
-    return placeOf(layoutOn(eyes).toolRail.topLeft()) + Place{28, 28 + tag * 40};
+    return at(layout().toolRail.topLeft() + QPoint(28, 28 + tag * 40));
 }
 
 Place EditorScreen::swatch(int tag) const
 {
-    return placeOf(layoutOn(eyes).swatchCard.topLeft()) + Place{16 + tag * 25, 16};
+    return at(layout().swatchCard.topLeft() + QPoint(16 + tag * 25, 16));
 }
 
 Place EditorScreen::swatchCard() const
 {
-    return placeOf(layoutOn(eyes).swatchCard.topLeft()) + Place{66, 4};
+    return at(layout().swatchCard.topLeft() + QPoint(66, 4));
 }
 
 Place EditorScreen::cell(int place, int dividers) const
 {
-    return placeOf(layoutOn(eyes).strip.topLeft())
-        + Place{24 + place * 224 + dividers * 34 + 100, 16 + 100};
+    return at(layout().strip.topLeft() + QPoint(24 + place * 224 + dividers * 34 + 100, 16 + 100));
 }
 
 Place EditorScreen::checkbox(int place, int dividers) const
 {
-    return cell(place, dividers) + Place{-100 + 10 + 11, -100 + 18};
+    return cell(place, dividers) + at({-100 + 10 + 11, -100 + 18});
 }
 
 // Beside the tick.
 bool EditorScreen::showsChecked(int place, int dividers) const
 {
-    return shows(checkbox(place, dividers) + Place{-6, -4}, checkedBlue);
+    return shows(checkbox(place, dividers) + at({-6, -4}), checkedBlue);
 }
 
 bool EditorScreen::waitForCheck(int place, bool checked, int dividers) const

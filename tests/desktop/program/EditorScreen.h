@@ -2,6 +2,7 @@
 
 #include "desktop/support/XClient.h"
 #include "desktop/support/XServer.h"
+#include "views/editor/EditorLayout.h"
 
 #include <cstdint>
 #include <string>
@@ -21,11 +22,12 @@ inline Place operator+(Place a, Place b)
 // The colour of a pixel, 0xRRGGBB.
 using Rgb = std::uint32_t;
 
-// The editor as a person sees and uses it: where its parts are on the screen of a server, at scale
-// 1, and what is seen there.
+// The editor as a person sees and uses it: where its parts are on the screen of a server, and what
+// is seen there.
 class EditorScreen {
 public:
-    explicit EditorScreen(const XServer&);
+    // The scale is so many pixels a point.
+    explicit EditorScreen(const XServer&, int scale = 1);
 
     // What is seen at a place.
     Rgb pixel(Place) const;
@@ -51,7 +53,7 @@ public:
 
     // Its parts.
     Place header() const; // beside the title
-    Place canvas(int x, int y) const; // so far from the middle of the canvas
+    Place canvas(int x, int y) const; // so many points from the middle of the canvas
     Place tool(int tag) const; // 4 and 5 are undo and redo
     Place swatch(int tag) const;
     Place swatchCard() const; // a corner of it that no swatch covers
@@ -62,9 +64,12 @@ public:
 
 private:
     void mouse(const std::vector<std::string>& words) const;
+    views::EditorLayout layout() const; // in points
+    Place at(const QPoint& point) const;
 
     const XServer& server;
     mutable XClient eyes;
+    int scale;
 };
 
 } // namespace tallowbay::test
