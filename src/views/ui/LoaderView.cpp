@@ -32,9 +32,9 @@ QRectF cardRect(int margin)
 // Rings of one colour, each a little wider: together they fade out.
 void paintShadow(QPainter& painter, const QRectF& card)
 {
-    constexpr int steps = 12;
+    constexpr int steps = 18;
     painter.setPen(Qt::NoPen);
-    painter.setBrush(QColor(0, 0, 0, 7));
+    painter.setBrush(QColor(0, 0, 0, 3));
     for (int i = 1; i <= steps; ++i) {
         const double reach = (shadowReach - shadowDrop) * double(i) / steps;
         const double radius = Panel::cornerRadius + reach;
