@@ -127,19 +127,26 @@ void AnnotationWindowView::followScreens()
 
 void AnnotationWindowView::orderFront()
 {
+    comeUp(false);
+}
+
+void AnnotationWindowView::comeUp(bool withKeyboard)
+{
+    setAttribute(Qt::WA_ShowWithoutActivating, !withKeyboard);
     if (!isVisible()) {
         backdrop.look();
         place();
         backdropChanged();
         windows.keepOffTaskbar(winId());
     }
-    showFullScreen();
+    setWindowState(Qt::WindowFullScreen); // showFullScreen() would take the keyboard, too
+    show();
     raise();
 }
 
 void AnnotationWindowView::makeKeyAndOrderFront()
 {
-    orderFront();
+    comeUp(true);
     activateWindow();
     windows.activate(winId());
 }

@@ -25,6 +25,8 @@ public:
     // The window system and the backdrop outlive it.
     AnnotationWindowView(AnnotationWindow&, WindowSystem&, Backdrop&);
 
+    double currentAlpha() const { return fade.currentAlpha(); }
+
     // The port
     void orderFront() override;
     void setAlpha(double alpha) override { fade.setAlpha(alpha); }
@@ -57,6 +59,7 @@ protected:
 private:
     class Curtain;
 
+    void comeUp(bool withKeyboard);
     void place();
     void placeParts();
     void orderTabs();

@@ -19,6 +19,8 @@ public:
     {
     }
 
+    double currentAlpha() const { return alpha; }
+
     void setAlpha(double);
     void animateAlpha(double to, std::chrono::milliseconds, std::function<void()> completion);
 

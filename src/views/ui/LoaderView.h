@@ -22,6 +22,7 @@ public:
     LoaderWidget(const TallowLoaderPanel&, WindowSystem&);
 
     void setAlpha(double);
+    double currentAlpha() const { return alpha; }
     void setOrigin(const Point&);
     void startPulse() { pulse.start(); }
     void stopPulse() { pulse.stop(); }
