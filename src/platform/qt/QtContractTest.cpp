@@ -7,6 +7,7 @@
 #include "platform/qt/QtScreens.h"
 #include "support/OffscreenProgram.h"
 
+#include <QCloseEvent>
 #include <QDialog>
 #include <QPushButton>
 #include <QTemporaryDir>
@@ -112,6 +113,37 @@ private:
     std::optional<OffscreenProgram> program;
     QtScreens screens;
 };
+
+// As the end of the session does, in one go, and from within the loop.
+TEST(QtApplicationTest, EndsWithTheSessionWhateverItsWindowsSay)
+{
+    class Refusing final : public QWidget {
+    public:
+        int asked = 0;
+
+    protected:
+        void closeEvent(QCloseEvent* event) override
+        {
+            ++asked;
+            event->ignore();
+        }
+    };
+    OffscreenProgram program;
+    QtApplication application;
+    Refusing shown;
+    Refusing hidden;
+    shown.show();
+    hidden.show();
+    hidden.hide();
+    QTimer::singleShot(0, qApp, [] {
+        QEvent quit(QEvent::Quit);
+        QCoreApplication::sendEvent(qApp, &quit);
+        EXPECT_TRUE(quit.isAccepted());
+    });
+    QTimer::singleShot(20s, qApp, [] { QCoreApplication::exit(99); });
+    EXPECT_EQ(application.run(), 0);
+    EXPECT_EQ(shown.asked + hidden.asked, 0);
+}
 
 TEST(QtApplicationTest, EndsTheLoopOfADialogToo)
 {

@@ -254,8 +254,11 @@ void AnnotationWindowView::resizeEvent(QResizeEvent*)
     logic.scaleChanged(devicePixelRatioF());
 }
 
+// A window that is not there has nothing to confirm.
 void AnnotationWindowView::closeEvent(QCloseEvent* event)
 {
+    if (!isVisible())
+        return;
     event->ignore();
     logic.closeRequested();
 }
