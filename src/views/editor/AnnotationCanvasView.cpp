@@ -3,6 +3,7 @@
 #include "platform/qt/graphics/QtGraphicsContext.h"
 #include "views/editor/InlineTextEdit.h"
 #include "views/editor/KeyEvents.h"
+#include "views/ui/RoundedPath.h"
 
 #include <QMouseEvent>
 #include <QPainter>
@@ -84,6 +85,10 @@ std::unique_ptr<InlineTextField> AnnotationCanvasView::showTextField(const TextF
 void AnnotationCanvasView::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
+    if (lowerCornerRadius > 0) {
+        painter.setRenderHint(QPainter::Antialiasing); // the clip's edge, too
+        painter.setClipPath(cardBottomPath(rect(), lowerCornerRadius));
+    }
     qt::QtGraphicsContext context(painter, height(), fonts, scaledImages);
     logic.draw(context);
 }

@@ -14,6 +14,10 @@ class AnnotationCanvasView final : public QWidget, public AnnotationCanvasPort {
 public:
     AnnotationCanvasView(AnnotationCanvas&, const qt::GraphicsFonts&, QWidget* parent = nullptr);
 
+    // Paints nothing beyond the round lower corners of a card that it fills the lower part of. In
+    // points; 0, as it is at first: it has all of its rectangle.
+    void setLowerCornerRadius(double radius) { lowerCornerRadius = radius; }
+
     // The port
     void redraw() override { update(); }
     void setCursor(CanvasCursor) override;
@@ -35,6 +39,7 @@ private:
     AnnotationCanvas& logic;
     const qt::GraphicsFonts fonts;
     qt::ScaledImageCache scaledImages;
+    double lowerCornerRadius = 0;
 };
 
 } // namespace tallowbay::views

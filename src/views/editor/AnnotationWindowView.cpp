@@ -199,6 +199,7 @@ std::unique_ptr<AnnotationCanvasPort> AnnotationWindowView::makeCanvasView(Annot
 {
     auto view = std::make_unique<AnnotationCanvasView>(made, fonts);
     view->setFocusPolicy(Qt::StrongFocus);
+    view->setLowerCornerRadius(canvasCardRadius);
     canvas = view.get();
     canvasCard->setCanvas(canvas);
     orderTabs();

@@ -40,5 +40,25 @@ TEST_F(EditorWindowViewTest, ClosingAHiddenOneDoesNothing)
     EXPECT_TRUE(clipboards.empty());
 }
 
+TEST_F(EditorWindowViewTest, NothingIsDrawnBeyondTheCardsRoundCorners)
+{
+    take("A");
+    open();
+    const QRect card = part<QWidget>("canvasCard").geometry();
+    const QPoint corner = card.bottomLeft() + QPoint(1, -1);
+    const QPoint within = card.bottomLeft() + QPoint(12, -12);
+    const auto seen = [this] { return view().grab().toImage(); };
+    const QImage before = seen();
+    AnnotationCanvas& canvas = window->canvas();
+    const double height = part<QWidget>("canvas").height();
+    canvas.mouseDown({100, height / 2});
+    canvas.mouseDragged({0, 0});
+    canvas.mouseUp({0, 0});
+    settle();
+    const QImage after = seen();
+    EXPECT_EQ(after.pixel(corner), before.pixel(corner));
+    EXPECT_NE(after.pixel(within), before.pixel(within));
+}
+
 } // namespace
 } // namespace tallowbay::views

@@ -21,4 +21,14 @@ inline QPainterPath cardTopPath(const QRectF& card, double radius, double height
     return roundedPath(card, radius) & top;
 }
 
+// A rectangle of which only the lower corners are round.
+inline QPainterPath cardBottomPath(const QRectF& rect, double radius)
+{
+    QPainterPath path;
+    path.setFillRule(Qt::WindingFill);
+    path.addRoundedRect(rect, radius, radius);
+    path.addRect(rect.adjusted(0, 0, 0, -radius));
+    return path;
+}
+
 } // namespace tallowbay::views
