@@ -54,13 +54,13 @@ const AccessibleNode* AccessibleNode::find(
     return nullptr;
 }
 
-AssistiveBus::AssistiveBus(const std::string& sessionBusAddress)
+AssistiveBus::AssistiveBus(const Environment& environment)
     : launcher(std::make_unique<ChildProcess>(
-        std::vector<std::string>{launcherPath, "--launch-immediately"},
-        Environment{{"DBUS_SESSION_BUS_ADDRESS", sessionBusAddress}}))
+        std::vector<std::string>{launcherPath, "--launch-immediately"}, environment))
 {
     const QDBusConnection session = QDBusConnection::connectToBus(
-        QString::fromStdString(sessionBusAddress), QStringLiteral("assistiveSession"));
+        QString::fromStdString(environment.at("DBUS_SESSION_BUS_ADDRESS").value()),
+        QStringLiteral("assistiveSession"));
     QDBusMessage reply;
     const bool answered = waitUntil([&] {
         reply = call(

@@ -13,8 +13,8 @@ class QDBusConnection;
 
 namespace tallowbay::test {
 
-// A control as a screen reader knows it. Of its states, those that tests need, under AT-SPI's names:
-// "checked", "focusable", "focused", "selectable", "selected", "showing".
+// A control as a screen reader knows it. Of its states, those that tests need, under AT-SPI's
+// names: "checked", "focusable", "focused", "selectable", "selected", "showing".
 struct AccessibleNode {
     std::string name;
     std::string description;
@@ -27,11 +27,12 @@ struct AccessibleNode {
     const AccessibleNode* find(const std::string& role, const std::string& name) const;
 };
 
-// The bus of assistive programs on a session bus, with what programs that run there tell of
-// themselves. Throws std::runtime_error if it does not start.
+// The bus of assistive programs of a session, with what programs that run there tell of themselves.
+// Throws std::runtime_error if it does not start.
 class AssistiveBus {
 public:
-    explicit AssistiveBus(const std::string& sessionBusAddress);
+    // The session's bus is in its environment, and so is the folder for the new bus's socket.
+    explicit AssistiveBus(const Environment& session);
     ~AssistiveBus();
 
     // The windows of the program of that name; empty if it tells nothing.

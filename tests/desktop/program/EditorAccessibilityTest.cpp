@@ -45,7 +45,7 @@ protected:
         });
     }
 
-    const AssistiveBus assistive{bus.address()};
+    const AssistiveBus assistive{environment()};
 };
 
 TEST_F(EditorAccessibilityTest, ToolsAndColoursSayWhatTheyAreAndWhichIsChosen)
