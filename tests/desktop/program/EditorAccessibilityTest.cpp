@@ -103,9 +103,11 @@ TEST_F(EditorAccessibilityTest, TheTabKeyComesToEveryControlInTheirOrder)
 TEST_F(EditorAccessibilityTest, NothingThatCanBeUsedIsWithoutAName)
 {
     const AccessibleNode all = window();
-    for (const AccessibleNode* node : all.all())
-        if (node->states.contains("focusable"))
+    for (const AccessibleNode* node : all.all()) {
+        if (node->states.contains("focusable")) {
             EXPECT_NE(node->name, "") << node->role;
+        }
+    }
 }
 
 } // namespace
