@@ -28,7 +28,7 @@ public:
     virtual bool isBeingWritten(const std::filesystem::path&) const = 0;
 
     // At quit: what is being typed joins its screenshot, and every edit comes into its file before
-    // this returns, unless the limit is over before.
+    // this returns, unless the limit is over before. Nothing is told of it any more.
     virtual void finishWriting(std::chrono::milliseconds limit) = 0;
 
     // The next screenshot that is added begins a new group.

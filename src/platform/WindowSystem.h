@@ -41,9 +41,13 @@ public:
     // Holds for the window's next time on the screen.
     virtual void keepOffTaskbar(NativeWindow) = 0;
 
-    // Gives the window, which is shown, the keyboard: the user has just asked for it, in a way that
+    // Gives the window, which is shown, the keyboard. It may be another program's that had it, and
+    // is gone by now: then nothing happens. The user has just asked for it, in a way that
     // the desktop may not know of.
     virtual void activate(NativeWindow) = 0;
+
+    // The window that has the keyboard, of whatever program. 0 if none has, or nobody knows.
+    virtual NativeWindow activeWindow() const = 0;
 
     // What the desktop calls the theme of its windows, such as "Adwaita-dark". Empty if it does not
     // say.

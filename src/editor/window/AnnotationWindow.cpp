@@ -89,6 +89,7 @@ void AnnotationWindow::animateClose()
 {
     closing = true;
     view->setIgnoresMouseEvents(true);
+    view->returnKeyboard(); // now: what is typed during the fade is meant for what lies below
     view->animateAlpha(0, editorFadeOut, lifetime.guard([this] { closed(); }));
 }
 
@@ -128,10 +129,17 @@ void AnnotationWindow::addURL(const std::filesystem::path& url)
     if (std::exchange(strip.pendingDivider, false))
         insertBatchDivider();
     const std::size_t index = strip.addURL(url);
-    view->stripChanged();
+    stripChanged();
     selectThumbnail(index);
     saveSession();
     wantThumbnails();
+}
+
+// What was below the mouse may have moved away from it, and nothing tells of that.
+void AnnotationWindow::stripChanged()
+{
+    hoveredCells.clear();
+    view->stripChanged();
 }
 
 void AnnotationWindow::insertBatchDivider()
@@ -161,6 +169,7 @@ void AnnotationWindow::uncheckAll()
 
 void AnnotationWindow::finishWriting(std::chrono::milliseconds limit)
 {
+    onClipboardUpdate = nullptr; // the pasteboard has been given back
     gestureLost();
     drawing->commitTextIfNeeded();
     saves.finishWriting(limit);
@@ -195,7 +204,7 @@ void AnnotationWindow::removeExpiredURLs(const std::set<std::filesystem::path>& 
     else
         leaveScreenshot();
     strip.remove(paths);
-    view->stripChanged();
+    stripChanged();
     if (strip.empty())
         emptyCanvas();
     else
@@ -218,7 +227,7 @@ void AnnotationWindow::restoreSession()
         SessionStore::clear(fileSystem);
         return;
     }
-    view->stripChanged();
+    stripChanged();
     selectThumbnail(*shown);
     wantThumbnails();
 }
@@ -314,8 +323,8 @@ void AnnotationWindow::toolSelected(int tag)
     drawing->commitTextIfNeeded();
     tool = annotationToolForTag(tag);
     swatchAlpha = tool == AnnotationTool::blur ? 0 : 1; // its mask has no colour
+    view->animateSwatchCard(swatchAlpha, swatchFade); // first: a look finds it on its way
     view->lookAgain();
-    view->animateSwatchCard(swatchAlpha, swatchFade);
 }
 
 void AnnotationWindow::swatchSelected(std::size_t tag)

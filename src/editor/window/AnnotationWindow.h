@@ -133,6 +133,7 @@ private:
 
     void restoreSession();
     void saveSession();
+    void stripChanged();
     void insertBatchDivider();
     void selectThumbnail(std::size_t index);
     void showPicture(Image);

@@ -13,14 +13,18 @@ namespace tallowbay {
 class AnnotationWindowPort : public WindowPort, public AnnotationCanvasHost {
 public:
     // Covers the main screen, in front of everything, and takes the keyboard; the program becomes
-    // the active one. When it goes off the screen, the keyboard returns to the program that had it.
+    // the active one.
     virtual void makeKeyAndOrderFront() = 0;
+
+    // If the window has the keyboard, it returns to the program that had it before; the window may
+    // stay in front.
+    virtual void returnKeyboard() = 0;
 
     // Clicks go to what lies below.
     virtual void setIgnoresMouseEvents(bool) = 0;
 
     // Of everything but the strip, something may have changed: the buttons, the header, the
-    // placeholder, alphas.
+    // placeholder, alphas. They are there at once, but for an alpha that a fade is coming to.
     virtual void lookAgain() = 0;
 
     // From wherever the card's alpha is now.

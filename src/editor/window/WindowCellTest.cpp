@@ -89,6 +89,17 @@ TEST_F(WindowCellTest, KeepsItsBackgroundWhileItIsSelected)
     EXPECT_EQ(cell('A').background, hoveredCellBackground) << "it was lit when it was selected";
 }
 
+TEST_F(WindowCellTest, GoesDarkWhenTheStripMovesBelowTheMouse)
+{
+    take("AB");
+    window->mouseEnteredCell(indexOf('A'));
+    takeAfterPaste("C");
+    EXPECT_EQ(cell('A').background, cellBackground);
+    window->mouseEnteredCell(indexOf('B'));
+    deleteFiles("A");
+    EXPECT_EQ(cell('B').background, cellBackground);
+}
+
 TEST_F(WindowCellTest, KeepsItsIdentityWhenOthersGo)
 {
     take("ABC");

@@ -37,7 +37,7 @@ TEST_F(WindowOpeningTest, FadesOutAndLetsClicksThroughMeanwhile)
     pass(200ms);
     EXPECT_THAT(
         journalOf([this] { window->confirmAndDismiss(); }),
-        ElementsAre("ignore the mouse", "animate to 0 in 150 ms"));
+        ElementsAre("ignore the mouse", "return the keyboard", "animate to 0 in 150 ms"));
     EXPECT_TRUE(window->isClosing());
     pass(149ms);
     EXPECT_TRUE(window->visible());

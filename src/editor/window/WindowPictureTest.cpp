@@ -414,5 +414,30 @@ TEST_F(WindowPictureTest, LeavesAllWorkBehindWhenItGoes)
     EXPECT_FALSE(editor().logic);
 }
 
+// In memory there is the picture on the canvas, and no other.
+TEST_F(WindowPictureTest, GoesWithItsScreenshotOnceItIsSaved)
+{
+    take("AB");
+    click('A');
+    settle();
+    const std::weak_ptr<const Bitmap> picture = window->canvas().backgroundImage();
+    draw();
+    settle();
+    EXPECT_FALSE(picture.expired());
+    click('B');
+    settle();
+    EXPECT_TRUE(picture.expired());
+}
+
+TEST_F(WindowPictureTest, TellsNobodyOfTheTextThatIsSavedAtQuit)
+{
+    take("A");
+    typeText("draft");
+    clipboards.clear();
+    window->finishWriting(std::chrono::seconds(1));
+    EXPECT_THAT(clipboards, IsEmpty());
+    EXPECT_EQ(items().size(), 1u);
+}
+
 } // namespace
 } // namespace tallowbay

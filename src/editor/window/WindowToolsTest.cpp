@@ -78,10 +78,10 @@ TEST_F(WindowToolsTest, FadesTheSwatchesOutForTheBlurAndInForTheOthers)
 {
     take("A");
     window->toolSelected(3);
-    EXPECT_EQ(editor().journal.back(), "swatches to 0 in 150 ms");
+    EXPECT_EQ(editor().journal.back(), "swatches from 1 to 0 in 150 ms");
     EXPECT_EQ(window->swatchCardAlpha(), 0);
     window->toolSelected(1);
-    EXPECT_EQ(editor().journal.back(), "swatches to 1 in 150 ms");
+    EXPECT_EQ(editor().journal.back(), "swatches from 0 to 1 in 150 ms");
     EXPECT_EQ(window->swatchCardAlpha(), 1);
 }
 

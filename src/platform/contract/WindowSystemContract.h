@@ -104,6 +104,15 @@ TYPED_TEST_P(WindowSystemContract, GivesAWindowTheKeyboard)
     EXPECT_TRUE(this->backend.hasKeyboard());
 }
 
+TYPED_TEST_P(WindowSystemContract, KnowsTheWindowThatHasTheKeyboard)
+{
+    this->backend.show();
+    EXPECT_NE(this->windows.activeWindow(), this->window);
+    this->windows.activate(this->window);
+    EXPECT_TRUE(this->backend.hasKeyboard());
+    EXPECT_EQ(this->windows.activeWindow(), this->window);
+}
+
 TYPED_TEST_P(WindowSystemContract, NamesTheThemeOfTheWindowsOnceTheDesktopDoes)
 {
     EXPECT_EQ(this->windows.windowTheme(), "");
@@ -117,6 +126,6 @@ REGISTER_TYPED_TEST_SUITE_P(
     BlursTheRegionThatWasGivenLast, TakesTheWishForBlurBackWithAnEmptyRegion,
     CutsAWindowToTheShapeThatWasGivenLast, LeavesNothingOfAWindowThatIsCutToAnEmptyShape,
     KeepsShapeAndBlurApart, KeepsAWindowOffTheTaskbar, GivesAWindowTheKeyboard,
-    NamesTheThemeOfTheWindowsOnceTheDesktopDoes);
+    KnowsTheWindowThatHasTheKeyboard, NamesTheThemeOfTheWindowsOnceTheDesktopDoes);
 
 } // namespace tallowbay::contract

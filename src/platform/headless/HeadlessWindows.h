@@ -23,6 +23,7 @@ public:
     }
     void keepOffTaskbar(NativeWindow window) override { offTaskbar.insert(window); }
     void activate(NativeWindow window) override { active = window; }
+    NativeWindow activeWindow() const override { return active; }
     std::string windowTheme() const override { return theme; }
 
     bool composes = false;

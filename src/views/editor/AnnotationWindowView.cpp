@@ -146,9 +146,17 @@ void AnnotationWindowView::comeUp(bool withKeyboard)
 
 void AnnotationWindowView::makeKeyAndOrderFront()
 {
+    if (const NativeWindow active = windows.activeWindow(); active != winId())
+        keyboardBefore = active;
     comeUp(true);
     activateWindow();
     windows.activate(winId());
+}
+
+void AnnotationWindowView::returnKeyboard()
+{
+    if (isActiveWindow() && keyboardBefore != 0)
+        windows.activate(keyboardBefore);
 }
 
 void AnnotationWindowView::close()

@@ -37,6 +37,7 @@ public:
     }
     void close() override;
     void makeKeyAndOrderFront() override;
+    void returnKeyboard() override;
     void setIgnoresMouseEvents(bool) override;
     void lookAgain() override;
     void animateSwatchCard(double alpha, std::chrono::milliseconds duration) override
@@ -79,6 +80,7 @@ private:
     StripView* const strip;
     Curtain* const curtain;
     QWidget* canvas = nullptr;
+    NativeWindow keyboardBefore = 0; // the window that had it
     Fade fade{*this, [this](double alpha) { applyAlpha(alpha); }};
 };
 

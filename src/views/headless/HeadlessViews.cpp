@@ -142,18 +142,24 @@ public:
         record->onScreen = true;
         record->journal.emplace_back("key and front");
     }
+    void returnKeyboard() override { record->journal.emplace_back("return the keyboard"); }
     void setIgnoresMouseEvents(bool ignores) override
     {
         record->ignoresMouseEvents = ignores;
         record->journal.emplace_back(ignores ? "ignore the mouse" : "hear the mouse");
     }
-    void lookAgain() override { ++record->looks; }
+    void lookAgain() override
+    {
+        ++record->looks;
+        record->swatchCardAlpha = record->logic->swatchCardAlpha();
+    }
     void animateSwatchCard(double alpha, std::chrono::milliseconds duration) override
     {
-        record->swatchCardAlpha = alpha;
+        const auto whole = [](double value) { return std::to_string(static_cast<int>(value)); };
         record->journal.push_back(
-            "swatches to " + std::to_string(static_cast<int>(alpha)) + " in "
+            "swatches from " + whole(record->swatchCardAlpha) + " to " + whole(alpha) + " in "
             + std::to_string(duration.count()) + " ms");
+        record->swatchCardAlpha = alpha;
     }
     void stripChanged() override { ++record->stripChanges; }
     void cellChanged(std::size_t index) override { record->changedCells.push_back(index); }

@@ -46,7 +46,7 @@ struct EditorRecord : WindowRecord {
     AnnotationWindow* logic = nullptr; // null once it is gone
     CanvasRecord canvas;
     bool ignoresMouseEvents = false;
-    double swatchCardAlpha = 0; // what it was last animated to
+    double swatchCardAlpha = 0; // what it has now, or is animated to
     int looks = 0; // times that it was asked to look again
     std::vector<std::size_t> changedCells; // in their order, with repetitions
     int stripChanges = 0;

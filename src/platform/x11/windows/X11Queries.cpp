@@ -158,6 +158,13 @@ xcb_window_t X11Queries::windowAt(int x, int y) const
     return found;
 }
 
+xcb_window_t X11Queries::focusedWindow() const
+{
+    const auto reply =
+        owned(xcb_get_input_focus_reply(server, xcb_get_input_focus(server), nullptr));
+    return reply && reply->focus != XCB_INPUT_FOCUS_POINTER_ROOT ? reply->focus : XCB_NONE;
+}
+
 int X11Queries::widthOf(xcb_window_t window) const
 {
     const auto reply =

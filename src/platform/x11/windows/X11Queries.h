@@ -62,6 +62,9 @@ public:
     // The innermost window at a place of the desktop; the root if there is no other.
     xcb_window_t windowAt(int x, int y) const;
 
+    // The window that the server sends keys to; 0 if there is none, or it is no certain one.
+    xcb_window_t focusedWindow() const;
+
     int widthOf(xcb_window_t) const;
 
     // Whether it is a window of this connection.

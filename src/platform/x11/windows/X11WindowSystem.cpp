@@ -90,6 +90,14 @@ void X11WindowSystem::activate(NativeWindow window)
     xcb_flush(server);
 }
 
+NativeWindow X11WindowSystem::activeWindow() const
+{
+    if (!queries.has(queries.root(), "_NET_SUPPORTING_WM_CHECK"))
+        return queries.focusedWindow();
+    const auto active = queries.values(queries.root(), "_NET_ACTIVE_WINDOW");
+    return active.empty() ? 0 : active.front();
+}
+
 // By the settings that GTK desktops publish.
 std::string X11WindowSystem::windowTheme() const
 {

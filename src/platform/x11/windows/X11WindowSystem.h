@@ -17,6 +17,7 @@ public:
     void cutToShape(NativeWindow, const PixelRegion&) override;
     void keepOffTaskbar(NativeWindow) override;
     void activate(NativeWindow) override;
+    NativeWindow activeWindow() const override;
     std::string windowTheme() const override;
 
 private:
