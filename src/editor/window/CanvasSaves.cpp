@@ -28,11 +28,13 @@ CanvasSaves::CanvasSaves(
 
 void CanvasSaves::show(const ScreenshotRecord& record, PictureLoader::Answer answer)
 {
+    newest.reset(); // it holds a picture, and none that comes will be the same
     pictures.load(record.url, std::move(answer));
 }
 
 void CanvasSaves::showNothing()
 {
+    newest.reset();
     pictures.forget();
 }
 
