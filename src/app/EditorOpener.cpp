@@ -28,7 +28,10 @@ EditorOpener::EditorOpener(
     saver.onWritten = [this](const auto& url, bool succeeded) { editWritten(url, succeeded); };
 }
 
-EditorOpener::~EditorOpener() = default;
+EditorOpener::~EditorOpener()
+{
+    slot.empty();
+}
 
 void EditorOpener::openAnnotationWindow(bool showSettings)
 {
@@ -90,6 +93,7 @@ void EditorOpener::showLoader()
 
 void EditorOpener::hideTallowLoader()
 {
+    tallowLoaderTimer = {};
     if (!tallowLoader)
         return;
     leavingLoaders.push_back(std::move(tallowLoader));

@@ -50,6 +50,7 @@ private:
     AnnotationSaver saver;
     std::unique_ptr<AnnotationWindow> annotationWindow;
     std::unique_ptr<TallowLoaderPanel> tallowLoader;
+    Subscription tallowLoaderTimer; // for a loader that would end by itself; none does so far
     std::list<std::unique_ptr<TallowLoaderPanel>> leavingLoaders; // fading out
     bool building = false;
     bool settingsWanted = false; // by those who asked while it was being built

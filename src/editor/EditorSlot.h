@@ -13,8 +13,11 @@ public:
     // Null while there is no editor.
     EditorStrip* strip() const { return editor; }
 
-    // The editor outlives the slot's users. A later one takes the place of an earlier.
+    // A later one takes the place of an earlier.
     void fill(EditorStrip& opened) { editor = &opened; }
+
+    // Before the editor goes.
+    void empty() { editor = nullptr; }
 
 private:
     EditorStrip* editor = nullptr;
