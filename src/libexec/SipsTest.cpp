@@ -1,5 +1,6 @@
 // Runs the executable itself: its command line is its interface.
 
+#include <QColorSpace>
 #include <QDir>
 #include <QFile>
 #include <QImage>
@@ -64,6 +65,15 @@ protected:
     }
 
     QByteArray formatOf(const QString& name) const { return QImageReader::imageFormat(path(name)); }
+
+    // As other programs write it, behind the head.
+    void insertGamma(const QString& name, const char* chunk) const
+    {
+        QByteArray content = bytes(name);
+        write(name, content.insert(33, QByteArray::fromHex(chunk)));
+    }
+    static constexpr auto gammaOfSrgb = "0000000467414d410000b18f0bfc6105";
+    static constexpr auto linearGamma = "0000000467414d41000186a031e8965f";
 
     void expectRefused(const QString& input)
     {
@@ -144,6 +154,26 @@ TEST_F(SipsTest, KeepsTransparency)
     EXPECT_EQ(resample(1400, "in.png", "out.png"), 0);
     EXPECT_EQ(qAlpha(result("out.png").pixel(700, 350)), 128);
     EXPECT_NEAR(qRed(result("out.png").pixel(700, 350)), 200, 2);
+}
+
+// Bug: the gamma came out as a profile, by which dark tones are darker than in every other program.
+TEST_F(SipsTest, TakesAGammaOf22ForSrgb)
+{
+    for (const auto format : {QImage::Format_RGB32, QImage::Format_Grayscale8}) {
+        pattern(2000, 1000).convertToFormat(format).save(path("in.png"));
+        EXPECT_EQ(resample(1400, "in.png", "plain.png"), 0);
+        insertGamma("in.png", gammaOfSrgb);
+        EXPECT_EQ(resample(1400, "in.png", "out.png"), 0);
+        EXPECT_TRUE(bytes("out.png") == bytes("plain.png")) << format;
+    }
+}
+
+TEST_F(SipsTest, KeepsEveryOtherGamma)
+{
+    pattern(2000, 1000).save(path("in.png"));
+    insertGamma("in.png", linearGamma);
+    EXPECT_EQ(resample(1400, "in.png", "out.png"), 0);
+    EXPECT_NEAR(result("out.png").colorSpace().gamma(), 1, 0.01F);
 }
 
 // Orientation 6: the picture is stored lying on its side.

@@ -5,7 +5,10 @@
 // complete or untouched; it may be the same file as IN. Ends with status 0 exactly if OUT was
 // written.
 
+#include "platform/qt/graphics/ImageFileStructure.h"
+
 #include <QBuffer>
+#include <QColorSpace>
 #include <QCoreApplication>
 #include <QFile>
 #include <QImageReader>
@@ -16,6 +19,7 @@
 #include <cstdio>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 namespace {
 
@@ -71,6 +75,11 @@ bool isCutOff(const QByteArray& format, const QByteArray& content)
     return format == "jpeg" && content.lastIndexOf("\xff\xd9") < content.lastIndexOf("\xff\xda");
 }
 
+std::string_view textOf(const QByteArray& content)
+{
+    return {content.data(), static_cast<std::size_t>(content.size())};
+}
+
 struct Picture {
     QByteArray format;
     QImage image;
@@ -89,6 +98,10 @@ Picture decoded(const QByteArray& content)
         throw Failure(reader.errorString().toStdString());
     if (isCutOff(picture.format, content))
         throw Failure("the file is cut off");
+    // Else the writer makes a profile of the gamma, by which dark tones come out darker than they
+    // were. Without any, a picture is sRGB.
+    if (picture.format == "png" && tallowbay::qt::isSrgbByItsGamma(textOf(content)))
+        picture.image.setColorSpace({});
     return picture;
 }
 
