@@ -15,6 +15,7 @@ SwatchButton::SwatchButton(const QString& name, const QColor& color, QWidget* pa
 {
     setFixedSize(static_cast<int>(swatchSide), static_cast<int>(swatchSide));
     setCheckable(true);
+    setLitFromAbove();
     setToolTip(name);
 }
 

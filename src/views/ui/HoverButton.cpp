@@ -52,10 +52,13 @@ void HoverButton::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    paintLight(painter, background);
+    const auto light = look.background(hovered);
+    const QColor ground = light ? qt::qtColor(*light) : background;
+    if (!litFromAbove)
+        paintLight(painter, ground);
     paintContent(painter);
-    if (const auto light = look.background(hovered))
-        paintLight(painter, qt::qtColor(*light));
+    if (litFromAbove)
+        paintLight(painter, ground);
     if (hasFocus())
         paintFocus(painter);
 }
@@ -85,13 +88,26 @@ void HoverButton::paintFocus(QPainter& painter)
 
 void HoverButton::enterEvent(QEnterEvent*)
 {
-    hovered = isActiveWindow();
-    update();
+    setHovered(isActiveWindow());
 }
 
 void HoverButton::leaveEvent(QEvent*)
 {
-    hovered = false;
+    setHovered(false);
+}
+
+bool HoverButton::event(QEvent* event)
+{
+    if (event->type() == QEvent::WindowActivate)
+        setHovered(underMouse());
+    else if (event->type() == QEvent::WindowDeactivate)
+        setHovered(false);
+    return QAbstractButton::event(event);
+}
+
+void HoverButton::setHovered(bool is)
+{
+    hovered = is;
     update();
 }
 
