@@ -42,6 +42,7 @@ TEST_F(EditorWindowViewTest, ClosingAHiddenOneDoesNothing)
 
 TEST_F(EditorWindowViewTest, NothingIsDrawnBeyondTheCardsRoundCorners)
 {
+    windowSystem.composes = true;
     take("A");
     open();
     const QRect card = part<QWidget>("canvasCard").geometry();

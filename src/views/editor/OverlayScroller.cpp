@@ -106,6 +106,8 @@ void OverlayScroller::mousePressEvent(QMouseEvent* event)
 
 void OverlayScroller::mouseMoveEvent(QMouseEvent* event)
 {
+    if (!(event->buttons() & Qt::LeftButton)) // let go where nobody told us
+        endDrag();
     if (!dragging || !onScrolled)
         return;
     const double way = width() - 2 * margin - knob().width();
@@ -113,10 +115,23 @@ void OverlayScroller::mouseMoveEvent(QMouseEvent* event)
     onScrolled(part * (whole - visible));
 }
 
-void OverlayScroller::mouseReleaseEvent(QMouseEvent*)
+void OverlayScroller::mouseReleaseEvent(QMouseEvent* event)
 {
-    dragging = false;
-    flash();
+    if (event->button() == Qt::LeftButton)
+        endDrag();
+}
+
+bool OverlayScroller::event(QEvent* event)
+{
+    if (event->type() == QEvent::WindowDeactivate)
+        endDrag();
+    return QWidget::event(event);
+}
+
+void OverlayScroller::endDrag()
+{
+    if (std::exchange(dragging, false))
+        flash();
 }
 
 void OverlayScroller::hideEvent(QHideEvent*)

@@ -31,11 +31,13 @@ protected:
     void mouseMoveEvent(QMouseEvent*) override;
     void mouseReleaseEvent(QMouseEvent*) override;
     void hideEvent(QHideEvent*) override;
+    bool event(QEvent*) override;
 
 private:
     bool isNeeded() const { return whole > visible; }
     QRectF knob() const;
     void fadeTo(double opacity);
+    void endDrag();
 
     double offset = 0;
     double visible = 1;

@@ -9,6 +9,7 @@
 #include <QPainter>
 #include <QWheelEvent>
 
+#include <algorithm>
 #include <cmath>
 
 namespace tallowbay::views {
@@ -144,14 +145,19 @@ void StripView::cellChanged(std::size_t index)
     if (!cell)
         return;
     cell->update();
-    updateFocusRings();
+    updateFocusRing(*cell);
     tellAssistivePrograms(*cell);
 }
 
 void StripView::updateFocusRings()
 {
     for (CellView* cell : shownCells)
-        cell->setFocusRing(hasFocus() && cell->index() == logic.selectedIndex());
+        updateFocusRing(*cell);
+}
+
+void StripView::updateFocusRing(CellView& cell)
+{
+    cell.setFocusRing(hasFocus() && cell.index() == logic.selectedIndex());
 }
 
 // Where it is scrolled to
@@ -229,9 +235,15 @@ void StripView::resizeEvent(QResizeEvent*)
     scroller->setGeometry(0, height() - scrollerHeight, width(), scrollerHeight);
     scroller->raise();
     scrollTo(offset);
+    scrollToSelected();
 }
 
 void StripView::showEvent(QShowEvent*)
+{
+    scrollToSelected();
+}
+
+void StripView::scrollToSelected()
 {
     if (logic.count() > 0)
         scrollToVisible(logic.selectedIndex());
@@ -243,6 +255,18 @@ void StripView::hideEvent(QHideEvent*)
         glide.stop();
         scrollTo(glide.endValue().toDouble());
     }
+    gestureLost();
+}
+
+bool StripView::event(QEvent* event)
+{
+    if (event->type() == QEvent::WindowDeactivate)
+        gestureLost();
+    return QWidget::event(event);
+}
+
+void StripView::gestureLost()
+{
     pressed = dragging = false;
 }
 
@@ -272,7 +296,7 @@ void StripView::mousePressEvent(QMouseEvent* event)
     glide.stop();
     pressed = true;
     dragging = false;
-    pressedAt = event->position().toPoint();
+    takePress(event->position().toPoint());
     offsetAtPress = offset;
     lastX = pressedAt.x();
     velocity = 0;
@@ -281,6 +305,8 @@ void StripView::mousePressEvent(QMouseEvent* event)
 
 void StripView::mouseMoveEvent(QMouseEvent* event)
 {
+    if (!(event->buttons() & Qt::LeftButton)) // let go where nobody told us
+        gestureLost();
     if (!pressed)
         return;
     const double x = event->position().x();
@@ -301,7 +327,7 @@ void StripView::mouseReleaseEvent(QMouseEvent* event)
         return;
     if (std::exchange(dragging, false))
         return letGo();
-    clickAt(event->position().toPoint());
+    click();
 }
 
 void StripView::letGo()
@@ -311,23 +337,30 @@ void StripView::letGo()
         glideTo(offset + velocity * coasting);
 }
 
-CellView* StripView::cellAt(const QPoint& point) const
+// It is the screenshot under the press that is meant, wherever it is now, or whether it still is.
+void StripView::takePress(const QPoint& point)
 {
-    for (CellView* cell : shownCells)
-        if (QRect(cell->mapTo(this, QPoint()), cell->size()).contains(point))
-            return cell;
-    return nullptr;
+    pressedAt = point;
+    pressedCell.reset();
+    for (const CellView* cell : shownCells) {
+        const QPoint inCell = cell->mapFrom(this, point);
+        if (!cell->rect().contains(inCell))
+            continue;
+        pressedCell = cell->cell().id;
+        checkboxPressed = CellView::checkboxRect().contains(inCell);
+    }
 }
 
-void StripView::clickAt(const QPoint& point)
+void StripView::click()
 {
-    CellView* const cell = cellAt(point);
-    if (!cell || cell != cellAt(pressedAt))
+    const auto isMeant = [this](const CellView* cell) { return cell->cell().id == pressedCell; };
+    const auto found = std::ranges::find_if(shownCells, isMeant);
+    if (found == shownCells.end())
         return;
-    if (CellView::checkboxRect().contains(cell->mapFrom(this, point)))
-        cell->toggle();
+    if (checkboxPressed)
+        (*found)->toggle();
     else
-        cell->press();
+        (*found)->press();
 }
 
 // Keyboard
@@ -343,8 +376,7 @@ void StripView::keyPressEvent(QKeyEvent* event)
 void StripView::focusInEvent(QFocusEvent*)
 {
     updateFocusRings();
-    if (logic.count() > 0)
-        scrollToVisible(logic.selectedIndex());
+    scrollToSelected();
 }
 
 void StripView::focusOutEvent(QFocusEvent*)

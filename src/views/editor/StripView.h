@@ -7,6 +7,8 @@
 #include <QVariantAnimation>
 #include <QWidget>
 
+#include <cstdint>
+#include <optional>
 #include <vector>
 
 namespace tallowbay::views {
@@ -34,6 +36,7 @@ protected:
     void resizeEvent(QResizeEvent*) override;
     void showEvent(QShowEvent*) override;
     void hideEvent(QHideEvent*) override;
+    bool event(QEvent*) override;
     void wheelEvent(QWheelEvent*) override;
     void mousePressEvent(QMouseEvent*) override;
     void mouseMoveEvent(QMouseEvent*) override;
@@ -49,14 +52,17 @@ private:
     void showDividers(std::size_t count);
     void arrange();
     CellView* cellOf(std::size_t index) const;
-    CellView* cellAt(const QPoint&) const;
-    void clickAt(const QPoint&);
+    void takePress(const QPoint&);
+    void click();
     double furthest() const; // offset
     void scrollTo(double offset);
     void glideTo(double offset);
+    void scrollToSelected();
     double restingOffset() const; // where it comes to when it glides
     void letGo();
+    void gestureLost();
     void updateFocusRings();
+    void updateFocusRing(CellView&);
 
     AnnotationWindow& logic;
     QWidget* const content;
@@ -67,6 +73,8 @@ private:
     double offset = 0; // of what is leftmost, in points of the content
     QVariantAnimation glide;
     QPoint pressedAt;
+    std::optional<std::uint64_t> pressedCell; // its screenshot's id: it may move meanwhile
+    bool checkboxPressed = false;
     double offsetAtPress = 0;
     bool pressed = false;
     bool dragging = false;
