@@ -197,12 +197,11 @@ void AnnotationWindow::removeExpiredURLs(const std::set<std::filesystem::path>& 
     const auto expired = [&](const ScreenshotRecord& record) { return paths.contains(record.url); };
     if (std::ranges::none_of(strip.screenshots(), expired))
         return;
-    const std::filesystem::path shown = strip.at(selected).url;
-    bool wasOwed = false;
-    if (paths.contains(shown))
-        wasOwed = abandonScreenshot();
+    if (expired(strip.at(selected)))
+        abandonScreenshot();
     else
         leaveScreenshot();
+    const auto abandoned = saves.abandon(paths);
     strip.remove(paths);
     stripChanged();
     if (strip.empty())
@@ -212,8 +211,8 @@ void AnnotationWindow::removeExpiredURLs(const std::set<std::filesystem::path>& 
     saveSession();
     republishClipboard();
     wantThumbnails();
-    if (wasOwed)
-        writeEnded(shown, true); // nothing of it is on the clipboard any more
+    for (const auto& url : abandoned)
+        writeEnded(url, true); // nothing of it is on the clipboard any more
 }
 
 void AnnotationWindow::restoreSession()
@@ -295,11 +294,10 @@ void AnnotationWindow::leaveScreenshot()
 }
 
 // Its file is gone, and nothing may bring it back. True if an edit of it was still to be saved.
-bool AnnotationWindow::abandonScreenshot()
+void AnnotationWindow::abandonScreenshot()
 {
     drawing->setBackgroundImage(nullptr);
     drawing->abandonText();
-    return saves.abandon();
 }
 
 void AnnotationWindow::writeEnded(const std::filesystem::path& url, bool succeeded)

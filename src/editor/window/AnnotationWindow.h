@@ -139,7 +139,7 @@ private:
     void showPicture(Image);
     void emptyCanvas();
     void leaveScreenshot();
-    bool abandonScreenshot();
+    void abandonScreenshot();
     void writeEnded(const std::filesystem::path&, bool succeeded);
     void edited(bool changed);
     void republishClipboard();

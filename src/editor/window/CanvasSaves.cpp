@@ -103,9 +103,19 @@ void CanvasSaves::fileWritten(const std::filesystem::path& url, bool succeeded)
         newest.reset();
 }
 
-bool CanvasSaves::abandon()
+std::set<std::filesystem::path> CanvasSaves::abandon(const std::set<std::filesystem::path>& urls)
 {
-    return std::exchange(owed, std::nullopt).has_value();
+    std::set<std::filesystem::path> abandoned;
+    const auto isAbandoned = [&](const EditedScreenshot& edited) {
+        if (!urls.contains(edited.url))
+            return false;
+        abandoned.insert(edited.url);
+        return true;
+    };
+    if (owed && isAbandoned(*owed))
+        owed.reset();
+    std::erase_if(beside, [&](const auto& each) { return isAbandoned(each.second); });
+    return abandoned;
 }
 
 bool CanvasSaves::isBeingWritten(const std::filesystem::path& url) const

@@ -10,6 +10,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <set>
 
 namespace tallowbay {
 
@@ -44,8 +45,8 @@ public:
     // The saver has come to the end of a file.
     void fileWritten(const std::filesystem::path&, bool succeeded);
 
-    // The record goes, and its file is left as it is. True if an edit was owed.
-    bool abandon();
+    // These files are left as they are. Returns those for which an edit was owed.
+    std::set<std::filesystem::path> abandon(const std::set<std::filesystem::path>&);
 
     bool isBeingWritten(const std::filesystem::path&) const;
 

@@ -287,6 +287,20 @@ TEST_F(WindowPictureTest, TellsThatAnEditIsLostWhosePictureCannotBeReadLater)
     EXPECT_THAT(writesEnded, ElementsAre(false));
 }
 
+TEST_F(WindowPictureTest, BringsNoScreenshotBackThatWasLeftAndIsRemoved)
+{
+    returnToEdited();
+    window->undoAnnotation();
+    window->redoAnnotation();
+    click('B');
+    const auto before = flattened().size();
+    window->removeExpiredURLs({file('A')});
+    EXPECT_THAT(writesEnded, ElementsAre(true));
+    EXPECT_FALSE(window->isBeingWritten(file('A')));
+    settle();
+    EXPECT_EQ(flattened().size(), before);
+}
+
 TEST_F(WindowPictureTest, TellsThatNothingIsOwedForAScreenshotThatIsRemoved)
 {
     returnToEdited();
