@@ -68,12 +68,13 @@ function(tallowbay_helper name)
 endfunction()
 
 # tallowbay_test(NAME SOURCES ... [DEPENDS ...] [PROGRAMS [MACRO=]target ...]
-#   [LABEL unit|desktop] [TIMEOUT seconds] [THREADS])
+#   [LABEL unit|desktop] [TIMEOUT seconds] [THREADS] [LONG])
 # One GoogleTest program; every test in it is a test of CTest, too. With a sanitizer, which takes a
 # process more time to start than most tests do to run, the program is one test. The programs of a label
 # together are the target "unit_tests" or "desktop_tests". None is made without BUILD_TESTING. PROGRAMS
 # are those that the tests start; a macro says where one lies. THREADS marks those that are worth a
-# run under ThreadSanitizer: the target "thread_tests", and a label that -L threads finds, too.
+# run under ThreadSanitizer: the target "thread_tests", and a label that -L threads finds, too. LONG
+# ones begin before the others, so that none of them is left alone at the end.
 add_custom_target(unit_tests)
 add_custom_target(desktop_tests)
 add_custom_target(thread_tests)
@@ -81,7 +82,7 @@ function(tallowbay_test name)
   if(NOT BUILD_TESTING)
     return()
   endif()
-  cmake_parse_arguments(PARSE_ARGV 1 arg "THREADS" "LABEL;TIMEOUT" "SOURCES;DEPENDS;PROGRAMS")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "THREADS;LONG" "LABEL;TIMEOUT" "SOURCES;DEPENDS;PROGRAMS")
   if(NOT arg_LABEL)
     set(arg_LABEL unit)
   endif()
@@ -111,6 +112,9 @@ function(tallowbay_test name)
   endif()
   if(TALLOWBAY_SANITIZE)
     add_test(NAME ${name} COMMAND ${name}_test)
+    if(arg_LONG)
+      set_tests_properties(${name} PROPERTIES COST 100)
+    endif()
     set_tests_properties(${name} PROPERTIES LABELS ${arg_LABEL} TIMEOUT 600
       ENVIRONMENT "GTEST_OUTPUT=xml:${CMAKE_BINARY_DIR}/reports/${name}.xml")
   else()
