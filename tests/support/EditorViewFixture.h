@@ -15,7 +15,8 @@ namespace tallowbay::test {
 // of EditorTest. The time of the logic is virtual, that of the animations is real.
 class EditorViewTest : private OffscreenProgram, public EditorTest {
 protected:
-    EditorViewTest()
+    explicit EditorViewTest(const QByteArray& platform = "offscreen")
+        : OffscreenProgram(platform)
     {
         views::makeEditorAccessible();
         window = std::make_unique<AnnotationWindow>(desktop.platform(), qtViews, saver, toasts);

@@ -19,6 +19,8 @@ namespace tallowbay::views {
 
 namespace {
 
+constexpr auto compositionLookInterval = std::chrono::milliseconds(200);
+
 // What a person does to the window; the mouse's passing over it is nothing of that kind.
 bool isInput(QEvent::Type type)
 {
@@ -100,13 +102,21 @@ AnnotationWindowView::AnnotationWindowView(
     winId();
     windowHandle()->installEventFilter(this);
     followScreens();
+    followComposition();
 }
 
 // Window
 
+// A window manager moves no window that fills a screen.
 void AnnotationWindowView::place()
 {
-    setGeometry(qt::desktopRect(logic.frame()));
+    const QRect wanted = qt::desktopRect(logic.frame());
+    const bool fillsAnother = isVisible() && isFullScreen() && geometry() != wanted;
+    if (fillsAnother)
+        setWindowState(windowState() & ~Qt::WindowFullScreen);
+    setGeometry(wanted);
+    if (fillsAnother)
+        setWindowState(windowState() | Qt::WindowFullScreen);
 }
 
 void AnnotationWindowView::followScreens()
@@ -119,10 +129,30 @@ void AnnotationWindowView::followScreens()
     connect(qApp, &QGuiApplication::screenRemoved, this, follow, Qt::QueuedConnection);
     const auto followScreen = [this, follow](QScreen* screen) {
         connect(screen, &QScreen::geometryChanged, this, follow);
+        connect(screen, &QScreen::logicalDotsPerInchChanged, this, [this] { scaleChanged(); });
     };
     for (QScreen* screen : QGuiApplication::screens())
         followScreen(screen);
     connect(qApp, &QGuiApplication::screenAdded, this, followScreen);
+    connect(windowHandle(), &QWindow::screenChanged, this, [this] { scaleChanged(); });
+}
+
+// Nobody tells. While it is open, it asks now and then.
+void AnnotationWindowView::followComposition()
+{
+    connect(&compositionLook, &QTimer::timeout, this, [this] {
+        if (backdrop.compositionChanged())
+            backdropChanged();
+    });
+}
+
+// Also without another size in points, all pixels are others.
+void AnnotationWindowView::scaleChanged()
+{
+    backdropChanged();
+    for (QWidget* part : findChildren<QWidget*>())
+        part->update();
+    logic.scaleChanged(devicePixelRatioF());
 }
 
 void AnnotationWindowView::orderFront()
@@ -142,6 +172,7 @@ void AnnotationWindowView::comeUp(bool withKeyboard)
     setWindowState(Qt::WindowFullScreen); // showFullScreen() would take the keyboard, too
     show();
     raise();
+    compositionLook.start(compositionLookInterval);
 }
 
 void AnnotationWindowView::makeKeyAndOrderFront()
@@ -162,6 +193,7 @@ void AnnotationWindowView::returnKeyboard()
 void AnnotationWindowView::close()
 {
     hide();
+    compositionLook.stop();
     backdrop.forget();
     backdropChanged();
 }

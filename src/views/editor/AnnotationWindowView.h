@@ -10,6 +10,7 @@
 #include "views/ui/Backdrop.h"
 #include "views/ui/Fade.h"
 
+#include <QTimer>
 #include <QWidget>
 
 namespace tallowbay::views {
@@ -65,10 +66,12 @@ private:
     void placeParts();
     void orderTabs();
     void backdropChanged();
+    void scaleChanged();
     void askForBlur();
     void applyAlpha(double);
     void activeChanged(bool isActive);
     void followScreens();
+    void followComposition();
 
     AnnotationWindow& logic;
     WindowSystem& windows;
@@ -80,6 +83,7 @@ private:
     StripView* const strip;
     Curtain* const curtain;
     QWidget* canvas = nullptr;
+    QTimer compositionLook;
     NativeWindow keyboardBefore = 0; // the window that had it
     Fade fade{*this, [this](double alpha) { applyAlpha(alpha); }};
 };

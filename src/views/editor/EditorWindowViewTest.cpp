@@ -1,6 +1,9 @@
 #include "support/EditorViewFixture.h"
 
 #include <QCloseEvent>
+#include <QScreen>
+#include <QTemporaryDir>
+#include <QWindow>
 
 namespace tallowbay::views {
 namespace {
@@ -59,6 +62,64 @@ TEST_F(EditorWindowViewTest, NothingIsDrawnBeyondTheCardsRoundCorners)
     const QImage after = seen();
     EXPECT_EQ(after.pixel(corner), before.pixel(corner));
     EXPECT_NE(after.pixel(within), before.pixel(within));
+}
+
+TEST_F(EditorWindowViewTest, HasAGroundWhenComposingEndsUnderIt)
+{
+    windowSystem.composes = true;
+    take("A");
+    open();
+    const auto groundAlpha = [this] { return qAlpha(view().grab().toImage().pixel(2, 2)); };
+    EXPECT_LT(groundAlpha(), 100) << "the desktop shines through";
+    windowSystem.composes = false;
+    EXPECT_TRUE(runUntil([&] { return groundAlpha() == 255; }));
+    EXPECT_EQ(qAlpha(view().grab().toImage().pixel(view().rect().center())), 255);
+    windowSystem.composes = true;
+    EXPECT_TRUE(runUntil([&] { return groundAlpha() < 100; }));
+}
+
+// A screen of pixels as they are, and beside it one of half the size in the same points.
+class EditorScaleTest : public test::EditorViewTest {
+protected:
+    EditorScaleTest()
+        : EditorViewTest("offscreen:configfile=" + configuration())
+    {
+    }
+
+    // The pixels that the window's glass blurs.
+    int blurredWidth()
+    {
+        int right = 0;
+        for (const PixelRect& part : windowSystem.blurred[view().winId()])
+            right = std::max(right, part.x + part.width);
+        return right;
+    }
+
+private:
+    static QByteArray configuration()
+    {
+        static QTemporaryDir folder;
+        QFile file(folder.filePath(QStringLiteral("screens.json")));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(R"({"screens": [
+            {"name": "coarse", "x": 0, "y": 0, "width": 1000, "height": 700, "dpr": 1},
+            {"name": "fine", "x": 1000, "y": 0, "width": 2000, "height": 1400, "dpr": 2}]})");
+        return file.fileName().toLocal8Bit();
+    }
+};
+
+TEST_F(EditorScaleTest, FollowsAnotherScaleWithoutAnotherSize)
+{
+    windowSystem.composes = windowSystem.blurs = true;
+    take("A");
+    open();
+    const QSize size = view().size();
+    const int before = blurredWidth();
+    view().windowHandle()->setScreen(QGuiApplication::screens().back());
+    settle();
+    ASSERT_EQ(view().devicePixelRatioF(), 2);
+    ASSERT_EQ(view().size(), size);
+    EXPECT_NEAR(blurredWidth(), 2 * before, 2);
 }
 
 } // namespace

@@ -57,6 +57,15 @@ void Backdrop::lookAhead()
     lookedAhead = true;
 }
 
+bool Backdrop::compositionChanged()
+{
+    const bool composes = windows.composesWindows();
+    if (std::exchange(composed, composes) == composes)
+        return false;
+    blurred = composed && windows.blursBehind();
+    return true;
+}
+
 void Backdrop::forget()
 {
     desktop = {};

@@ -31,6 +31,10 @@ public:
     // As look(), before something else of ours is shown for a moment: the next look is spared.
     void lookAhead();
 
+    // Whether windows are composed now and were not, or the other way round; what is painted then
+    // is another. Without a picture of the desktop, which is hidden by now, the ground is dark.
+    bool compositionChanged();
+
     // Frees the pictures.
     void forget();
 

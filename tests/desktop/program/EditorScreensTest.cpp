@@ -70,6 +70,49 @@ TEST_P(EditorScreensTest, StaysOnTheMainScreenWhenAnotherComesAndGoes)
     EXPECT_TRUE(editor.waitUntilGone());
 }
 
+TEST_P(EditorScreensTest, MovesWhenAnotherScreenBecomesTheMainOne)
+{
+    xrandr({"--setmonitor", "*left", "700/200x800/200+0+0", "screen"});
+    xrandr({"--setmonitor", "right", "580/180x800/200+700+0", "none"});
+    launch();
+    takeScreenshots(1);
+    openEditor();
+    const auto covers = [this](const std::string& place) {
+        const std::string id =
+            server.run({"xdotool", "search", "--onlyvisible", "--name", "^Tallowbay$"}).output;
+        return server.run({"xdotool", "getwindowgeometry", "--shell", id.substr(0, id.find('\n'))})
+                   .output.find(place)
+            != std::string::npos;
+    };
+    ASSERT_TRUE(waitUntil([&] { return covers("X=0\nY=0\nWIDTH=700\nHEIGHT=800"); }));
+    xrandr({"--delmonitor", "left"});
+    xrandr({"--delmonitor", "right"});
+    xrandr({"--setmonitor", "left", "700/200x800/200+0+0", "screen"});
+    xrandr({"--setmonitor", "*right", "580/180x800/200+700+0", "none"});
+    EXPECT_TRUE(waitUntil([&] { return covers("X=700\nY=0\nWIDTH=580\nHEIGHT=800"); }));
+    editor.press("Escape");
+    EXPECT_TRUE(editor.waitUntilGone());
+}
+
+TEST_P(EditorScreensTest, HasAGroundWhenComposingEndsUnderIt)
+{
+    XClient client(server.display());
+    auto compositor = server.start({"picom", "--backend", "xrender"});
+    ASSERT_TRUE(waitUntil([&] {
+        const auto cookie =
+            xcb_get_selection_owner(client.connection(), client.atom("_NET_WM_CM_S0"));
+        const std::unique_ptr<xcb_get_selection_owner_reply_t, decltype(&std::free)> reply(
+            xcb_get_selection_owner_reply(client.connection(), cookie, nullptr), &std::free);
+        return reply && reply->owner != XCB_NONE;
+    }));
+    openEditorWith(1);
+    compositor.reset();
+    EXPECT_TRUE(editor.waitForPixel({3, 3}, 0x18191e)) << std::hex << editor.pixel({3, 3});
+    EXPECT_TRUE(editor.waitForHeader(EditorScreen::headers[0]));
+    editor.press("Escape");
+    EXPECT_TRUE(editor.waitUntilGone());
+}
+
 TEST_P(EditorScreensTest, AGestureThatLosesTheKeyboardEnds)
 {
     const PasteWindow other(server, home);
