@@ -73,8 +73,10 @@ endfunction()
 # process more time to start than most tests do to run, the program is one test. The programs of a label
 # together are the target "unit_tests" or "desktop_tests". None is made without BUILD_TESTING. PROGRAMS
 # are those that the tests start; a macro says where one lies. THREADS marks those that are worth a
-# run under ThreadSanitizer: the target "thread_tests", and a label that -L threads finds, too. LONG
-# ones begin before the others, so that none of them is left alone at the end.
+# run under ThreadSanitizer: the target "thread_tests", and a label that -L threads finds, too; those
+# of a desktop only where there is an X server to start. LONG ones begin before the others, so that
+# none of them is left alone at the end.
+find_program(XVFB Xvfb)
 add_custom_target(unit_tests)
 add_custom_target(desktop_tests)
 add_custom_target(thread_tests)
@@ -106,7 +108,7 @@ function(tallowbay_test name)
     add_dependencies(${name}_test ${program})
   endforeach()
   add_dependencies(${arg_LABEL}_tests ${name}_test)
-  if(arg_THREADS)
+  if(arg_THREADS AND (XVFB OR NOT arg_LABEL STREQUAL desktop))
     string(APPEND arg_LABEL -threads)
     add_dependencies(thread_tests ${name}_test)
   endif()
