@@ -68,14 +68,15 @@ function(tallowbay_helper name)
 endfunction()
 
 # tallowbay_test(NAME SOURCES ... [DEPENDS ...] [PROGRAMS [MACRO=]target ...]
-#   [LABEL unit|desktop] [TIMEOUT seconds] [THREADS] [LONG])
+#   [LABEL unit|desktop] [TIMEOUT seconds] [THREADS] [LONG] [SHIPPED])
 # One GoogleTest program; every test in it is a test of CTest, too. With a sanitizer, which takes a
 # process more time to start than most tests do to run, the program is one test. The programs of a label
 # together are the target "unit_tests" or "desktop_tests". None is made without BUILD_TESTING. PROGRAMS
 # are those that the tests start; a macro says where one lies. THREADS marks those that are worth a
 # run under ThreadSanitizer: the target "thread_tests", and a label that -L threads finds, too; those
 # of a desktop only where there is an X server to start. LONG ones begin before the others, so that
-# none of them is left alone at the end.
+# none of them is left alone at the end. SHIPPED unit tests, which need a build without sanitizers or
+# one with the benchmarks, are also made without TALLOWBAY_UNIT_TESTS.
 find_program(XVFB Xvfb)
 add_custom_target(unit_tests)
 add_custom_target(desktop_tests)
@@ -84,14 +85,14 @@ function(tallowbay_test name)
   if(NOT BUILD_TESTING)
     return()
   endif()
-  cmake_parse_arguments(PARSE_ARGV 1 arg "THREADS;LONG" "LABEL;TIMEOUT" "SOURCES;DEPENDS;PROGRAMS")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "THREADS;LONG;SHIPPED" "LABEL;TIMEOUT" "SOURCES;DEPENDS;PROGRAMS")
   if(NOT arg_LABEL)
     set(arg_LABEL unit)
   endif()
   if(NOT arg_TIMEOUT)
     set(arg_TIMEOUT 60)
   endif()
-  if(arg_LABEL STREQUAL unit AND NOT TALLOWBAY_UNIT_TESTS)
+  if(arg_LABEL STREQUAL unit AND NOT TALLOWBAY_UNIT_TESTS AND NOT arg_SHIPPED)
     return()
   endif()
   add_executable(${name}_test ${arg_SOURCES})
