@@ -6,8 +6,11 @@
 #include "ui/TallowLoaderPanel.h"
 #include "views/ui/RoundedRegion.h"
 
+#include <QCoreApplication>
 #include <QEasingCurve>
+#include <QElapsedTimer>
 #include <QPainter>
+#include <QWindow>
 
 namespace tallowbay::views {
 
@@ -124,6 +127,19 @@ void LoaderWidget::showEvent(QShowEvent* event)
         cutToShape();
 }
 
+// What comes next holds up the main loop, in which the server's word to paint arrives. No window
+// manager is asked before this window is there, so that word comes soon.
+void LoaderWidget::paintAtOnce()
+{
+    constexpr int patience = 50; // ms
+    QElapsedTimer waiting;
+    waiting.start();
+    while (!windowHandle()->isExposed() && waiting.elapsed() < patience)
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents, 5);
+    repaint();
+    windows.composesWindows(); // its answer comes after all that was asked of the server before
+}
+
 void LoaderWidget::cutToShape()
 {
     const double scale = devicePixelRatioF();
@@ -138,6 +154,7 @@ void LoaderView::orderFront()
     backdrop.lookAhead();
     widget.show();
     widget.raise();
+    widget.paintAtOnce();
 }
 
 void LoaderView::close()

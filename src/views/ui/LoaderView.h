@@ -24,6 +24,7 @@ public:
     void setAlpha(double);
     double currentAlpha() const { return alpha; }
     void setOrigin(const Point&);
+    void paintAtOnce(); // once it is shown
     void startPulse() { pulse.start(); }
     void stopPulse() { pulse.stop(); }
 

@@ -1,4 +1,5 @@
 #include "desktop/qt/QtDesktop.h"
+#include "desktop/support/Wait.h"
 #include "editor/AnnotationSaver.h"
 #include "editor/window/AnnotationWindow.h"
 #include "editor/window/AnnotationWindowPort.h"
@@ -41,6 +42,7 @@ public:
     MonotonicTime now() { return std::chrono::steady_clock::now(); }
     void pass(std::chrono::milliseconds time) { desktop.runFor(time); }
     bool runUntil(const std::function<bool()>& condition) { return desktop.runUntil(condition); }
+    bool composes() const { return windows.composesWindows(); }
 
 protected:
     template <typename Widget> std::optional<double> alphaOf()
@@ -64,7 +66,9 @@ private:
 
 class QtLoaderBackend : public QtEditorDesktop {
 public:
-    std::unique_ptr<WindowPort> makeWindow() { return views.makeLoader(logic); }
+    std::unique_ptr<LoaderPort> makeLoader() { return views.makeLoader(logic); }
+    std::unique_ptr<WindowPort> makeWindow() { return makeLoader(); }
+    QtDesktop& screen() { return desktop; }
     std::optional<double> shownAlpha() { return alphaOf<views::LoaderWidget>(); }
 
 private:
@@ -153,6 +157,33 @@ TEST_F(EditorPortTest, DimsTheDesktopAsMuchAsItIsOpaque)
     editor->setAlpha(1);
     EXPECT_TRUE(becomes(besideCards, dimmed(0.2)));
 }
+
+class LoaderPortTest : public testing::TestWithParam<bool> {
+protected:
+    LoaderPortTest()
+    {
+        if (GetParam())
+            compositor = backend.screen().server().start({"picom", "--backend", "xrender"});
+        EXPECT_TRUE(backend.runUntil([this] { return backend.composes() == GetParam(); }));
+    }
+
+    QtLoaderBackend backend;
+    std::unique_ptr<ChildProcess> compositor;
+};
+
+// The editor is built next, and nothing is painted while that holds up the main loop.
+TEST_P(LoaderPortTest, IsSeenBeforeTheMainLoopGoesOn)
+{
+    const auto loader = backend.makeLoader();
+    loader->setOrigin({600, 300});
+    loader->setAlpha(1);
+    loader->orderFront();
+    loader->startPulse();
+    const auto isWhite = [this] { return backend.screen().pixel(644, 800 - 378).red() > 200; };
+    EXPECT_TRUE(waitUntil(isWhite));
+}
+
+INSTANTIATE_TEST_SUITE_P(Composed, LoaderPortTest, testing::Bool());
 
 } // namespace
 
