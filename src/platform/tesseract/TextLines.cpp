@@ -6,6 +6,8 @@
 #include "platform/tesseract/Pitch.h"
 
 #include <algorithm>
+#include <cmath>
+#include <cstdlib>
 
 namespace tallowbay::tesseract {
 
@@ -51,6 +53,7 @@ public:
             tops.push_back(letter.top);
         }
         line.baseline = bottoms.empty() ? area.rows.end : mostCommon(bottoms);
+        line.letters = static_cast<int>(bottoms.size());
         std::vector<int> heights;
         for (const int top : tops) {
             if (line.baseline - top >= letterHeight * 0.7)
@@ -175,6 +178,39 @@ double settleLetterSizes(std::vector<TextLine>& lines, int letterHeight)
     return usual;
 }
 
+// Lines of code are evenly apart: where one has hardly a letter, as one with a brace alone, the
+// lines around it tell where its letters would stand.
+void settleBaselines(std::vector<TextLine>& lines, double smallLetter)
+{
+    constexpr int enough = 4;
+    std::vector<int> sure;
+    for (const TextLine& line : lines) {
+        if (line.pitch > 0 && line.letters >= enough)
+            sure.push_back(line.baseline);
+    }
+    std::vector<int> steps;
+    for (std::size_t at = 1; at < sure.size(); ++at)
+        steps.push_back(sure[at] - sure[at - 1]);
+    std::erase_if(steps, [&](int step) { return step < 1.5 * smallLetter; });
+    if (steps.empty())
+        return;
+    std::sort(steps.begin(), steps.end());
+    const double step = steps[steps.size() / 4];
+    for (TextLine& line : lines) {
+        if (line.pitch == 0 || line.letters >= enough)
+            continue;
+        const int nearest = *std::ranges::min_element(
+            sure, {}, [&line](int baseline) { return std::abs(baseline - line.baseline); });
+        const double away = (line.baseline - nearest) / step;
+        const auto expected = static_cast<int>(std::lround(nearest + std::round(away) * step));
+        const double reach = (line.letters == 0 ? 1.2 : 0.7) * smallLetter;
+        if (std::abs(expected - line.baseline) <= reach) {
+            line.baseline = expected;
+            line.smallLetter = smallLetter;
+        }
+    }
+}
+
 void findPitch(std::vector<TextLine>& lines, const LineMeasurer& measurer, double smallLetter)
 {
     std::vector<Stretches> centres;
@@ -185,7 +221,9 @@ void findPitch(std::vector<TextLine>& lines, const LineMeasurer& measurer, doubl
     }
     const double pitch = pitchOf(all, smallLetter);
     for (std::size_t at = 0; at < lines.size(); ++at) {
-        if (pitch > 0 && (centres[at].empty() || pitchFit(centres[at], pitch) > 0.4))
+        // Quotes are of two parts, neither in the middle.
+        const bool unclear = centres[at].empty() || lines[at].letters == 0;
+        if (pitch > 0 && (unclear || pitchFit(centres[at], pitch) > 0.4))
             lines[at].pitch = pitch;
     }
 }
@@ -200,6 +238,7 @@ std::vector<TextLine> findTextLines(const Plane& ink, int letterHeight)
         lines.push_back(measurer.measure(area));
     const double smallLetter = settleLetterSizes(lines, letterHeight);
     findPitch(lines, measurer, smallLetter);
+    settleBaselines(lines, smallLetter);
     for (TextLine& line : lines) {
         measurer.findMarks(line);
         if (line.pitch > 0)

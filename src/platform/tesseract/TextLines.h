@@ -30,6 +30,7 @@ struct TextLine {
 
     std::vector<Mark> marks; // from left to right
     std::vector<Cell> cells = {}; // that are not blank; none if the characters' widths differ
+    int letters = 0; // how many, with signs of their height
 
     Span columns() const { return {runs.front().begin, runs.back().end}; }
 };

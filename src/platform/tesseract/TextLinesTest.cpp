@@ -37,6 +37,19 @@ TEST(TextLinesTest, KnowWhetherAllCharactersAreOfOneWidth)
     EXPECT_EQ(linesOf(TextDrawing::draw(text, {"DejaVu Sans", 15})).at(0).pitch, 0);
 }
 
+// A brace reaches below the others, a quote ends above them.
+TEST(TextLinesTest, KnowTheirBaselineWithoutALetter)
+{
+    const auto lines = linesOf(TextDrawing::draw(
+        {"while (index < count) {", "    total += list[index];", "};", "\"\"\"", "return totals;"},
+        {"DejaVu Sans Mono", 15}));
+    ASSERT_EQ(lines.size(), 5u);
+    for (std::size_t at = 1; at < lines.size(); ++at) {
+        EXPECT_NEAR(lines[at].baseline, lines[0].baseline + 24 * static_cast<int>(at), 1) << at;
+        EXPECT_GT(lines[at].pitch, 0) << at;
+    }
+}
+
 TEST(TextLinesTest, ComeSideBySideFromLeftToRightIfTheyAreNotLevel)
 {
     QImage picture(560, 140, QImage::Format_RGB32);
