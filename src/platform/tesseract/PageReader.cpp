@@ -4,6 +4,9 @@
 #include "platform/tesseract/Dashes.h"
 #include "platform/tesseract/Ink.h"
 #include "platform/tesseract/LineText.h"
+#include "platform/tesseract/Rulers.h"
+#include "platform/tesseract/ShapeText.h"
+#include "platform/tesseract/Shapes.h"
 #include "platform/tesseract/TextRepairs.h"
 
 #include <algorithm>
@@ -21,17 +24,44 @@ struct ReadLine {
     double pitch = 0;
 };
 
-SymbolLine readLine(const Plane& ink, TextLine line, TesseractEngine& engine)
+std::vector<Symbol> readPlaced(const Plane& ink, const TextLine& line, TesseractEngine& engine)
 {
     auto symbols = engine.read(makeLineImage(ink, line));
-    if (symbols.empty())
-        return {std::move(line), {}};
     correctPlaces(symbols, line);
     if (!line.cells.empty())
         putInCells(symbols, line);
-    addMissingMarks(symbols, line);
-    correctSpaces(symbols, line);
-    return {std::move(line), std::move(symbols)};
+    return symbols;
+}
+
+std::vector<Symbol> readLine(
+    const Plane& ink, const TextLine& line, const std::vector<int>& shapes, TesseractEngine& engine)
+{
+    const ShortenedLine less = shortened(ink, line, shapes);
+    if (less.cut == 0)
+        return readPlaced(ink, line, engine);
+    auto symbols = readPlaced(less.ink, less.line, engine);
+    for (Symbol& symbol : symbols)
+        symbol.centre = less.wholeColumn(symbol.centre);
+    return symbols;
+}
+
+std::vector<SymbolLine> readSymbols(const Plane& ink, int letter, TesseractEngine& engine)
+{
+    std::vector<SymbolLine> lines;
+    auto found = findTextLines(ink, letter);
+    const auto shapes = shapesOf(ink, found);
+    for (std::size_t at = 0; at < found.size(); ++at) {
+        auto symbols = readLine(ink, found[at], shapes[at], engine);
+        lines.push_back({std::move(found[at]), std::move(symbols)});
+    }
+    settleShapes(lines, shapes);
+    std::erase_if(lines, [](const SymbolLine& line) { return line.symbols.empty(); });
+    for (SymbolLine& line : lines) {
+        addMissingMarks(line.symbols, line.line);
+        correctSpaces(line.symbols, line.line);
+    }
+    settleDashes(ink, lines);
+    return lines;
 }
 
 ReadLine textLineOf(const SymbolLine& read)
@@ -68,14 +98,7 @@ std::vector<ReadLine> readLines(const Bitmap& bitmap, TesseractEngine& engine)
     if (letter == 0)
         return read;
     levelContrast(ink, letter);
-    std::vector<SymbolLine> lines;
-    for (TextLine& line : findTextLines(ink, letter)) {
-        SymbolLine one = readLine(ink, std::move(line), engine);
-        if (!one.symbols.empty())
-            lines.push_back(std::move(one));
-    }
-    settleDashes(ink, lines);
-    for (const SymbolLine& line : lines)
+    for (const SymbolLine& line : readSymbols(ink, letter, engine))
         read.push_back(textLineOf(line));
     std::erase_if(read, [](const ReadLine& line) { return line.text.empty(); });
     return read;

@@ -114,6 +114,25 @@ TEST_F(TesseractRecognizerTest, ReadsUnderscoresInCode)
         EXPECT_THAT(linesOf(TextDrawing::draw(code, {typeface, 13})), ElementsAreArray(code));
 }
 
+TEST_F(TesseractRecognizerTest, ReadsARulerAtItsLength)
+{
+    const Lines code{
+        "int first; // ------------------------------------", "static int parse(char *argument);",
+        "int first; // ------------------------------------"};
+    for (const char* typeface : {"DejaVu Sans Mono", "Liberation Mono"})
+        EXPECT_THAT(linesOf(TextDrawing::draw(code, {typeface, 13})), ElementsAreArray(code));
+}
+
+TEST_F(TesseractRecognizerTest, ReadsTheZerosOfADump)
+{
+    const Lines dump{
+        "00000000: 7f45 4c46 0201 0100 0000 0000 0000 0000",
+        "00000010: 0300 3e00 0100 0000 b062 0000 0000 0000",
+        "00000020: 4000 0000 0000 0000 90c4 0400 0000 0000"};
+    for (const char* typeface : {"DejaVu Sans Mono", "Liberation Mono"})
+        EXPECT_THAT(linesOf(TextDrawing::draw(dump, {typeface, 13})), ElementsAreArray(dump));
+}
+
 TEST_F(TesseractRecognizerTest, InventsNoLineForAnEmptyOne)
 {
     EXPECT_THAT(
