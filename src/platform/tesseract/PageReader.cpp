@@ -1,6 +1,7 @@
 #include "platform/tesseract/PageReader.h"
 
 #include "platform/tesseract/CellText.h"
+#include "platform/tesseract/Context.h"
 #include "platform/tesseract/Dashes.h"
 #include "platform/tesseract/Ink.h"
 #include "platform/tesseract/LineText.h"
@@ -24,9 +25,11 @@ struct ReadLine {
     double pitch = 0;
 };
 
-std::vector<Symbol> readPlaced(const Plane& ink, const TextLine& line, TesseractEngine& engine)
+std::vector<Symbol> readPlaced(
+    const Plane& ink, const TextLine& line, const Context* context, TesseractEngine& engine)
 {
-    auto symbols = engine.read(makeLineImage(ink, line));
+    auto symbols = context && needsContext(line) ? readWithContext(ink, line, *context, engine)
+                                                 : engine.read(makeLineImage(ink, line));
     correctPlaces(symbols, line);
     if (!line.cells.empty())
         putInCells(symbols, line);
@@ -34,12 +37,13 @@ std::vector<Symbol> readPlaced(const Plane& ink, const TextLine& line, Tesseract
 }
 
 std::vector<Symbol> readLine(
-    const Plane& ink, const TextLine& line, const std::vector<int>& shapes, TesseractEngine& engine)
+    const Plane& ink, const TextLine& line, const std::vector<int>& shapes, const Context* context,
+    TesseractEngine& engine)
 {
     const ShortenedLine less = shortened(ink, line, shapes);
     if (less.cut == 0)
-        return readPlaced(ink, line, engine);
-    auto symbols = readPlaced(less.ink, less.line, engine);
+        return readPlaced(ink, line, context, engine);
+    auto symbols = readPlaced(less.ink, less.line, context, engine);
     for (Symbol& symbol : symbols)
         symbol.centre = less.wholeColumn(symbol.centre);
     return symbols;
@@ -49,9 +53,10 @@ std::vector<SymbolLine> readSymbols(const Plane& ink, int letter, TesseractEngin
 {
     std::vector<SymbolLine> lines;
     auto found = findTextLines(ink, letter);
+    const auto context = contextAmong(ink, found);
     const auto shapes = shapesOf(ink, found);
     for (std::size_t at = 0; at < found.size(); ++at) {
-        auto symbols = readLine(ink, found[at], shapes[at], engine);
+        auto symbols = readLine(ink, found[at], shapes[at], context ? &*context : nullptr, engine);
         lines.push_back({std::move(found[at]), std::move(symbols)});
     }
     settleShapes(lines, shapes);

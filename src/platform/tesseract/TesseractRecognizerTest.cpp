@@ -114,6 +114,15 @@ TEST_F(TesseractRecognizerTest, ReadsUnderscoresInCode)
         EXPECT_THAT(linesOf(TextDrawing::draw(code, {typeface, 13})), ElementsAreArray(code));
 }
 
+TEST_F(TesseractRecognizerTest, ReadsLinesOfAFewSigns)
+{
+    const Lines code{
+        "struct Timer {",        "int count;", "};", "int parse(int argument)", "{", "}", "\"\"\"",
+        "find_free_slot(first)", ";;"};
+    for (const char* typeface : {"DejaVu Sans Mono", "Liberation Mono"})
+        EXPECT_THAT(linesOf(TextDrawing::draw(code, {typeface, 13})), ElementsAreArray(code));
+}
+
 TEST_F(TesseractRecognizerTest, ReadsARulerAtItsLength)
 {
     const Lines code{
