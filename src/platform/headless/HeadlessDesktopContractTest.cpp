@@ -1,7 +1,9 @@
 #include "platform/contract/AlertsContract.h"
 #include "platform/contract/ApplicationContract.h"
+#include "platform/contract/CalendarContract.h"
 #include "platform/contract/ClockContract.h"
 #include "platform/contract/ConsoleContract.h"
+#include "platform/contract/EmbeddingTrayContract.h"
 #include "platform/contract/PermissionsContract.h"
 #include "platform/contract/ResourcesContract.h"
 #include "platform/contract/ScreensContract.h"
@@ -38,6 +40,28 @@ struct HeadlessApplicationBackend {
         desktop.dispatch.advance(1s);
         return desktop.application.ended();
     }
+};
+
+struct FixedCalendarBackend {
+    FixedCalendar fixed;
+
+    const Calendar& calendar() { return fixed; }
+    void moveTo(std::chrono::minutes eastOfUtc) { fixed.eastOfUtc = eastOfUtc; }
+};
+
+struct HeadlessEmbeddingTrayBackend {
+    HeadlessEmbeddingTray headless;
+    NativeWindow lastWindow = 0;
+
+    const EmbeddingTray& tray() { return headless; }
+    void startTray(std::optional<Color> symbols)
+    {
+        headless.trayWindow = ++lastWindow;
+        headless.symbolColor = symbols;
+    }
+    void endTray() { headless.trayWindow = 0; }
+    void showIcon(const PixelRect&) { headless.iconIsSeen = true; }
+    void coverIcon(const PixelRect&) { headless.iconIsSeen = false; }
 };
 
 struct VirtualClockBackend {
@@ -164,8 +188,11 @@ struct HeadlessWindowSystemBackend {
 namespace tallowbay::contract {
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, AlertsContract, headless::HeadlessAlertsBackend);
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, ApplicationContract, headless::HeadlessApplicationBackend);
+INSTANTIATE_TYPED_TEST_SUITE_P(Headless, CalendarContract, headless::FixedCalendarBackend);
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, ClockContract, headless::VirtualClockBackend);
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, ConsoleContract, headless::RecordingConsoleBackend);
+INSTANTIATE_TYPED_TEST_SUITE_P(
+    Headless, EmbeddingTrayContract, headless::HeadlessEmbeddingTrayBackend);
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, PermissionsContract, headless::HeadlessPermissionsBackend);
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, ResourcesContract, headless::HeadlessResourcesBackend);
 INSTANTIATE_TYPED_TEST_SUITE_P(Headless, ScreensContract, headless::HeadlessScreensBackend);

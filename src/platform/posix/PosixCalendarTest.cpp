@@ -1,7 +1,9 @@
 #include "platform/posix/PosixCalendar.h"
 
-#include <gtest/gtest.h>
+#include "platform/contract/CalendarContract.h"
 
+#include <array>
+#include <cstdio>
 #include <cstdlib>
 #include <optional>
 
@@ -33,6 +35,26 @@ public:
 private:
     const char* name;
     std::optional<std::string> before;
+};
+
+class PosixCalendarBackend {
+public:
+    const Calendar& calendar() { return posix; }
+    void moveTo(minutes eastOfUtc)
+    {
+        // The text tells how far west it is.
+        std::array<char, 16> text{};
+        std::snprintf(
+            text.data(), text.size(), "XXX%c%02d:%02d", eastOfUtc.count() > 0 ? '-' : '+',
+            int(std::abs(eastOfUtc.count()) / 60), int(std::abs(eastOfUtc.count()) % 60));
+        zone.reset();
+        zone.emplace("TZ", text.data());
+    }
+
+private:
+    const Variable language{"LC_ALL", "C"};
+    std::optional<Variable> zone;
+    const PosixCalendar posix;
 };
 
 WallTime utc(year_month_day day, hours hour)
@@ -84,3 +106,7 @@ TEST(PosixCalendarTest, FallsBackToEnglishForALanguageThatIsNotInstalled)
 
 } // namespace
 } // namespace tallowbay::posix
+
+namespace tallowbay::contract {
+INSTANTIATE_TYPED_TEST_SUITE_P(Posix, CalendarContract, posix::PosixCalendarBackend);
+} // namespace tallowbay::contract
