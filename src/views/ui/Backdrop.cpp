@@ -13,7 +13,7 @@ namespace tallowbay::views {
 namespace {
 
 constexpr double blurDeviation = 26; // points
-constexpr int reduction = 4; // no finer detail outlives the blur
+constexpr int reduction = 4; // points; no finer detail outlives the blur
 
 // Black, under the white tint of a card; less of it where the window has dimmed the desktop
 // already.
@@ -22,10 +22,22 @@ constexpr double materialOverBlur = 0.65;
 constexpr QColor denseMaterial(22, 23, 27, 232);
 constexpr QColor unknownDesktop(30, 32, 38);
 
-QImage reduced(const QPixmap& picture)
+QImage reduced(const QPixmap& picture, const QSize& points)
 {
-    const QSize size = (picture.size() / reduction).expandedTo({1, 1});
+    const QSize size = (points / reduction).expandedTo({1, 1});
     return picture.toImage().scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
+
+// Far faster than to stretch it by nothing.
+void drawPixelForPixel(QPainter& painter, const QRect& part, const QPixmap& picture)
+{
+    const QTransform toPixels = painter.deviceTransform();
+    const double scale = painter.device()->devicePixelRatioF();
+    const QRect source(part.topLeft() * scale, part.size() * scale);
+    painter.save();
+    painter.setWorldTransform((painter.worldTransform().inverted() * toPixels).inverted());
+    painter.drawPixmap(toPixels.map(part.topLeft()), picture, source);
+    painter.restore();
 }
 
 } // namespace
@@ -41,13 +53,13 @@ void Backdrop::look()
     if (blurred || !screen)
         return;
     size = screen->size();
-    const QPixmap picture = screen->grabWindow(0);
+    QPixmap picture = screen->grabWindow(0);
     if (picture.isNull())
         return;
-    const double deviation = blurDeviation * picture.devicePixelRatio() / reduction;
-    blurredDesktop = blurredImage(reduced(picture), deviation);
+    picture.setDevicePixelRatio(1); // while nobody shares it, else it would be copied
+    blurredDesktop = blurredImage(reduced(picture, size), blurDeviation / reduction);
     if (!composed)
-        desktop = picture;
+        desktop = std::move(picture);
 }
 
 void Backdrop::lookAhead()
@@ -85,7 +97,11 @@ void Backdrop::paint(QPainter& painter, const QRect& part) const
         return;
     if (desktop.isNull())
         return painter.fillRect(part, unknownDesktop);
-    painter.drawPixmap(QRectF(part), desktop, sourceOf(part, desktop.size()));
+    const double scale = painter.device()->devicePixelRatioF();
+    if (scale == qRound(scale) && size * scale == desktop.size())
+        drawPixelForPixel(painter, part, desktop);
+    else
+        painter.drawPixmap(QRectF(part), desktop, sourceOf(part, desktop.size()));
 }
 
 void Backdrop::paintGlass(QPainter& painter, const QRect& part) const

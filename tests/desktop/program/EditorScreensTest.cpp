@@ -13,6 +13,25 @@ protected:
             server.startWindowManager();
     }
 
+    // A rectangle of that colour on black, as the desktop's background.
+    void paintDesktop(const xcb_rectangle_t& rect, std::uint32_t color) const
+    {
+        XClient painter(server.display());
+        xcb_connection_t* const screen = painter.connection();
+        const xcb_pixmap_t picture = xcb_generate_id(screen);
+        const xcb_gcontext_t brush = xcb_generate_id(screen);
+        constexpr xcb_rectangle_t all{0, 0, 1280, 800};
+        constexpr std::uint32_t black = 0;
+        xcb_create_pixmap(screen, 24, picture, painter.root(), all.width, all.height);
+        xcb_create_gc(screen, brush, picture, XCB_GC_FOREGROUND, &black);
+        xcb_poly_fill_rectangle(screen, picture, brush, 1, &all);
+        xcb_change_gc(screen, brush, XCB_GC_FOREGROUND, &color);
+        xcb_poly_fill_rectangle(screen, picture, brush, 1, &rect);
+        xcb_change_window_attributes(screen, painter.root(), XCB_CW_BACK_PIXMAP, &picture);
+        xcb_clear_area(screen, 0, painter.root(), 0, 0, 0, 0);
+        painter.sync();
+    }
+
     void xrandr(Words arguments) const
     {
         arguments.insert(arguments.begin(), "xrandr");
@@ -151,6 +170,29 @@ TEST_P(EditorScreensTest, AClickBringsTheKeyboardBack)
     }));
     editor.press("Left");
     EXPECT_TRUE(editor.waitForHeader(EditorScreen::headers[0]));
+}
+
+// The desktop shows through, dimmed by a fifth, each of its pixels in its place.
+TEST_P(EditorScreensTest, TheDesktopStandsWhereItWas)
+{
+    constexpr xcb_rectangle_t red{6, 300, 9, 41};
+    constexpr Rgb dimmed = 0xcc0000;
+    paintDesktop(red, 0xff0000);
+    for (const int scale : {1, 2}) {
+        ASSERT_TRUE(editor.waitForPixel({red.x, red.y}, 0xff0000));
+        launch({"QT_SCALE_FACTOR=" + std::to_string(scale)});
+        ASSERT_EQ(command("open"), 0);
+        const int right = red.x + red.width;
+        const int bottom = red.y + red.height;
+        EXPECT_TRUE(editor.waitForPixel({red.x, red.y}, dimmed)) << scale;
+        EXPECT_TRUE(editor.waitForPixel({right - 1, bottom - 1}, dimmed)) << scale;
+        for (const Place outside :
+             {Place{red.x - 1, red.y}, {red.x, red.y - 1}, {right, red.y}, {red.x, bottom}})
+            EXPECT_FALSE(editor.shows(outside, dimmed)) << scale;
+        editor.press("Escape");
+        ASSERT_TRUE(editor.waitUntilGone());
+        ASSERT_EQ(program->quit(), 0);
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(WindowManager, EditorScreensTest, testing::Bool(), [](const auto& info) {
