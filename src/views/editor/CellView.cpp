@@ -7,6 +7,7 @@
 #include "views/ui/RoundedPath.h"
 #include "views/ui/Symbol.h"
 
+#include <QAccessible>
 #include <QPainter>
 
 namespace tallowbay::views {
@@ -54,6 +55,12 @@ QString qtText(const std::string& text)
     return QString::fromStdString(text);
 }
 
+void tell(QWidget& widget, QAccessible::Event what)
+{
+    QAccessibleEvent event(&widget, what);
+    QAccessible::updateAccessibility(&event);
+}
+
 } // namespace
 
 CellView::CellView(AnnotationWindow& logic, QWidget* parent)
@@ -75,6 +82,34 @@ void CellView::setFocusRing(bool on)
 {
     if (std::exchange(focusRing, on) != on)
         update();
+}
+
+void CellView::tellAssistivePrograms(bool hasKeyboard)
+{
+    if (!QAccessible::isActive())
+        return;
+    const ThumbnailCell now = cell();
+    const bool isNew = !told;
+    const Told before = told.value_or(Told{now.name, false, now.checked});
+    told = Told{now.name, now.selected, now.checked};
+    if (isNew)
+        tell(*this, QAccessible::ObjectCreated);
+    if (now.name != before.name)
+        tell(*this, QAccessible::NameChanged);
+    if (now.name != before.name || now.checked != before.checked)
+        tell(*this, QAccessible::DescriptionChanged);
+    QAccessible::State changed;
+    changed.checked = now.checked != before.checked;
+    changed.selected = now.selected != before.selected;
+    if (changed.checked || changed.selected) {
+        QAccessibleStateChangeEvent event(this, changed);
+        QAccessible::updateAccessibility(&event);
+    }
+    if (!now.selected || (before.selected && now.name == before.name))
+        return;
+    tell(*this, QAccessible::Selection);
+    if (hasKeyboard)
+        tell(*this, QAccessible::Focus);
 }
 
 QRect CellView::checkboxRect()
@@ -119,8 +154,7 @@ void CellView::paintHeader(QPainter& painter, const ThumbnailCell& shown) const
     const QFont font = qt::interfaceFont(captionFont);
     painter.setFont(font);
     painter.setPen(qt::qtColor(captionColor));
-    const QRectF line =
-        headerRect().adjusted(badge.right() + captionGap, 0, -captionTrailing, 0);
+    const QRectF line = headerRect().adjusted(badge.right() + captionGap, 0, -captionTrailing, 0);
     painter.drawText(
         line, Qt::AlignRight | Qt::AlignVCenter,
         QFontMetricsF(font).elidedText(qtText(shown.caption), Qt::ElideRight, line.width()));

@@ -4,6 +4,9 @@
 
 #include <QWidget>
 
+#include <optional>
+#include <string>
+
 namespace tallowbay::views {
 
 // One screenshot in the strip. It keeps nothing but the index: what there is to see, the logic
@@ -18,6 +21,9 @@ public:
 
     // Shown on the selected cell while the strip has the keyboard.
     void setFocusRing(bool);
+
+    // What has changed since they were told last. The keyboard is in the strip, or elsewhere.
+    void tellAssistivePrograms(bool hasKeyboard);
 
     void press() { logic.cellClicked(shownIndex); }
     void toggle() { logic.checkboxToggled(shownIndex); }
@@ -37,6 +43,12 @@ private:
     AnnotationWindow& logic;
     std::size_t shownIndex = 0;
     bool focusRing = false;
+    struct Told {
+        std::string name;
+        bool selected = false;
+        bool checked = false;
+    };
+    std::optional<Told> told; // empty until assistive programs know of it
 };
 
 } // namespace tallowbay::views

@@ -37,6 +37,16 @@ public:
         return found == cells().end() ? -1 : static_cast<int>(found - cells().begin());
     }
 
+    // The arrows choose among the cells while the strip has the keyboard.
+    QAccessibleInterface* focusChild() const override
+    {
+        const auto chosen =
+            std::ranges::find_if(cells(), [](CellView* cell) { return cell->cell().selected; });
+        return widget()->hasFocus() && chosen != cells().end()
+            ? QAccessible::queryAccessibleInterface(*chosen)
+            : QAccessibleWidget::focusChild();
+    }
+
 private:
     const std::vector<CellView*>& cells() const
     {
@@ -74,6 +84,8 @@ public:
         state.selectable = state.checkable = true;
         state.selected = shown.selected;
         state.checked = shown.checked;
+        state.focusable = true;
+        state.focused = shown.selected && widget()->parentWidget()->parentWidget()->hasFocus();
         return state;
     }
 

@@ -20,20 +20,27 @@ constexpr int glideMilliseconds = 260;
 constexpr double pointsPerWheelStep = 224; // a cell and what is between
 constexpr double coasting = 160; // ms for which the speed of a drag would go on
 constexpr int scrollerHeight = 14;
+constexpr int touchpadRestMilliseconds = 100; // from its last move on, the hand rests
 
 double widthOf(const ThumbnailStrip::Slot& slot)
 {
     return slot ? cellSize.width : dividerSize.width;
 }
 
-void tellAssistivePrograms(CellView& cell)
+void tellThatItGoes(CellView& cell)
 {
     if (!QAccessible::isActive())
         return;
-    QAccessible::State changed;
-    changed.checked = changed.selected = true;
-    QAccessibleStateChangeEvent event(&cell, changed);
+    QAccessibleEvent event(&cell, QAccessible::ObjectDestroyed);
     QAccessible::updateAccessibility(&event);
+}
+
+// How far it gives, where it is pulled so far beyond its end: less and less.
+double stretched(double pull, double span)
+{
+    constexpr double softness = 0.55;
+    const double way = span * (1 - 1 / (std::abs(pull) * softness / span + 1));
+    return pull < 0 ? -way : way;
 }
 
 } // namespace
@@ -75,8 +82,11 @@ StripView::StripView(AnnotationWindow& logic, QWidget* parent)
     glide.setDuration(glideMilliseconds);
     glide.setEasingCurve(QEasingCurve::OutCubic);
     connect(&glide, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {
-        scrollTo(value.toDouble());
+        moveTo(value.toDouble());
     });
+    touchpadRest.setSingleShot(true);
+    touchpadRest.setInterval(touchpadRestMilliseconds);
+    connect(&touchpadRest, &QTimer::timeout, this, [this] { snapBack(); });
 }
 
 // What is shown
@@ -89,14 +99,20 @@ void StripView::stripChanged()
     showDividers(slots.size() - cells);
     arrange();
     scrollTo(offset);
+    if (restingOffset() > furthest())
+        glideTo(restingOffset());
     updateFocusRings();
     content->update();
+    for (CellView* cell : shownCells)
+        cell->tellAssistivePrograms(hasFocus());
 }
 
 void StripView::showCells(std::size_t count)
 {
-    for (; shownCells.size() > count; shownCells.pop_back())
+    for (; shownCells.size() > count; shownCells.pop_back()) {
+        tellThatItGoes(*shownCells.back());
         delete shownCells.back();
+    }
     while (shownCells.size() < count) {
         shownCells.push_back(new CellView(logic, content));
         shownCells.back()->show();
@@ -146,7 +162,7 @@ void StripView::cellChanged(std::size_t index)
         return;
     cell->update();
     updateFocusRing(*cell);
-    tellAssistivePrograms(*cell);
+    cell->tellAssistivePrograms(hasFocus());
 }
 
 void StripView::updateFocusRings()
@@ -167,17 +183,40 @@ double StripView::furthest() const
     return std::max(0, content->width() - width());
 }
 
+double StripView::within(double to) const
+{
+    return std::clamp(to, 0.0, furthest());
+}
+
+void StripView::moveTo(double to)
+{
+    offset = to;
+    content->move(-qRound(offset), 0);
+    scroller->setView(within(offset), width(), content->width());
+    reportVisible();
+}
+
 void StripView::scrollTo(double to)
 {
-    offset = std::clamp(to, 0.0, furthest());
-    content->move(-qRound(offset), 0);
-    scroller->setView(offset, width(), content->width());
-    reportVisible();
+    moveTo(within(to));
+}
+
+// Beyond its ends it gives, like a rubber band, if there is anything to scroll.
+void StripView::pullTo(double to)
+{
+    const double end = within(to);
+    moveTo(furthest() > 0 ? end + stretched(to - end, width()) : end);
+}
+
+void StripView::snapBack()
+{
+    if (offset != within(offset))
+        glideTo(offset);
 }
 
 void StripView::glideTo(double to)
 {
-    const double end = std::clamp(to, 0.0, furthest());
+    const double end = within(to);
     glide.stop();
     if (!isVisible())
         return scrollTo(end);
@@ -268,6 +307,7 @@ bool StripView::event(QEvent* event)
 void StripView::gestureLost()
 {
     pressed = dragging = false;
+    snapBack();
 }
 
 // Mouse and touchpad
@@ -282,11 +322,21 @@ void StripView::wheelEvent(QWheelEvent* event)
     if (std::abs(turn) >= wheelStep) {
         glideTo(restingOffset() + way);
     } else {
-        glide.stop();
-        scrollTo(offset + way);
-        scroller->flash();
+        touchpadMoved(way);
     }
+    if (event->phase() == Qt::ScrollEnd)
+        snapBack();
     event->accept();
+}
+
+void StripView::touchpadMoved(double way)
+{
+    glide.stop();
+    touchpadOffset = way + (touchpadRest.isActive() ? touchpadOffset : offset);
+    touchpadOffset = std::clamp(touchpadOffset, -double(width()), furthest() + width());
+    touchpadRest.start();
+    pullTo(touchpadOffset);
+    scroller->flash();
 }
 
 void StripView::mousePressEvent(QMouseEvent* event)
@@ -317,7 +367,7 @@ void StripView::mouseMoveEvent(QMouseEvent* event)
     if (elapsed > 0)
         velocity = 0.6 * velocity + 0.4 * (lastX - x) / elapsed;
     lastX = x;
-    scrollTo(offsetAtPress + pressedAt.x() - x);
+    pullTo(offsetAtPress + pressedAt.x() - x);
     scroller->flash();
 }
 
@@ -333,7 +383,9 @@ void StripView::mouseReleaseEvent(QMouseEvent* event)
 void StripView::letGo()
 {
     constexpr int stood = 80; // ms after which the hand rests
-    if (sinceMove.elapsed() < stood)
+    if (offset != within(offset))
+        snapBack();
+    else if (sinceMove.elapsed() < stood)
         glideTo(offset + velocity * coasting);
 }
 

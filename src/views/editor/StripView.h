@@ -4,6 +4,7 @@
 #include "views/editor/OverlayScroller.h"
 
 #include <QElapsedTimer>
+#include <QTimer>
 #include <QVariantAnimation>
 #include <QWidget>
 
@@ -14,7 +15,7 @@
 namespace tallowbay::views {
 
 // The strip of screenshots, which scrolls sideways: by wheel, touchpad, scroller, and by dragging
-// it with the mouse.
+// it with the mouse. Where a hand pulls it beyond its ends it gives, and glides back when let go.
 //
 // It is one stop of the Tab key: arrows choose the screenshot, Space checks it.
 class StripView final : public QWidget {
@@ -55,7 +56,12 @@ private:
     void takePress(const QPoint&);
     void click();
     double furthest() const; // offset
+    double within(double offset) const; // the nearest that is no further than the ends
+    void moveTo(double offset);
     void scrollTo(double offset);
+    void pullTo(double offset);
+    void snapBack();
+    void touchpadMoved(double way);
     void glideTo(double offset);
     void scrollToSelected();
     double restingOffset() const; // where it comes to when it glides
@@ -81,6 +87,8 @@ private:
     double velocity = 0; // of the drag, points a millisecond
     double lastX = 0;
     QElapsedTimer sinceMove;
+    double touchpadOffset = 0; // where it would be if it did not give less beyond the ends
+    QTimer touchpadRest;
 };
 
 } // namespace tallowbay::views

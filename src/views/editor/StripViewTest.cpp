@@ -1,5 +1,7 @@
 #include "support/EditorViewFixture.h"
 
+#include <QWheelEvent>
+
 namespace tallowbay::views {
 namespace {
 
@@ -116,6 +118,39 @@ TEST_F(StripViewTest, TheSelectedScreenshotStaysInSightOnASmallerScreen)
     view().resize(700, 500);
     EXPECT_TRUE(runUntil([this] { return offset() == furthest(); }));
     EXPECT_EQ(stripView().width(), 700);
+}
+
+TEST_F(StripViewTest, GivesWhereItIsPulledBeyondItsEndAndGlidesBack)
+{
+    openWithMany();
+    const QPoint place = middleOf('J');
+    press(stripView(), place);
+    drag(stripView(), place + QPoint(-100, 0));
+    const int first = offset() - furthest();
+    EXPECT_GT(first, 20);
+    EXPECT_LT(first, 100);
+    drag(stripView(), place + QPoint(-200, 0));
+    EXPECT_LT(offset() - furthest(), 2 * first) << "less and less";
+    release(stripView(), place + QPoint(-200, 0));
+    EXPECT_GT(offset(), furthest()) << "it does not jump";
+    EXPECT_TRUE(runUntil([this] { return offset() == furthest(); }));
+}
+
+TEST_F(StripViewTest, ATouchpadPullsItBeyondItsEndToo)
+{
+    openWithMany();
+    const auto scroll = [this](int eighthsOfDegrees) {
+        QWheelEvent event(
+            {100, 100}, {100, 100}, {}, {eighthsOfDegrees, 0}, Qt::NoButton, Qt::NoModifier,
+            Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(&stripView(), &event);
+    };
+    scroll(-40);
+    scroll(-40);
+    EXPECT_GT(offset(), furthest() + 20);
+    EXPECT_TRUE(runUntil([this] { return offset() == furthest(); }));
+    scroll(-240); // a wheel
+    EXPECT_EQ(offset(), furthest());
 }
 
 } // namespace
