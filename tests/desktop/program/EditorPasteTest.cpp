@@ -46,13 +46,6 @@ protected:
         ASSERT_TRUE(waitUntil([&] { return isOfMask(editor.pixel(middle) & 0xff); }));
     }
 
-    bool waitForCompression() const
-    {
-        return waitUntil([&] {
-            return server.run({"pgrep", "-f", home.toolFolder() / "pngquant"}).status == 0;
-        });
-    }
-
     void confirmAndPaste()
     {
         editor.press("Return");
@@ -65,7 +58,7 @@ protected:
     void expectMaskWithTheNextPaste()
     {
         const auto copy = home.optimized() / screenshots[0];
-        ASSERT_TRUE(waitForCompression());
+        ASSERT_TRUE(waitForCompression(server, home));
         ASSERT_FALSE(isMasked(copy)) << "what a paste is held for";
         ASSERT_THAT(target->pastes(), ElementsAre(IsEmpty()));
         home.openGate();

@@ -75,14 +75,6 @@ protected:
         return copyOf(path);
     }
 
-    // Whether the gated tool has been started: its output folder's job is under way.
-    bool waitForCompression() const
-    {
-        return waitUntil([&] {
-            return server.run({"pgrep", "-f", home.toolFolder() / "pngquant"}).status == 0;
-        });
-    }
-
     // What a second program is offered, and what it gets.
     std::string offeredTargets() const
     {
@@ -168,7 +160,7 @@ TEST_F(PipelineTest, APasteDuringCompressionInsertsNothingStaleAndIsFiredWhenThe
     const auto first = take(tallowbay, 1, 1);
     home.closeGate();
     const auto second = copyOf(home.takeScreenshot(2));
-    ASSERT_TRUE(waitForCompression());
+    ASSERT_TRUE(waitForCompression(server, home));
 
     target.pressPaste();
     ASSERT_TRUE(target.waitForPastes(1));
@@ -198,7 +190,7 @@ TEST_F(PipelineTest, TwoPressesDuringOneCompressionFireOnePaste)
     PasteWindow target(server, home);
     home.closeGate();
     const auto copy = copyOf(home.takeScreenshot(1));
-    ASSERT_TRUE(waitForCompression());
+    ASSERT_TRUE(waitForCompression(server, home));
     target.pressPaste();
     target.pressPaste();
     ASSERT_TRUE(target.waitForPastes(2));
@@ -392,7 +384,7 @@ TEST_F(PipelineTest, QuittingDuringACompressionEndsItWithoutAWord)
     Tallowbay tallowbay(server, home);
     home.closeGate();
     const auto copy = copyOf(home.takeScreenshot(1));
-    ASSERT_TRUE(waitForCompression());
+    ASSERT_TRUE(waitForCompression(server, home));
     EXPECT_EQ(tallowbay.quit(), 0);
     EXPECT_THAT(tallowbay.lines(), ElementsAre("Paste watcher running (Cmd+V resets batch)"));
     EXPECT_FALSE(std::filesystem::exists(copy));

@@ -93,6 +93,13 @@ bool PasteWindow::waitForPastes(std::size_t count) const
     return waitUntil([&] { return pastes().size() >= count; });
 }
 
+bool waitForCompression(const XServer& server, const Home& home)
+{
+    return waitUntil([&] {
+        return server.run({"pgrep", "-f", home.toolFolder() / "pngquant"}).status == 0;
+    });
+}
+
 std::vector<std::string> splitLines(const std::string& text)
 {
     std::vector<std::string> lines;

@@ -50,6 +50,9 @@ private:
     std::unique_ptr<ChildProcess> process;
 };
 
+// Whether a compression waits at the gate before pngquant, or works behind it.
+bool waitForCompression(const XServer&, const Home&);
+
 // The text without its last line feed, line by line.
 std::vector<std::string> splitLines(const std::string&);
 
