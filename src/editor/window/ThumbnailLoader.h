@@ -31,7 +31,7 @@ public:
     };
 
     // What is wanted beyond this is left out.
-    static constexpr std::size_t keptAtMost = 80;
+    static constexpr std::size_t keptAtMost = 64;
 
     ThumbnailLoader(Dispatch&, const FileSystem&, const ImageCodec&);
     ~ThumbnailLoader(); // what is still waiting is not read
