@@ -37,6 +37,10 @@ inline constexpr Color settingsTint = Color::white(0.25);
 inline constexpr double settingsTrailing = 14;
 inline constexpr Font titleFont{15, FontWeight::semibold};
 inline constexpr Color titleColor = Color::white(0.2);
+// Until the first screenshot gives the header its colour, both stand on dark glass, on which their
+// own colours could not be read.
+inline constexpr Color titleOnGlassColor = Color::white(1, 0.85);
+inline constexpr Color settingsOnGlassTint = Color::white(0.85);
 inline constexpr Font placeholderFont{14, FontWeight::regular};
 inline constexpr Color canvasPlaceholderColor = Color::white(1, 0.25);
 

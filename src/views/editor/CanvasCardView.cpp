@@ -18,8 +18,6 @@ namespace {
 constexpr int headerHeight = static_cast<int>(canvasHeaderHeight);
 constexpr int settingsSide = static_cast<int>(settingsButtonSide);
 constexpr double settingsSymbolSize = 16;
-// Of the title, where there is no screenshot whose colour the header could have.
-constexpr QColor titleOnGlass(255, 255, 255, 217);
 
 QLabel* makeLabel(const std::string& text, const char* name, const Font& font, QWidget* parent)
 {
@@ -81,10 +79,10 @@ void CanvasCardView::placeCanvas()
 void CanvasCardView::lookAgain()
 {
     const auto header = logic.headerColor();
-    color(*title, header ? qt::qtColor(titleColor) : titleOnGlass);
+    color(*title, qt::qtColor(header ? titleColor : titleOnGlassColor));
     RailButton settings = settingsButton();
     if (!header)
-        settings.tint = toolTint;
+        settings.tint = settingsOnGlassTint;
     showButton(*settingsControl, settings, settingsSymbolSize);
     settingsControl->setVisible(logic.settingsAvailable());
     placeholder->setVisible(!logic.placeholderHidden());
