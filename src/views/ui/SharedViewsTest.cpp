@@ -1,5 +1,6 @@
 #include "support/OffscreenProgram.h"
 #include "views/ui/HoverView.h"
+#include "views/ui/OnboardingButtonView.h"
 #include "views/ui/TallowLogoView.h"
 
 #include <gtest/gtest.h>
@@ -76,6 +77,25 @@ TEST_F(SharedViewsTest, AHoverViewIsLitUnderTheMouse)
     QCoreApplication::sendEvent(&view, &leave);
     EXPECT_EQ(ground(), 0);
     EXPECT_EQ(view.cursor().shape(), Qt::PointingHandCursor);
+}
+
+TEST_F(SharedViewsTest, AnOnboardingButtonIsLitOnlyWhileItIsEnabled)
+{
+    OnboardingButtonView button({}, OnboardingHoverButton::Style::bordered, &window);
+    button.setGeometry(10, 10, 80, 40);
+    const auto ground = [this] { return qRed(window.grab().toImage().pixel(50, 30)); };
+    const auto enter = [&] {
+        QEnterEvent event({1, 1}, {11, 11}, {11, 11});
+        QCoreApplication::sendEvent(&button, &event);
+    };
+    EXPECT_EQ(ground(), 0);
+    enter();
+    EXPECT_NEAR(ground(), 20, 2);
+    button.setEnabled(false);
+    EXPECT_EQ(ground(), 0);
+    enter();
+    EXPECT_EQ(ground(), 0);
+    EXPECT_EQ(button.cursor().shape(), Qt::PointingHandCursor);
 }
 
 } // namespace
