@@ -2,6 +2,7 @@
 #include "views/ui/HoverView.h"
 #include "views/ui/OnboardingButtonView.h"
 #include "views/ui/TallowLogoView.h"
+#include "views/ui/ToggleSwitch.h"
 
 #include <gtest/gtest.h>
 
@@ -96,6 +97,17 @@ TEST_F(SharedViewsTest, AnOnboardingButtonIsLitOnlyWhileItIsEnabled)
     enter();
     EXPECT_EQ(ground(), 0);
     EXPECT_EQ(button.cursor().shape(), Qt::PointingHandCursor);
+}
+
+TEST_F(SharedViewsTest, ASwitchShowsWhatItIs)
+{
+    ToggleSwitch shown(QStringLiteral("Sound"), &window);
+    const auto leftEnd = [&] { return shown.grab().toImage().pixelColor(8, 11); };
+    EXPECT_EQ(leftEnd(), QColor(Qt::white)) << "its knob";
+    shown.click();
+    EXPECT_TRUE(shown.isChecked());
+    EXPECT_LT(leftEnd().red(), 100);
+    EXPECT_EQ(shown.cursor().shape(), Qt::PointingHandCursor);
 }
 
 } // namespace
