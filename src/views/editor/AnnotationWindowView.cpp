@@ -13,11 +13,15 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <QScreen>
+#include <QTimer>
 #include <QWindow>
 
 namespace tallowbay::views {
 
 namespace {
+
+constexpr int placingAttempts = 10;
+constexpr std::chrono::milliseconds placingPause{100};
 
 constexpr auto compositionLookInterval = std::chrono::milliseconds(200);
 
@@ -119,12 +123,20 @@ void AnnotationWindowView::place()
         setWindowState(windowState() | Qt::WindowFullScreen);
 }
 
+// Screens that change at once are told of one by one, and a window manager may do something of its
+// own in between.
+void AnnotationWindowView::placeUntilItHolds(int attempts)
+{
+    if (!isVisible() || attempts == 0)
+        return;
+    if (geometry() != qt::desktopRect(logic.frame()))
+        place();
+    QTimer::singleShot(placingPause, this, [=, this] { placeUntilItHolds(attempts - 1); });
+}
+
 void AnnotationWindowView::followScreens()
 {
-    const auto follow = [this] {
-        if (isVisible())
-            place();
-    };
+    const auto follow = [this] { placeUntilItHolds(placingAttempts); };
     connect(qApp, &QGuiApplication::primaryScreenChanged, this, follow);
     connect(qApp, &QGuiApplication::screenRemoved, this, follow, Qt::QueuedConnection);
     const auto followScreen = [this, follow](QScreen* screen) {

@@ -63,6 +63,7 @@ private:
 
     void comeUp(bool withKeyboard);
     void place();
+    void placeUntilItHolds(int attempts);
     void placeParts();
     void orderTabs();
     void backdropChanged();
