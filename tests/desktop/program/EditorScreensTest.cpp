@@ -107,8 +107,16 @@ TEST_P(EditorScreensTest, MovesWhenAnotherScreenBecomesTheMainOne)
     xrandr({"--delmonitor", "left"});
     xrandr({"--delmonitor", "right"});
     xrandr({"--setmonitor", "left", "700/200x800/200+0+0", "screen"});
-    xrandr({"--setmonitor", "*right", "580/180x800/200+700+0", "none"});
-    EXPECT_TRUE(waitUntil([&] { return covers("X=700\nY=0\nWIDTH=580\nHEIGHT=800"); }));
+    // Of monitors without an output, the toolkit misses a change now and then.
+    EXPECT_TRUE(waitUntil([&] {
+        xrandr({"--setmonitor", "*right", "580/180x800/200+700+0", "none"});
+        if (waitUntil(
+                [&] { return covers("X=700\nY=0\nWIDTH=580\nHEIGHT=800"); },
+                std::chrono::seconds(2)))
+            return true;
+        xrandr({"--delmonitor", "right"});
+        return false;
+    }));
     editor.press("Escape");
     EXPECT_TRUE(editor.waitUntilGone());
 }
