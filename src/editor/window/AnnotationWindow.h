@@ -99,6 +99,7 @@ public:
     std::size_t count() const { return strip.size(); }
     std::size_t selectedIndex() const { return selected; } // means nothing in an empty strip
     ThumbnailCell cell(std::size_t index) const;
+    std::uint64_t id(std::size_t index) const { return strip.at(index).id; } // see ThumbnailCell
     const std::filesystem::path& url(std::size_t index) const { return strip.at(index).url; }
 
     // What the user does.

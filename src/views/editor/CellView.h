@@ -17,6 +17,7 @@ public:
 
     void setIndex(std::size_t);
     std::size_t index() const { return shownIndex; }
+    std::uint64_t id() const { return logic.id(shownIndex); }
     ThumbnailCell cell() const { return logic.cell(shownIndex); }
 
     // Shown on the selected cell while the strip has the keyboard.

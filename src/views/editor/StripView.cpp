@@ -398,14 +398,14 @@ void StripView::takePress(const QPoint& point)
         const QPoint inCell = cell->mapFrom(this, point);
         if (!cell->rect().contains(inCell))
             continue;
-        pressedCell = cell->cell().id;
+        pressedCell = cell->id();
         checkboxPressed = CellView::checkboxRect().contains(inCell);
     }
 }
 
 void StripView::click()
 {
-    const auto isMeant = [this](const CellView* cell) { return cell->cell().id == pressedCell; };
+    const auto isMeant = [this](const CellView* cell) { return cell->id() == pressedCell; };
     const auto found = std::ranges::find_if(shownCells, isMeant);
     if (found == shownCells.end())
         return;
