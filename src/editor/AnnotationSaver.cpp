@@ -82,7 +82,6 @@ private:
 
     // A picture for which there is not enough memory is a save that fails, and not the end of the
     // program.
-
     static std::optional<std::string> bytesOf(
         const EditedScreenshot& edited, const AnnotationExporter& exporter)
     try {

@@ -293,7 +293,7 @@ void AnnotationWindow::leaveScreenshot()
         saves.leave(strip.at(selected), drawing->backgroundImage());
 }
 
-// Its file is gone, and nothing may bring it back. True if an edit of it was still to be saved.
+// Its file is gone, and nothing may bring it back.
 void AnnotationWindow::abandonScreenshot()
 {
     drawing->setBackgroundImage(nullptr);
@@ -450,6 +450,8 @@ void AnnotationWindow::thumbnailLoaded(std::uint64_t id)
 
 void AnnotationWindow::visibleSlotsChanged(std::size_t first, std::size_t last)
 {
+    if (first == firstVisible && last == lastVisible)
+        return; // as for most of the steps of a glide
     firstVisible = first;
     lastVisible = last;
     wantThumbnails();
