@@ -86,6 +86,20 @@ protected:
         window().canvas().mouseUp({100, 100});
     }
 
+    // Of B, beside A: an edit that can be saved once its picture has come.
+    void oweAnEdit()
+    {
+        add("AB");
+        open();
+        draw();
+        settle();
+        window().cellClicked(0);
+        settle();
+        window().cellClicked(1);
+        window().undoAnnotation();
+        window().redoAnnotation();
+    }
+
     headless::Desktop desktop;
     headless::HeadlessViews views{desktop.dispatch};
     ToastPresenter presenter{desktop.dispatch, desktop.screens, desktop.textMeasurer, views};
@@ -302,15 +316,7 @@ TEST_F(EditorOpenerTest, DropsAPasteForAnEditThatCannotBeWritten)
 
 TEST_F(EditorOpenerTest, HoldsAPasteForAnEditWhosePictureIsOnItsWay)
 {
-    add("AB");
-    open();
-    draw();
-    settle();
-    window().cellClicked(0);
-    settle();
-    window().cellClicked(1); // its picture has not come yet
-    window().undoAnnotation();
-    window().redoAnnotation();
+    oweAnEdit();
     batch.handlePaste();
     EXPECT_EQ(pastes, 0);
     settle();
@@ -320,15 +326,7 @@ TEST_F(EditorOpenerTest, HoldsAPasteForAnEditWhosePictureIsOnItsWay)
 
 TEST_F(EditorOpenerTest, FiresAPasteForAnEditWhoseScreenshotIsRemoved)
 {
-    add("AB");
-    open();
-    draw();
-    settle();
-    window().cellClicked(0);
-    settle();
-    window().cellClicked(1); // its picture has not come yet
-    window().undoAnnotation();
-    window().redoAnnotation();
+    oweAnEdit();
     batch.handlePaste();
     window().removeExpiredURLs({file('B')});
     EXPECT_EQ(pastes, 1);

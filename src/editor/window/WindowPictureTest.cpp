@@ -31,6 +31,14 @@ protected:
         clipboards.clear();
         click('A');
     }
+
+    // An edit of that screenshot, which can be saved once the picture has come.
+    void oweAnEdit()
+    {
+        returnToEdited();
+        window->undoAnnotation();
+        window->redoAnnotation();
+    }
 };
 
 TEST_F(WindowPictureTest, ReadsThePictureOffTheMainQueue)
@@ -186,9 +194,7 @@ TEST_F(WindowPictureTest, SavesAnUndoOnceThePictureIsThere)
 
 TEST_F(WindowPictureTest, SavesARedoAlsoIfAnotherScreenshotIsShownBeforeThePictureIsThere)
 {
-    returnToEdited();
-    window->undoAnnotation();
-    window->redoAnnotation();
+    oweAnEdit();
     const auto before = flattened().size();
     click('B');
     EXPECT_TRUE(window->isBeingWritten(file('A')));
@@ -200,9 +206,7 @@ TEST_F(WindowPictureTest, SavesARedoAlsoIfAnotherScreenshotIsShownBeforeThePictu
 
 TEST_F(WindowPictureTest, SavesTheLastStateThatWasNotEmpty)
 {
-    returnToEdited();
-    window->undoAnnotation();
-    window->redoAnnotation();
+    oweAnEdit();
     window->undoAnnotation();
     const auto before = flattened().size();
     settle();
@@ -266,9 +270,7 @@ TEST_F(WindowPictureTest, WritesAgainWhatCouldNotBeWritten)
 
 TEST_F(WindowPictureTest, TellsThatAnEditIsLostWhosePictureCannotBeRead)
 {
-    returnToEdited();
-    window->undoAnnotation();
-    window->redoAnnotation();
+    oweAnEdit();
     desktop.files.create(file('A'), "no picture");
     settle();
     EXPECT_FALSE(window->isBeingWritten(file('A')));
@@ -277,9 +279,7 @@ TEST_F(WindowPictureTest, TellsThatAnEditIsLostWhosePictureCannotBeRead)
 
 TEST_F(WindowPictureTest, TellsThatAnEditIsLostWhosePictureCannotBeReadLater)
 {
-    returnToEdited();
-    window->undoAnnotation();
-    window->redoAnnotation();
+    oweAnEdit();
     desktop.files.create(file('A'), "no picture");
     click('B');
     settle();
@@ -289,9 +289,7 @@ TEST_F(WindowPictureTest, TellsThatAnEditIsLostWhosePictureCannotBeReadLater)
 
 TEST_F(WindowPictureTest, BringsNoScreenshotBackThatWasLeftAndIsRemoved)
 {
-    returnToEdited();
-    window->undoAnnotation();
-    window->redoAnnotation();
+    oweAnEdit();
     click('B');
     const auto before = flattened().size();
     window->removeExpiredURLs({file('A')});
@@ -303,9 +301,7 @@ TEST_F(WindowPictureTest, BringsNoScreenshotBackThatWasLeftAndIsRemoved)
 
 TEST_F(WindowPictureTest, TellsThatNothingIsOwedForAScreenshotThatIsRemoved)
 {
-    returnToEdited();
-    window->undoAnnotation();
-    window->redoAnnotation();
+    oweAnEdit();
     const auto before = flattened().size();
     window->removeExpiredURLs({file('A')});
     EXPECT_THAT(writesEnded, ElementsAre(true));
@@ -316,9 +312,7 @@ TEST_F(WindowPictureTest, TellsThatNothingIsOwedForAScreenshotThatIsRemoved)
 
 TEST_F(WindowPictureTest, WritesWhatIsOwedWhenTheProgramEnds)
 {
-    returnToEdited();
-    window->undoAnnotation();
-    window->redoAnnotation();
+    oweAnEdit();
     const auto before = flattened().size();
     window->finishWriting(std::chrono::seconds(1));
     EXPECT_EQ(flattened().size(), before + 1);
@@ -327,9 +321,7 @@ TEST_F(WindowPictureTest, WritesWhatIsOwedWhenTheProgramEnds)
 
 TEST_F(WindowPictureTest, WritesWhatIsOwedToScreenshotsThatWereLeftWhenTheProgramEnds)
 {
-    returnToEdited();
-    window->undoAnnotation();
-    window->redoAnnotation();
+    oweAnEdit();
     click('B');
     const auto before = flattened().size();
     window->finishWriting(std::chrono::seconds(1));
