@@ -4,6 +4,7 @@
 #include <QWidget>
 
 #include <cmath>
+#include <stdexcept>
 
 namespace tallowbay::test {
 
@@ -80,6 +81,17 @@ std::string QtDesktop::focusedWindowName() const
 {
     const auto answer = xServer.run({"xdotool", "getwindowfocus", "getwindowname"}).output;
     return answer.substr(0, answer.find('\n'));
+}
+
+std::string QtDesktop::keyboardOwner()
+{
+    if (!typedInto) {
+        xServer.startWindowManager();
+        typedInto = xServer.start({"xev"});
+        if (!runUntil([this] { return focusWindow("Event Tester"); }))
+            throw std::runtime_error("xev takes no keyboard: " + typedInto->errors());
+    }
+    return focusedWindowName();
 }
 
 } // namespace tallowbay::test

@@ -7,6 +7,8 @@
 #include <QImage>
 
 #include <functional>
+#include <memory>
+#include <string>
 
 namespace tallowbay::test {
 
@@ -30,6 +32,10 @@ public:
     bool focusWindow(const std::string& name) const;
     std::string focusedWindowName() const;
 
+    // The name of the window that has the keyboard: from the first question on another program's,
+    // unless one of ours takes it.
+    std::string keyboardOwner();
+
     const QColor background{60, 90, 120};
 
 private:
@@ -44,6 +50,7 @@ private:
     char name[10] = "tallowbay";
     char* arguments[2] = {name, nullptr};
     QApplication application;
+    std::unique_ptr<ChildProcess> typedInto;
 };
 
 } // namespace tallowbay::test

@@ -26,24 +26,13 @@ public:
         return std::nullopt;
     }
 
-    // Of another program's window, which has it from the first question on.
-    std::string keyboardOwner()
-    {
-        if (!typedInto) {
-            desktop.server().startWindowManager();
-            typedInto = desktop.server().start({"xev"});
-            EXPECT_TRUE(desktop.runUntil([&] { return desktop.focusWindow("Event Tester"); }));
-        }
-        return desktop.focusedWindowName();
-    }
-
+    std::string keyboardOwner() { return desktop.keyboardOwner(); }
     MonotonicTime now() { return std::chrono::steady_clock::now(); }
     void pass(std::chrono::milliseconds time) { desktop.runFor(time); }
     bool runUntil(const std::function<bool()>& condition) { return desktop.runUntil(condition); }
 
 private:
     QtDesktop desktop;
-    std::unique_ptr<ChildProcess> typedInto;
     x11::X11WindowSystem windows{*qt::x11Connection()};
     views::QtViews views{windows};
 };
