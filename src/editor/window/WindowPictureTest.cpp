@@ -17,6 +17,26 @@ class WindowPictureTest : public test::EditorTest {
 protected:
     bool hasPicture() const { return window->canvas().backgroundImage() != nullptr; }
 
+    // Eight screenshots, of which these slots are seen one after the other: whose thumbnails come,
+    // in which order.
+    std::string readInOrder(const std::vector<std::pair<std::size_t, std::size_t>>& seen)
+    {
+        createFiles("ABCDEFGH");
+        build();
+        for (const char letter : std::string("ABCDEFGH"))
+            window->addURL(file(letter));
+        for (const auto& [first, last] : seen)
+            window->visibleSlotsChanged(first, last);
+        std::string came;
+        while (desktop.dispatch.backgroundCount() > 0) {
+            editor().changedCells.clear();
+            desktop.dispatch.runBackground();
+            for (const std::size_t index : editor().changedCells)
+                came += nameOf(index);
+        }
+        return came;
+    }
+
     // A screenshot with one item, which is selected and whose picture has not come.
     void returnToEdited()
     {
@@ -384,19 +404,17 @@ TEST_F(WindowPictureTest, ReadsThumbnailsAfterThePicture)
 
 TEST_F(WindowPictureTest, ReadsThumbnailsNearestToWhatIsSeenFirst)
 {
-    createFiles("ABCDEFGH");
-    build();
-    for (const char letter : std::string("ABCDEFGH"))
-        window->addURL(file(letter));
-    window->visibleSlotsChanged(3, 4);
-    std::string came;
-    while (desktop.dispatch.backgroundCount() > 0) {
-        editor().changedCells.clear();
-        desktop.dispatch.runBackground();
-        for (const std::size_t index : editor().changedCells)
-            came += nameOf(index);
-    }
-    EXPECT_EQ(came, "DECFBGAH");
+    EXPECT_EQ(readInOrder({{3, 4}}), "DECFBGAH");
+}
+
+TEST_F(WindowPictureTest, ReadsThumbnailsByWhatIsSeenAtLast)
+{
+    EXPECT_EQ(readInOrder({{7, 7}, {0, 4}, {3, 4}}), "DECFBGAH");
+}
+
+TEST_F(WindowPictureTest, ReadsFewerThumbnailsFirstWhenLessIsSeen)
+{
+    EXPECT_EQ(readInOrder({{7, 7}, {3, 7}, {3, 4}}), "DECFBGAH");
 }
 
 TEST_F(WindowPictureTest, ReadsTheThumbnailAnewOnceAnEditIsWritten)
