@@ -9,6 +9,7 @@
 #include <utility>
 
 #include <sys/inotify.h>
+#include <sys/stat.h>
 
 namespace tallowbay::posix {
 
@@ -31,6 +32,28 @@ MonotonicTime now()
     return std::chrono::steady_clock::now();
 }
 
+// By the clock that marks changes of files, which stands still for some milliseconds at a time.
+using FileTime = std::chrono::nanoseconds;
+
+FileTime fileTimeOf(const timespec& time)
+{
+    return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+}
+
+FileTime fileTimeNow()
+{
+    timespec time{};
+    ::clock_gettime(CLOCK_REALTIME_COARSE, &time);
+    return fileTimeOf(time);
+}
+
+// Creating, moving and linking in are changes.
+bool hasChangedSince(const fs::path& path, FileTime since)
+{
+    struct stat status { };
+    return ::lstat(path.c_str(), &status) == 0 && fileTimeOf(status.st_ctim) >= since;
+}
+
 // One stream. Everything but the start runs on its thread.
 class FileStream {
 public:
@@ -48,6 +71,7 @@ private:
     void handleFile(const fs::path&, std::uint32_t mask);
     void reportEverything();
     void exploreMore();
+    bool isNews(const fs::path&) const;
     void reportComplete();
 
     const Report report;
@@ -57,6 +81,7 @@ private:
     CompleteFiles files;
     bool explored = true;
     bool reportFound = false; // what was there at the start is not reported
+    std::optional<FileTime> startedAt;
     std::optional<InotifyThread> thread;
 };
 
@@ -75,6 +100,7 @@ bool FileStream::start()
         exploreMore();
     else
         reportFound = true;
+    startedAt = fileTimeNow();
     thread.emplace(inotify, [this](Events events) { return turn(std::move(events)); });
     return true;
 }
@@ -149,10 +175,16 @@ void FileStream::reportEverything()
 void FileStream::exploreMore()
 {
     explored = tree.explore(now() + explorePiece, [this](const fs::path& path) {
-        if (reportFound)
+        if (isNews(path))
             files.notice(path, CompleteFiles::Sign::found, now());
     });
     reportFound = reportFound || explored;
+}
+
+// A folder that is come to after the start may have got a file since.
+bool FileStream::isNews(const fs::path& path) const
+{
+    return reportFound || (startedAt && hasChangedSince(path, *startedAt));
 }
 
 void FileStream::reportComplete()

@@ -353,13 +353,23 @@ TEST_F(InotifyFileEventsTest, ReportsEachFileOfManyWritersOnceAndWhole)
         EXPECT_EQ(times, 1) << path;
 }
 
+// The last ones are come to when the watch has begun.
 TEST_F(InotifyFileEventsTest, GoesThroughManyFoldersWithoutHoldingUpTheStart)
 {
-    for (int i = 0; i < 200; ++i)
-        fs::create_directories(folder / std::to_string(i) / "below");
+    const auto below = [this](int i) { return folder / std::to_string(i) / "below"; };
+    const int count = 400;
+    for (int i = 0; i < count; ++i) {
+        fs::create_directories(below(i));
+        write(below(i) / "old");
+    }
+    settle(); // the clock of the files goes on
     start();
-    write(folder / "199" / "below" / "file");
-    EXPECT_TRUE(isReported(folder / "199" / "below" / "file"));
+    for (const int i : {0, count / 2, count - 1})
+        write(below(i) / "new");
+    for (const int i : {0, count / 2, count - 1})
+        EXPECT_TRUE(isReported(below(i) / "new")) << i;
+    settle();
+    EXPECT_EQ(reported.size(), 3u);
 }
 
 // What the process table says of a thread under that word.
