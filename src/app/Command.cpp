@@ -4,29 +4,25 @@
 
 namespace tallowbay {
 
-namespace {
-
-// In the order of the commands.
-constexpr std::array<std::string_view, allCommands.size()> names{
-    "open", "ocr", "undo", "clear", "settings", "about", "quit"};
-
-} // namespace
+const CommandRow& rowOf(Command command)
+{
+    return commandTable.at(static_cast<std::size_t>(command));
+}
 
 std::string_view nameOf(Command command)
 {
-    return names.at(static_cast<std::size_t>(command));
+    return rowOf(command).name;
 }
 
 std::optional<Command> commandNamed(std::string_view name)
 {
-    const auto* found =
-        std::ranges::find_if(allCommands, [&](Command command) { return nameOf(command) == name; });
-    return found == allCommands.end() ? std::nullopt : std::optional(*found);
+    const auto* found = std::ranges::find(commandTable, name, &CommandRow::name);
+    return found == commandTable.end() ? std::nullopt : std::optional(found->command);
 }
 
 bool startsProgram(Command command)
 {
-    return command != Command::undo && command != Command::clear && command != Command::quit;
+    return rowOf(command).startsProgram;
 }
 
 std::string problemOf(Command command, CommandResult result)

@@ -1,68 +1,141 @@
 #include "main/remote/CommandLine.h"
 
+#include <algorithm>
+#include <optional>
+#include <string_view>
+#include <utility>
+
 namespace tallowbay {
 
 namespace {
 
-const std::string usage = R"(Usage: tallowbay [OPTION]
+constexpr std::string_view usageHead = R"(Usage: tallowbay [OPTION]
        tallowbay COMMAND
 
 Keeps every screenshot you take, compressed, ready for one single paste.
 
 Options:
-  -h, --help     Show this help and exit
-      --version  Show the version and exit
+  -h, --help     Show this help, or that of the COMMAND, and exit
+  -v, --version  Show the version and exit
+      --         What follows is no option
 
 Commands, for the shortcuts of your desktop:
-  open      Open or close the editor
-  ocr       Copy the text in a region of the screen
-  undo      Take back the last screenshot
-  clear     Clear all screenshots from the clipboard
-  settings  Open the settings
-  about     Show what Tallowbay is
-  quit      Quit
+)";
 
-A command goes to the Tallowbay that runs, through the session bus. If none
-runs, open, ocr, settings and about start one; undo, clear and quit fail.
-
+constexpr std::string_view usageTail = R"(
 The exit status is 0 if all went well, 1 if something failed, and 2 if the
 command line was wrong.
 )";
 
 const std::string version = "Tallowbay " TALLOWBAY_VERSION "\n";
 
-PrintAndExit misuse(const std::string& argument)
+std::string commandList()
 {
-    const bool option = argument.starts_with('-');
+    constexpr std::size_t column = 10;
+    std::string list;
+    for (const CommandRow& row : commandTable) {
+        std::string name(row.name);
+        name.resize(std::max(column, name.size() + 2), ' ');
+        list.append("  ").append(name).append(row.summary).append("\n");
+    }
+    return list;
+}
+
+std::string namesOfStarters()
+{
+    std::string names;
+    for (const CommandRow& row : commandTable) {
+        if (row.startsProgram)
+            names.append(names.empty() ? "" : ", ").append(row.name);
+    }
+    return names;
+}
+
+std::string usage()
+{
+    return std::string(usageHead) + commandList()
+        + "\nA command goes to the Tallowbay that runs, through the session bus. If none\n"
+          "runs, these start one: "
+        + namesOfStarters() + ". The others fail.\n" + std::string(usageTail);
+}
+
+std::string usage(Command command)
+{
+    const CommandRow& row = rowOf(command);
+    return "Usage: tallowbay " + std::string(row.name) + "\n\n" + std::string(row.summary)
+        + (row.startsProgram ? ". Starts Tallowbay if it does not run.\n"
+                             : ". Fails if Tallowbay does not run.\n");
+}
+
+PrintAndExit misuse(const std::string& what, const std::string& argument)
+{
     return {
-        PrintAndExit::Stream::errors,
-        std::string("tallowbay: ") + (option ? "unknown option" : "unexpected argument") + " '"
-            + argument + "' (try --help)\n",
+        PrintAndExit::Stream::errors, "tallowbay: " + what + " '" + argument + "' (try --help)\n",
         2};
 }
 
-bool isHelp(const std::string& argument)
+PrintAndExit show(std::string text)
 {
-    return argument == "-h" || argument == "--help";
+    return {PrintAndExit::Stream::output, std::move(text), 0};
 }
+
+bool isOption(const std::string& argument)
+{
+    return argument.size() > 1 && argument.starts_with('-');
+}
+
+// What the arguments said so far.
+class Arguments {
+public:
+    // What is wrong with the argument, if anything is.
+    std::optional<PrintAndExit> take(const std::string& argument)
+    {
+        if (!onlyOperands && isOption(argument))
+            return takeOption(argument);
+        if (command || !(command = commandNamed(argument)))
+            return misuse("unexpected argument", argument);
+        return std::nullopt;
+    }
+
+    CommandLine meaning() const
+    {
+        if (help)
+            return show(command ? usage(*command) : usage());
+        if (versionAsked)
+            return show(version);
+        return command ? CommandLine(RunCommand{*command}) : StartProgram();
+    }
+
+private:
+    std::optional<PrintAndExit> takeOption(const std::string& option)
+    {
+        if (option == "--")
+            onlyOperands = true;
+        else if (option == "-h" || option == "--help")
+            help = true;
+        else if (option == "-v" || option == "--version")
+            versionAsked = true;
+        else
+            return misuse("unknown option", option);
+        return std::nullopt;
+    }
+
+    std::optional<Command> command;
+    bool help = false;
+    bool versionAsked = false;
+    bool onlyOperands = false;
+};
 
 } // namespace
 
 CommandLine parseCommandLine(const std::vector<std::string>& arguments)
 {
-    CommandLine asked = StartProgram();
+    Arguments asked;
     for (const std::string& argument : arguments) {
-        const auto command = commandNamed(argument);
-        if (isHelp(argument))
-            asked = PrintAndExit{PrintAndExit::Stream::output, usage, 0};
-        else if (argument == "--version")
-            asked = PrintAndExit{PrintAndExit::Stream::output, version, 0};
-        else if (command && arguments.size() == 1)
-            asked = RunCommand{*command};
-        else
-            return misuse(argument);
+        if (const auto problem = asked.take(argument))
+            return *problem;
     }
-    return asked;
+    return asked.meaning();
 }
 
 } // namespace tallowbay

@@ -29,7 +29,8 @@ struct PrintAndExit {
 
 using CommandLine = std::variant<StartProgram, RunCommand, PrintAndExit>;
 
-// The arguments come without the program's name. An option that is not known wins over --help.
+// The arguments come without the program's name. What is wrong wins over --help, --help over all
+// else; after "--" nothing is an option.
 CommandLine parseCommandLine(const std::vector<std::string>& arguments);
 
 } // namespace tallowbay

@@ -31,29 +31,59 @@ TEST(CommandLineTest, ShowsHelpOnStandardOutput)
 
 TEST(CommandLineTest, ShowsTheVersionOnStandardOutput)
 {
-    const auto version = printed({"--version"});
-    EXPECT_EQ(version.stream, PrintAndExit::Stream::output);
-    EXPECT_EQ(version.status, 0);
-    EXPECT_THAT(version.text, testing::MatchesRegex("Tallowbay [0-9]+\\.[0-9]+\\.[0-9]+\n"));
+    for (const char* option : {"-v", "--version"}) {
+        const auto version = printed({option});
+        EXPECT_EQ(version.stream, PrintAndExit::Stream::output);
+        EXPECT_EQ(version.status, 0);
+        EXPECT_THAT(version.text, testing::MatchesRegex("Tallowbay [0-9]+\\.[0-9]+\\.[0-9]+\n"));
+    }
 }
 
 TEST(CommandLineTest, HandsOverEachCommand)
 {
-    for (const Command command : allCommands) {
-        const std::string name(nameOf(command));
-        EXPECT_EQ(parseCommandLine({name}), CommandLine(RunCommand{command}));
-        EXPECT_THAT(printed({"--help"}).text, HasSubstr("\n  " + name + " "));
+    for (const CommandRow& row : commandTable) {
+        const std::string name(row.name);
+        EXPECT_EQ(parseCommandLine({name}), CommandLine(RunCommand{row.command}));
+        EXPECT_THAT(
+            printed({"--help"}).text,
+            testing::ContainsRegex("\n  " + name + " +" + std::string(row.summary) + "\n"));
     }
 }
 
-TEST(CommandLineTest, RefusesAnythingBesideACommand)
+TEST(CommandLineTest, HelpsWithEachCommandInsteadOfRunningIt)
+{
+    for (const CommandRow& row : commandTable) {
+        const std::string name(row.name);
+        const auto help = printed({name, "--help"});
+        EXPECT_EQ(help.status, 0);
+        EXPECT_EQ(help.stream, PrintAndExit::Stream::output);
+        EXPECT_THAT(help.text, testing::StartsWith("Usage: tallowbay " + name + "\n"));
+        EXPECT_THAT(help.text, HasSubstr(std::string(row.summary) + ". "));
+        EXPECT_EQ(printed({name, "-h"}), help);
+        EXPECT_EQ(printed({"--help", name}), help);
+        EXPECT_EQ(printed({name, "--version"}), printed({"--version"}));
+    }
+    EXPECT_THAT(printed({"open", "-h"}).text, HasSubstr("Starts Tallowbay if it does not run."));
+    EXPECT_THAT(printed({"undo", "-h"}).text, HasSubstr("Fails if Tallowbay does not run."));
+}
+
+TEST(CommandLineTest, TakesNoOptionAfterTwoDashes)
+{
+    const CommandLine undo = RunCommand{Command::undo};
+    EXPECT_EQ(parseCommandLine({"--"}), CommandLine(StartProgram()));
+    EXPECT_EQ(parseCommandLine({"--", "undo"}), undo);
+    EXPECT_EQ(parseCommandLine({"undo", "--"}), undo);
+    EXPECT_EQ(
+        printed({"--", "--help"}).text, "tallowbay: unexpected argument '--help' (try --help)\n");
+    EXPECT_EQ(printed({"--", "--"}).status, 2);
+}
+
+TEST(CommandLineTest, RefusesASecondCommand)
 {
     const PrintAndExit refusal{
-        PrintAndExit::Stream::errors, "tallowbay: unexpected argument 'undo' (try --help)\n", 2};
-    EXPECT_EQ(printed({"undo", "undo"}), refusal);
-    EXPECT_EQ(printed({"undo", "--help"}), refusal);
-    EXPECT_EQ(printed({"--version", "undo"}), refusal);
-    EXPECT_EQ(printed({"undo", "--nonsense"}), refusal);
+        PrintAndExit::Stream::errors, "tallowbay: unexpected argument 'clear' (try --help)\n", 2};
+    EXPECT_EQ(printed({"undo", "clear"}), refusal);
+    EXPECT_EQ(printed({"--help", "undo", "clear"}), refusal);
 }
 
 TEST(CommandLineTest, RefusesAnUnknownOptionInOneLineOfStandardError)
@@ -62,6 +92,7 @@ TEST(CommandLineTest, RefusesAnUnknownOptionInOneLineOfStandardError)
         PrintAndExit::Stream::errors, "tallowbay: unknown option '--nonsense' (try --help)\n", 2};
     EXPECT_EQ(printed({"--nonsense"}), refusal);
     EXPECT_EQ(printed({"--help", "--nonsense"}), refusal);
+    EXPECT_EQ(printed({"undo", "--nonsense"}), refusal);
 }
 
 TEST(CommandLineTest, RefusesAnArgumentThatIsNoOption)
@@ -72,6 +103,7 @@ TEST(CommandLineTest, RefusesAnArgumentThatIsNoOption)
             PrintAndExit::Stream::errors,
             "tallowbay: unexpected argument 'file.png' (try --help)\n", 2}));
     EXPECT_EQ(printed({""}).status, 2);
+    EXPECT_THAT(printed({"-"}).text, HasSubstr("unexpected argument '-'"));
 }
 
 } // namespace
