@@ -12,6 +12,8 @@ namespace tallowbay {
 
 namespace {
 
+constexpr auto runningTitle = "Tallowbay is running";
+
 // A template image, which the platform tints to suit the bar, or the program's initials.
 StatusButton makeStatusButton(const Resources& resources)
 {
@@ -145,6 +147,14 @@ CommandResult AppDelegate::carryOut(Command command)
     return CommandResult::done;
 }
 
+void AppDelegate::activate()
+{
+    if (onboardingVisible())
+        onboardingWindow->show();
+    else
+        toasts.show(runningTitle);
+}
+
 void AppDelegate::openAnnotationWindow(bool showSettings)
 {
     editorOpener.openAnnotationWindow(showSettings);
@@ -178,7 +188,7 @@ Menu AppDelegate::makeMenu()
     quit.keyEquivalent = "q";
     quit.symbol = "xmark";
     return {
-        makeItem("Tallowbay is running", nullptr),
+        makeItem(runningTitle, nullptr),
         MenuItem::makeSeparator(),
         makeRow("Settings", Command::settings),
         makeRow("About Tallowbay", Command::about),

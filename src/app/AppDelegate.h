@@ -53,6 +53,10 @@ public:
     // Does what others ask for.
     CommandResult perform(Command);
 
+    // The user has started the program again: shows him where it is. The setup comes to the front;
+    // once that is done, a toast tells that the program runs.
+    void activate();
+
     ScreenshotBatch& batch() { return screenshotBatch; }
 
     EditorSlot& editor() { return editorSlot; }

@@ -123,6 +123,32 @@ TEST_F(AppDelegateTest, TakesTheSetupOffTheScreenOnceItIsDone)
     EXPECT_FALSE(views.onboardingWindows.back()->alive);
 }
 
+TEST_F(AppDelegateTest, EndsWhenTheSetupIsClosed)
+{
+    launch(false);
+    views.onboardingWindows.back()->logic->windowClosed();
+    desktop.dispatch.runMain();
+    EXPECT_TRUE(desktop.application.ended());
+}
+
+TEST_F(AppDelegateTest, BringsTheSetupToTheFrontWhenItIsStartedAgain)
+{
+    launch(false);
+    app->activate();
+    EXPECT_EQ(views.onboardingWindows.size(), 1u);
+    EXPECT_THAT(
+        views.onboardingWindows.back()->journal, ElementsAre("key and front", "key and front"));
+    EXPECT_THAT(views.messages(), IsEmpty());
+}
+
+TEST_F(AppDelegateTest, TellsThatItRunsWhenItIsStartedAgain)
+{
+    launch();
+    app->activate();
+    desktop.dispatch.runMain();
+    EXPECT_THAT(views.messages(), ElementsAre("Tallowbay is running"));
+}
+
 TEST_F(AppDelegateTest, TakesTheSetupAlongWhenItEnds)
 {
     launch(false);
@@ -139,7 +165,7 @@ TEST_F(AppDelegateTest, DoesNotWarnOfTheClipboardTargetWhileTheSetupIsShown)
     desktop.dispatch.advance(500ms);
     EXPECT_FALSE(desktop.alerts.open());
 
-    views.onboardingWindows.back()->logic->windowClosed();
+    completeSetup();
     desktop.dispatch.advance(500ms);
     EXPECT_TRUE(desktop.alerts.open());
 }

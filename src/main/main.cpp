@@ -76,7 +76,9 @@ int runDesktop(DesktopKind kind, RemoteControl& remoteControl, std::optional<Com
 try {
     const auto desktop = makeDesktop(kind);
     AppDelegate delegate(desktop->platform(), desktop->views());
-    remoteControl.serve([&delegate](Command command) { return delegate.perform(command); });
+    remoteControl.serve(
+        {[&delegate](Command command) { return delegate.perform(command); },
+         [&delegate] { delegate.activate(); }});
     delegate.applicationDidFinishLaunching();
     const bool goesOn = !first || performFirst(delegate, *first);
     const int status = goesOn ? desktop->run() : 1;
@@ -110,6 +112,8 @@ int handOver(std::optional<Command> command, bool busExists)
 {
     if (!command) {
         tell("Tallowbay is already running");
+        if (busExists)
+            activateRunningProgram();
         return 0;
     }
     if (!busExists) {

@@ -2,6 +2,7 @@
 
 #include "capture/ScreenshotLocation.h"
 #include "onboarding/OnboardingPort.h"
+#include "platform/Application.h"
 #include "platform/FileSystem.h"
 #include "platform/Permissions.h"
 #include "platform/Platform.h"
@@ -60,6 +61,7 @@ std::vector<Step> makeSteps(const Platform& platform)
 
 OnboardingWindow::OnboardingWindow(const Platform& platform, Views& views)
     : preferences(platform.defaults.standard())
+    , application(platform.application)
     , allSteps(makeSteps(platform))
     , view(views.makeOnboardingWindow(*this))
 {
@@ -80,6 +82,12 @@ void OnboardingWindow::startTapped()
         return;
     preferences.set(preference::onboardingCompleted.key, {true});
     completed();
+}
+
+void OnboardingWindow::windowClosed()
+{
+    onScreen = false;
+    application.terminate();
 }
 
 } // namespace tallowbay

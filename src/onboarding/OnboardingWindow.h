@@ -7,13 +7,15 @@
 
 namespace tallowbay {
 
+class Application;
 class OnboardingPort;
 class UserDefaults;
 class Views;
 struct Platform;
 
 // The first-run window: what the program needs, whether it has it, and a button that starts it.
-// Closing the window leaves the program as it is, and the next start shows it again.
+// Closing the window ends the program, of which nobody would see anything then; the next start
+// shows it again.
 //
 // Thread: main queue.
 class OnboardingWindow {
@@ -31,6 +33,7 @@ public:
     // Called once, when the user starts the program; may destroy this window.
     std::function<void()> onCompleted;
 
+    // In front of other windows and with the keyboard; may be called again.
     void show();
     bool visible() const { return onScreen; }
 
@@ -41,10 +44,11 @@ public:
 
     // What the user does there.
     void startTapped();
-    void windowClosed() { onScreen = false; }
+    void windowClosed();
 
 private:
     UserDefaults& preferences;
+    Application& application;
     const std::vector<Step> allSteps;
     bool onScreen = false;
     std::unique_ptr<OnboardingPort> view;

@@ -114,6 +114,14 @@ TEST_F(OnboardingWindowTest, CompletesOnce)
     EXPECT_EQ(completions, 1);
 }
 
+TEST_F(OnboardingWindowTest, LetsTheProgramRunOnceItIsCompleted)
+{
+    open().startTapped();
+    window.reset();
+    desktop.dispatch.runMain();
+    EXPECT_FALSE(desktop.application.ended());
+}
+
 TEST_F(OnboardingWindowTest, MayBeDestroyedByItsCompletion)
 {
     open();
@@ -126,9 +134,14 @@ TEST_F(OnboardingWindowTest, MayBeDestroyedByItsCompletion)
     EXPECT_FALSE(views.onboardingWindows.back()->alive);
 }
 
-TEST_F(OnboardingWindowTest, LeavesTheProgramAsItIsWhenItIsClosed)
+TEST_F(OnboardingWindowTest, EndsTheProgramWhenItIsClosed)
 {
-    open().windowClosed();
+    open();
+    desktop.dispatch.runMain();
+    EXPECT_FALSE(desktop.application.ended());
+    window->windowClosed();
+    desktop.dispatch.runMain();
+    EXPECT_TRUE(desktop.application.ended());
     EXPECT_FALSE(window->visible());
     EXPECT_EQ(completions, 0);
     EXPECT_FALSE(remembered());

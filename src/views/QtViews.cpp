@@ -21,7 +21,7 @@ std::unique_ptr<LoaderPort> QtViews::makeLoader(const TallowLoaderPanel& logic)
 
 std::unique_ptr<OnboardingPort> QtViews::makeOnboardingWindow(OnboardingWindow& logic)
 {
-    return std::make_unique<OnboardingView>(logic);
+    return std::make_unique<OnboardingView>(logic, windows);
 }
 
 std::unique_ptr<WindowPort> QtViews::makeToast(const ToastContent& content)

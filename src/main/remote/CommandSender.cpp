@@ -14,14 +14,20 @@ using Outcome = CommandReply::Outcome;
 
 constexpr int patienceMilliseconds = 10'000;
 
-QDBusMessage requestFor(Command command)
+QDBusMessage requestFor(const QString& method)
 {
     auto request = QDBusMessage::createMethodCall(
-        busName::service, busName::path, busName::application, QStringLiteral("ActivateAction"));
+        busName::service, busName::path, busName::application, method);
+    request.setAutoStartService(false);
+    return request;
+}
+
+QDBusMessage requestFor(Command command)
+{
+    auto request = requestFor(QStringLiteral("ActivateAction"));
     const auto name = nameOf(command);
     request << QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())) << QVariantList()
             << QVariantMap();
-    request.setAutoStartService(false);
     return request;
 }
 
@@ -54,6 +60,13 @@ CommandReply sendCommand(Command command)
     if (answer.type() == QDBusMessage::ErrorMessage)
         return replyFor(command, answer);
     return {};
+}
+
+void activateRunningProgram()
+{
+    auto request = requestFor(QStringLiteral("Activate"));
+    request << QVariantMap();
+    QDBusConnection::sessionBus().call(request, QDBus::Block, patienceMilliseconds);
 }
 
 } // namespace tallowbay

@@ -17,4 +17,7 @@ struct CommandReply {
 // ten seconds at most. Needs the QCoreApplication.
 CommandReply sendCommand(Command);
 
+// Lets the running program show itself; whether it did is not told. Needs the QCoreApplication.
+void activateRunningProgram();
+
 } // namespace tallowbay

@@ -22,9 +22,9 @@ void RemoteControl::stop()
     QDBusConnection::sessionBus().unregisterObject(busName::path);
 }
 
-void RemoteControl::serve(Perform newPerform)
+void RemoteControl::serve(Program newProgram)
 {
-    perform = std::move(newPerform);
+    program = std::move(newProgram);
 }
 
 bool RemoteControl::handleMessage(const QDBusMessage& request, const QDBusConnection& bus)
@@ -42,8 +42,12 @@ QDBusMessage RemoteControl::answer(const QDBusMessage& request)
     const QString method = request.member() + QLatin1Char(' ') + request.signature();
     if (method == QStringLiteral("ActivateAction sava{sv}"))
         return answer(request, commandNamed(request.arguments().first().toString().toStdString()));
-    if (method == QStringLiteral("Activate a{sv}") || method == QStringLiteral("Open asa{sv}"))
+    if (method == QStringLiteral("Open asa{sv}"))
         return answer(request, Command::open);
+    if (method == QStringLiteral("Activate a{sv}")) {
+        program.activate();
+        return request.createReply();
+    }
     return request.createErrorReply(
         QDBusError::UnknownMethod, QStringLiteral("there is no method ") + method);
 }
@@ -53,7 +57,7 @@ QDBusMessage RemoteControl::answer(const QDBusMessage& request, std::optional<Co
     if (!command)
         return request.createErrorReply(
             QDBusError::InvalidArgs, QStringLiteral("there is no such action"));
-    const std::string problem = problemOf(*command, perform(*command));
+    const std::string problem = problemOf(*command, program.perform(*command));
     if (!problem.empty())
         return request.createErrorReply(busName::notAvailable, QString::fromStdString(problem));
     return request.createReply();

@@ -10,12 +10,16 @@
 namespace tallowbay {
 
 // Lets others on the session's message bus ask for commands, by the desktop's standard interface of
-// programs: each command is an action, and to activate the program is to open the editor.
+// programs: each command is an action, and to open something is to open the editor.
 //
 // Thread: main queue. Needs the QCoreApplication.
 class RemoteControl final : public QDBusVirtualObject {
 public:
-    using Perform = std::function<CommandResult(Command)>;
+    // What the program answers with.
+    struct Program {
+        std::function<CommandResult(Command)> perform;
+        std::function<void()> activate; // it was started again
+    };
 
     // Requests wait from now on until the main loop runs, so that none that comes early is lost.
     // Does nothing without a bus.
@@ -23,7 +27,7 @@ public:
     ~RemoteControl() override;
 
     // To be called before the main loop runs.
-    void serve(Perform);
+    void serve(Program);
 
     // Nothing is asked of the program from now on.
     void stop();
@@ -35,7 +39,7 @@ private:
     QDBusMessage answer(const QDBusMessage& request);
     QDBusMessage answer(const QDBusMessage& request, std::optional<Command>);
 
-    Perform perform;
+    Program program;
 };
 
 } // namespace tallowbay

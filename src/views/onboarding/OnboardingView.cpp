@@ -1,5 +1,6 @@
 #include "views/onboarding/OnboardingView.h"
 
+#include "platform/WindowSystem.h"
 #include "platform/qt/Artwork.h"
 #include "platform/qt/graphics/GraphicsFonts.h"
 
@@ -114,8 +115,9 @@ QFrame* makeLine()
 
 } // namespace
 
-OnboardingView::OnboardingView(OnboardingWindow& logic)
+OnboardingView::OnboardingView(OnboardingWindow& logic, WindowSystem& windows)
     : logic(logic)
+    , windows(windows)
 {
     setObjectName(QStringLiteral("onboardingWindow"));
     setWindowTitle(QStringLiteral("Tallowbay"));
@@ -175,12 +177,20 @@ void OnboardingView::addButton(QVBoxLayout& rows)
 
 void OnboardingView::makeKeyAndOrderFront()
 {
-    adjustSize();
-    if (const QScreen* screen = QGuiApplication::primaryScreen())
-        move(screen->availableGeometry().center() - rect().center());
+    if (!isVisible())
+        center();
+    setWindowState(windowState() & ~Qt::WindowMinimized);
     show();
     raise();
     activateWindow();
+    windows.activate(winId()); // which the desktop may refuse the toolkit
+}
+
+void OnboardingView::center()
+{
+    adjustSize();
+    if (const QScreen* screen = QGuiApplication::primaryScreen())
+        move(screen->availableGeometry().center() - rect().center());
 }
 
 void OnboardingView::closeEvent(QCloseEvent* event)

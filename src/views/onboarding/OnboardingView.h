@@ -7,12 +7,16 @@
 
 class QVBoxLayout;
 
+namespace tallowbay {
+class WindowSystem;
+}
+
 namespace tallowbay::views {
 
 // The first-run window on the screen.
 class OnboardingView final : public QWidget, public OnboardingPort {
 public:
-    explicit OnboardingView(OnboardingWindow&);
+    OnboardingView(OnboardingWindow&, WindowSystem&);
 
     // The port
     void makeKeyAndOrderFront() override;
@@ -24,8 +28,10 @@ private:
     void addHeader(QVBoxLayout&);
     void addSteps(QVBoxLayout&);
     void addButton(QVBoxLayout&);
+    void center();
 
     OnboardingWindow& logic;
+    WindowSystem& windows;
 };
 
 } // namespace tallowbay::views

@@ -1,4 +1,6 @@
+#include "desktop/support/SessionBus.h"
 #include "desktop/support/Wait.h"
+#include "desktop/support/XClient.h"
 #include "desktop/support/XServer.h"
 #include "support/TemporaryFolder.h"
 
@@ -59,6 +61,17 @@ protected:
             if (std::string mask; word == "SigCgt:" && status >> mask)
                 return std::stoull(mask, nullptr, 16);
         return 0;
+    }
+
+    static bool setupIsShown(const XServer& server)
+    {
+        return server.run({"xdotool", "search", "--onlyvisible", "--name", "^Tallowbay$"}).status
+            == 0;
+    }
+
+    static std::string activeWindow(const XServer& server)
+    {
+        return server.run({"xdotool", "getactivewindow", "getwindowname"}).output;
     }
 
     test::TemporaryFolder folder;
@@ -170,10 +183,7 @@ TEST_F(ProgramTest, ShowsWhatItNeedsAtTheFirstStartOnly)
     std::filesystem::create_directory(folder.path / "Desktop");
     XServer server;
     server.startWindowManager();
-    const auto windowIsShown = [&] {
-        return server.run({"xdotool", "search", "--onlyvisible", "--name", "^Tallowbay$"}).status
-            == 0;
-    };
+    const auto windowIsShown = [&] { return setupIsShown(server); };
     auto program = start({}, environmentOn(server));
     ASSERT_TRUE(waitUntil(windowIsShown));
     const auto preferences = folder.path / "config/tallowbay/com.quarnel.tallowbay.json";
@@ -198,6 +208,37 @@ TEST_F(ProgramTest, ShowsWhatItNeedsAtTheFirstStartOnly)
     program->signal(SIGTERM);
     EXPECT_EQ(program->wait(), 0);
     EXPECT_FALSE(windowIsShown());
+}
+
+// It went on where nobody saw it, and took no screenshots.
+TEST_F(ProgramTest, EndsWhenItsFirstWindowIsClosed)
+{
+    XServer server;
+    server.startWindowManager();
+    const auto program = start({}, environmentOn(server));
+    ASSERT_TRUE(waitUntil([&] { return activeWindow(server) == "Tallowbay\n"; }));
+    server.run({"xdotool", "key", "alt+F4"});
+    EXPECT_EQ(program->wait(), 0);
+    EXPECT_THAT(program->errors(), IsEmpty());
+}
+
+TEST_F(ProgramTest, BringsItsFirstWindowToTheFrontWhenItIsStartedAgain)
+{
+    XServer server;
+    server.startWindowManager();
+    const SessionBus bus(environment());
+    auto withBus = environmentOn(server);
+    withBus["DBUS_SESSION_BUS_ADDRESS"] = bus.address();
+    const auto program = start({}, withBus);
+    ASSERT_TRUE(waitUntil([&] { return activeWindow(server) == "Tallowbay\n"; }));
+    XClient other(server.display());
+    other.takeFocus();
+    ASSERT_NE(activeWindow(server), "Tallowbay\n");
+
+    const auto second = start({}, withBus);
+    EXPECT_EQ(second->wait(), 0);
+    EXPECT_TRUE(waitUntil([&] { return activeWindow(server) == "Tallowbay\n"; }));
+    EXPECT_TRUE(program->running());
 }
 
 TEST_F(ProgramTest, RunsOncePerSessionWithoutAMessageBus)
