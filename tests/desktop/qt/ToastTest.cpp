@@ -7,9 +7,12 @@
 #include "views/QtViews.h"
 
 #include <QImage>
+#include <QScreen>
 #include <QWidget>
 
 #include <gmock/gmock.h>
+
+#include <cmath>
 
 using testing::HasSubstr;
 
@@ -214,6 +217,78 @@ TEST_F(ToastTest, LetsClicksAndKeysThrough)
     EXPECT_TRUE(
         desktop.runUntil([&] { return window->output().find("KeyPress") != std::string::npos; }));
 }
+
+// So many pixels a point: Qt reads it when it starts.
+struct PixelsPerPoint {
+    explicit PixelsPerPoint(double scale) { qputenv("QT_SCALE_FACTOR", QByteArray::number(scale)); }
+    ~PixelsPerPoint() { qunsetenv("QT_SCALE_FACTOR"); }
+};
+
+class ScaledToastTest : public testing::WithParamInterface<double>,
+                        private PixelsPerPoint,
+                        public ToastTest {
+protected:
+    ScaledToastTest()
+        : PixelsPerPoint(GetParam())
+    {
+        desktop.server().run({"xsetroot", "-mod", "7", "5", "-fg", "#e02020", "-bg", "#20a0e0"});
+        wallpaper = look();
+    }
+
+    QImage look() const { return desktop.picture(pixels).convertToFormat(QImage::Format_RGB32); }
+
+    // Whether the middle of the pixel lies on the rounded rectangle, if it is not at its very edge.
+    std::optional<bool> isOnToast(int x, int y) const
+    {
+        const double radius = content.cornerRadius * scale;
+        const double right = std::max(std::abs(x + 0.5 - pixels.width() / 2.0) + radius, 0.0);
+        const double below = std::max(std::abs(y + 0.5 - pixels.height() / 2.0) + radius, 0.0);
+        const double distance = std::hypot(
+            std::max(right - pixels.width() / 2.0, 0.0),
+            std::max(below - pixels.height() / 2.0, 0.0));
+        return std::abs(distance - radius) < 1 ? std::nullopt : std::optional(distance < radius);
+    }
+
+    // Grey, as material, rim and text are; the wallpaper is nowhere.
+    static bool isOfToast(const QColor& color)
+    {
+        return std::abs(color.red() - color.green()) < 8
+            && std::abs(color.red() - color.blue()) < 8;
+    }
+
+    const double scale = GetParam();
+    const QRect pixels{
+        int(200 * scale), int(100 * scale), int(frame.width() * scale), int(48 * scale)};
+    QImage wallpaper;
+};
+
+// Parts of the wallpaper stood in the toast, where they did not belong.
+TEST_P(ScaledToastTest, IsWholeInItsShapeAndLeavesTheWallpaperAroundIt)
+{
+    ToastContent placed = content;
+    const int bottom = QGuiApplication::primaryScreen()->geometry().height();
+    placed.frame.origin = {200, bottom - 100 - content.frame.size.height};
+    const auto toast = show(placed);
+    ASSERT_TRUE(desktop.runUntil([&] { return brightestOf(look()) > 240; }));
+
+    const QImage shown = look();
+    ASSERT_EQ(shown.size(), pixels.size());
+    for (int y = 0; y < shown.height(); ++y) {
+        for (int x = 0; x < shown.width(); ++x) {
+            const auto onToast = isOnToast(x, y);
+            if (!onToast)
+                continue;
+            const bool right = *onToast ? isOfToast(shown.pixelColor(x, y))
+                                        : shown.pixel(x, y) == wallpaper.pixel(x, y);
+            ASSERT_TRUE(right) << x << ", " << y << " of " << pixels.width() << " x "
+                               << pixels.height();
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Scale, ScaledToastTest, testing::Values(1, 1.5, 2), [](const auto& info) {
+    return "Times" + std::to_string(int(info.param * 100)) + "Percent";
+});
 
 // With a window manager that composes the windows, over a red window of this program.
 class CompositedToastTest : public ToastTest {
