@@ -43,6 +43,8 @@ public:
     // Returns when it manages windows.
     void startWindowManager(const std::vector<std::string>& command = {"openbox"});
 
+    void endWindowManager() { windowManager.reset(); }
+
     // Runs a program to its end.
     Finished run(const std::vector<std::string>& command, const std::string& input = {}) const;
 
