@@ -50,6 +50,11 @@ std::variant<std::unique_ptr<TesseractEngine>, RecognitionFailure> TesseractEngi
     return std::unique_ptr<TesseractEngine>(new TesseractEngine(std::move(api)));
 }
 
+void TesseractEngine::forgetSharedData()
+{
+    ::tesseract::TessBaseAPI::ClearPersistentCache();
+}
+
 std::vector<Symbol> TesseractEngine::read(const LineImage& image)
 {
     // In this thread: several cost more than they save on one line, and the engine asks for four.

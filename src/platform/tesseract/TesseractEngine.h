@@ -33,6 +33,10 @@ public:
 
     ~TesseractEngine();
 
+    // What all engines share, mostly dictionaries, outlives them; this lets go of what none uses.
+    // Thread: any.
+    static void forgetSharedData();
+
     // From left to right.
     std::vector<Symbol> read(const LineImage&);
 

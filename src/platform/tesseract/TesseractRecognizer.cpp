@@ -49,6 +49,7 @@ public:
         if (!released)
             return;
         released.reset();
+        TesseractEngine::forgetSharedData();
         ::malloc_trim(0); // what the engine held in small pieces goes back to the system, too
     }
 
