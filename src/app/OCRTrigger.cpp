@@ -6,6 +6,8 @@
 #include "platform/Permissions.h"
 #include "ui/ToastGate.h"
 
+#include <utility>
+
 namespace tallowbay {
 
 OCRTrigger::OCRTrigger(const Platform& platform, ToastGate& toasts, ScreenshotBatch& batch)
@@ -24,10 +26,12 @@ bool OCRTrigger::triggerOCR()
         toasts.show(screen.reason);
         return false;
     }
+    if (std::exchange(selecting, true))
+        return true;
     batch.beginTextExtraction();
-    OCRCapture::run(platform, lifetime.guard([this](const std::optional<std::string>& text) {
-        finishOCR(text);
-    }));
+    OCRCapture::run(
+        platform, lifetime.guard([this] { selecting = false; }),
+        lifetime.guard([this](const std::optional<std::string>& text) { finishOCR(text); }));
     return true;
 }
 

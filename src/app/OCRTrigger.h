@@ -19,9 +19,10 @@ class OCRTrigger {
 public:
     OCRTrigger(const Platform&, ToastGate&, ScreenshotBatch&);
 
-    // Lets the user select a region. Until its text is there, a paste does not end the batch. A
-    // second call starts a second capture. False where the session hides its screen: nothing starts
-    // then, and a toast and a line on the console say why.
+    // Lets the user select a region. Until its text is there, a paste does not end the batch. While
+    // a selection is on the screen nothing more is started: it is what was asked for. False where
+    // the session hides its screen: nothing starts then, and a toast and a line on the console say
+    // why.
     bool triggerOCR();
 
 private:
@@ -30,6 +31,7 @@ private:
     const Platform platform;
     ToastGate& toasts;
     ScreenshotBatch& batch;
+    bool selecting = false;
     Lifetime lifetime;
 };
 

@@ -164,12 +164,34 @@ TEST_F(OCRTriggerTest, KeepsATextThatCameBeforeACancelledCapture)
     EXPECT_EQ(desktop.pasteboard.text, "First\n\nSecond");
 }
 
-TEST_F(OCRTriggerTest, LetsASecondCaptureStartBesideTheFirst)
+// Asked for by command, a second selection covered the first, with a picture of it.
+TEST_F(OCRTriggerTest, ShowsOneSelectionHoweverOftenItIsAskedFor)
 {
-    desktop.textRecognizer.willFindLines({"First"});
-    desktop.textRecognizer.willFindLines({"Second"});
-    trigger->triggerOCR();
-    trigger->triggerOCR();
+    desktop.textRecognizer.willFindLines({"Hello"});
+    EXPECT_TRUE(trigger->triggerOCR());
+    EXPECT_TRUE(trigger->triggerOCR());
+    desktop.dispatch.runUntilIdle();
+    EXPECT_EQ(desktop.processes.journal.size(), 1u);
+    EXPECT_THAT(views.messages(), ElementsAre("1 Text(s) Copied"));
+}
+
+TEST_F(OCRTriggerTest, ShowsAnotherSelectionAfterOneThatCameToNothing)
+{
+    cancel();
+    cancel();
+    desktop.files.makeReadOnly("/tmp"); // there is nowhere to put the picture
+    cancel();
+    cancel();
+    EXPECT_EQ(views.messages(), std::vector<std::string>(4, "No Text Found"));
+}
+
+TEST_F(OCRTriggerTest, LetsASecondCaptureStartWhileTheFirstIsRead)
+{
+    desktop.textRecognizer.hold();
+    capture("First");
+    capture("Second");
+    EXPECT_EQ(desktop.processes.journal.size(), 2u);
+    desktop.textRecognizer.answerHeld();
     desktop.dispatch.runUntilIdle();
     EXPECT_EQ(desktop.pasteboard.text, "First\n\nSecond");
     batch.addToClipboard(screenshot);

@@ -44,16 +44,27 @@ std::optional<std::string> joinedLines(const RecognitionResult& result)
 
 } // namespace
 
-void OCRCapture::run(const Platform& platform, Completion completion)
+void OCRCapture::run(
+    const Platform& platform, std::function<void()> selectionEnded, Completion completion)
 {
     platform.dispatch.globalAsync(
-        QualityOfService::userInitiated, [platform, completion = std::move(completion)] {
-            captureAndRecognize(platform, completion);
+        QualityOfService::userInitiated,
+        [platform, selectionEnded = std::move(selectionEnded), completion = std::move(completion)] {
+            captureAndRecognize(platform, selectionEnded, completion);
         });
 }
 
-// In the background: blocks until the user has selected a region.
-void OCRCapture::captureAndRecognize(const Platform& platform, const Completion& completion)
+// Blocks until the user has selected one. False if there is no picture of it.
+bool OCRCapture::selectRegion(const Platform& platform, const fs::path& file)
+{
+    return platform.processes.run(platform.tools.screencapture, {"-i", file})
+        && platform.fileSystem.exists(file);
+}
+
+// In the background.
+void OCRCapture::captureAndRecognize(
+    const Platform& platform, const std::function<void()>& selectionEnded,
+    const Completion& completion)
 {
     // The name can be guessed: in a folder of our own nobody can have put a link there before us.
     const auto folder = platform.fileSystem.makeTemporaryFolder();
@@ -63,13 +74,12 @@ void OCRCapture::captureAndRecognize(const Platform& platform, const Completion&
             platform.fileSystem.remove(*folder);
         platform.dispatch.mainAsync([completion, text] { completion(text); });
     };
-    if (!folder) {
+    if (!folder)
         platform.console.line("Text extraction failed: no folder can be made for the capture");
-        return finish(std::nullopt);
-    }
-    const fs::path file = *folder / captureName(platform.clock);
-    if (platform.processes.run(platform.tools.screencapture, {"-i", file})
-        && platform.fileSystem.exists(file))
+    const fs::path file = folder.value_or(fs::path()) / captureName(platform.clock);
+    const bool selected = folder && selectRegion(platform, file);
+    platform.dispatch.mainAsync(selectionEnded);
+    if (selected)
         recognize(platform, file, finish);
     else
         finish(std::nullopt);

@@ -16,15 +16,18 @@ public:
 
     // Lets the user select a region, and calls the completion exactly once, on the main queue: with
     // the lines of text in the region, separated by single line feeds, or without text if the user
-    // cancelled, nothing could be captured or nothing was recognised. Returns at once; the backend
-    // outlives the capture. The captured picture lies in a folder that no other user can
-    // enter; both are gone by the time of the completion.
+    // cancelled, nothing could be captured or nothing was recognised. Before that it tells there,
+    // once, that the selection has left the screen. Returns at once; the backend outlives the
+    // capture. The captured picture lies in a folder that no other user can enter; both are gone by
+    // the time of the completion.
     //
     // Thread: any.
-    static void run(const Platform&, Completion);
+    static void run(const Platform&, std::function<void()> selectionEnded, Completion);
 
 private:
-    static void captureAndRecognize(const Platform&, const Completion&);
+    static bool selectRegion(const Platform&, const std::filesystem::path& file);
+    static void captureAndRecognize(
+        const Platform&, const std::function<void()>& selectionEnded, const Completion&);
     static void recognize(
         const Platform&, const std::filesystem::path& imageURL, Completion completion);
 };

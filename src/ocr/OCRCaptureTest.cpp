@@ -31,10 +31,17 @@ protected:
 
     void run()
     {
-        OCRCapture::run(desktop.platform(), [this](const std::optional<std::string>& text) {
-            EXPECT_TRUE(desktop.dispatch.onMainQueue());
-            results.push_back(text);
-        });
+        OCRCapture::run(
+            desktop.platform(),
+            [this] {
+                EXPECT_TRUE(desktop.dispatch.onMainQueue());
+                ++endedSelections;
+            },
+            [this](const std::optional<std::string>& text) {
+                EXPECT_TRUE(desktop.dispatch.onMainQueue());
+                results.push_back(text);
+                EXPECT_GE(endedSelections, results.size());
+            });
     }
 
     // Runs a capture from beginning to end.
@@ -43,12 +50,14 @@ protected:
         run();
         desktop.dispatch.runUntilIdle();
         EXPECT_EQ(results.size(), 1u);
+        EXPECT_EQ(endedSelections, 1u);
         return results.at(0);
     }
 
     headless::Desktop desktop;
     std::optional<std::string> captured = pngOf({3, 2}); // absent: the user pressed Esc
     int exitStatus = 0;
+    std::size_t endedSelections = 0;
     std::vector<std::optional<std::string>> results;
 };
 
@@ -193,7 +202,7 @@ TEST_F(OCRCaptureTest, RemovesTheFileBeforeTheCompletionRuns)
 {
     bool existed = true;
     OCRCapture::run(
-        desktop.platform(), [&](const auto&) { existed = desktop.files.exists(folder); });
+        desktop.platform(), [] {}, [&](const auto&) { existed = desktop.files.exists(folder); });
     desktop.dispatch.runUntilIdle();
     EXPECT_FALSE(existed);
 }
@@ -235,6 +244,7 @@ TEST_F(OCRCaptureTest, KeepsTheFileUntilALateRecogniserAnswers)
     run();
     desktop.dispatch.runUntilIdle();
     EXPECT_THAT(results, IsEmpty());
+    EXPECT_EQ(endedSelections, 1u);
     EXPECT_TRUE(desktop.files.exists(capture));
 
     desktop.textRecognizer.answerHeld();
