@@ -6,6 +6,7 @@
 #include "main/remote/RemoteControl.h"
 #include "main/remote/SingleInstance.h"
 #include "platform/posix/Memory.h"
+#include "platform/posix/ParentProcess.h"
 #include "platform/qt/Artwork.h"
 
 #include <QApplication>
@@ -126,6 +127,7 @@ int handOver(std::optional<Command> command, bool busExists)
 int startProgram(DesktopKind kind, char* programName, std::optional<Command> command)
 {
     posix::giveLargeBlocksBack();
+    posix::beKnownToChildren();
     const bool busExists = hasSessionBus();
     prepareQt(kind, busExists);
     int argumentCount = 1;

@@ -8,6 +8,7 @@
 
 #include "libexec/screencapture/FrozenDesktop.h"
 #include "libexec/screencapture/SelectionOverlay.h"
+#include "platform/posix/ParentProcess.h"
 #include "platform/posix/files/PrivateFile.h"
 #include "platform/x11/Xwayland.h"
 
@@ -107,6 +108,7 @@ int capture(const Request& request, const ScreenScales& scales)
 
 int main(int argc, char** argv)
 {
+    tallowbay::posix::endWithParent(); // or the screen stays covered
     const std::vector<std::string> arguments(argv + 1, argv + argc);
     if (arguments == std::vector<std::string>{"--help"})
         return std::fputs(usage, stdout) < 0;

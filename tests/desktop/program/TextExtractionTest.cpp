@@ -6,6 +6,7 @@
 
 #include <gmock/gmock.h>
 
+#include <csignal>
 #include <ctime>
 #include <filesystem>
 
@@ -152,6 +153,15 @@ TEST_F(TextExtractionTest, LeavesNoFolderWhenTheProgramQuitsWhileTheUserSelects)
     ASSERT_EQ(captureFolders().size(), 1u);
     EXPECT_EQ(program->quit(), 0);
     EXPECT_THAT(captureFolders(), IsEmpty());
+    EXPECT_TRUE(waitUntil([this] { return !rival.desktopIsCovered(); }));
+}
+
+// The screen stayed covered, by a selection of which nobody would hear.
+TEST_F(TextExtractionTest, TakesTheSelectionAlongWhenTheProgramIsKilled)
+{
+    startSelecting();
+    program->process.signal(SIGKILL);
+    program->process.wait();
     EXPECT_TRUE(waitUntil([this] { return !rival.desktopIsCovered(); }));
 }
 
