@@ -507,6 +507,9 @@ TEST_F(PipelineTest, DamagedPreferencesReadAsNone)
 {
     writeFile(home.preferences("com.apple.screencapture"), R"({"location": )");
     Tallowbay tallowbay(server, home);
+    EXPECT_THAT(
+        tallowbay.process.errors(),
+        HasSubstr("com.apple.screencapture.json cannot be read or understood"));
     take(tallowbay, 1, 1);
 }
 

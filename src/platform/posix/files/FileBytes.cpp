@@ -45,15 +45,18 @@ bool readAll(int file, std::string& bytes)
     }
 }
 
-std::optional<std::string> readFile(const fs::path& path)
+std::optional<std::string> readFile(const fs::path& path, std::size_t limit)
 {
     // Without O_NONBLOCK, opening a pipe would wait for someone who writes to it.
     const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     struct stat status;
     if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode))
         return std::nullopt;
+    const auto size = static_cast<std::size_t>(status.st_size);
     std::string bytes;
-    bytes.reserve(static_cast<std::size_t>(status.st_size));
+    if (size > limit)
+        return std::nullopt;
+    bytes.reserve(size);
     if (!readAll(file.get(), bytes))
         return std::nullopt;
     return bytes;

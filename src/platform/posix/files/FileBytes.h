@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -9,8 +10,10 @@ namespace tallowbay::posix {
 
 // Thread: any, for all of these.
 
-// All bytes of a regular file; empty optional if there is none that can be read.
-std::optional<std::string> readFile(const std::filesystem::path&);
+// All bytes of a regular file; empty optional if there is none that can be read, or if it is longer
+// than the limit.
+std::optional<std::string> readFile(
+    const std::filesystem::path&, std::size_t limit = std::numeric_limits<std::size_t>::max());
 
 // Appends all that comes until the end. False if an error came before.
 bool readAll(int descriptor, std::string& bytes);

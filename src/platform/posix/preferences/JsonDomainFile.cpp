@@ -4,8 +4,10 @@
 #include "platform/posix/files/FileBytes.h"
 #include "platform/posix/preferences/DefaultsJson.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <iostream>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -41,9 +43,31 @@ bool isBlank(const std::string& text)
     return text.find_first_not_of(" \t\r\n") == text.npos;
 }
 
-// Empty if it is no JSON object. A file that is as good as empty is one.
+// How many containers stand in each other, if the text is JSON.
+std::size_t depthOf(const std::string& text)
+{
+    std::size_t depth = 0;
+    std::size_t greatest = 0;
+    bool quoted = false;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        const char letter = text[at];
+        if (quoted && letter == '\\')
+            ++at;
+        else if (letter == '"')
+            quoted = !quoted;
+        else if (!quoted && (letter == '{' || letter == '['))
+            greatest = std::max(greatest, ++depth);
+        else if (!quoted && (letter == '}' || letter == ']') && depth > 0)
+            --depth;
+    }
+    return greatest;
+}
+
+// Empty if it is no JSON object, or too much of one. A file that is as good as empty is one.
 std::optional<json> parseObject(const std::string& text)
 {
+    if (text.size() > JsonDomainFile::mostBytes || depthOf(text) > JsonDomainFile::deepest)
+        return std::nullopt;
     auto document = isBlank(text) ? json::object() : json::parse(text, nullptr, false);
     return document.is_object() ? std::optional(std::move(document)) : std::nullopt;
 }
@@ -93,11 +117,19 @@ void JsonDomainFile::load() const
         return;
     if (seen->isReliable())
         version = seen;
-    const auto text = readFile(path);
+    const auto text = readFile(path, mostBytes);
     auto parsed = text ? parseObject(*text) : std::nullopt;
     damaged = !parsed;
     if (parsed)
         document = std::move(*parsed);
+    else if (std::exchange(complainedOf, seen) != seen)
+        complain();
+}
+
+void JsonDomainFile::complain() const
+{
+    std::cerr << "tallowbay: " << path.native()
+              << " cannot be read or understood, and counts as empty" << std::endl;
 }
 
 bool JsonDomainFile::update(const std::function<void(json&)>& change)
@@ -112,6 +144,8 @@ bool JsonDomainFile::update(const std::function<void(json&)>& change)
     const auto text = toText(changed);
     if (text == toText(document))
         return true;
+    if (!parseObject(text))
+        return false;
     version.reset();
     return (!damaged || setAside()) && replaceFile(path, text);
 }

@@ -5,6 +5,7 @@
 #include "support/TemporaryFolder.h"
 
 #include <fstream>
+#include <functional>
 #include <thread>
 
 #include <sys/wait.h>
@@ -29,6 +30,22 @@ protected:
     JsonUserDefaultsTest() { fs::create_directory(path.parent_path()); }
 
     void write(const std::string& text) { std::ofstream(path) << text; }
+    // What the error output is told by the action.
+    static std::string complaints(const std::function<void()>& action)
+    {
+        testing::internal::CaptureStderr();
+        action();
+        return testing::internal::GetCapturedStderr();
+    }
+    static std::string nested(std::size_t depth)
+    {
+        std::string text;
+        for (std::size_t i = 0; i < depth; ++i)
+            text += "{\"a\":";
+        text += '0';
+        text.append(depth, '}');
+        return text;
+    }
     std::string written() { return readFile(path).value_or("no file"); }
 
     test::TemporaryFolder temporary;
@@ -133,14 +150,60 @@ TEST_F(JsonUserDefaultsTest, NumbersDamagedFiles)
     EXPECT_EQ(readFile(damaged.native() + ".3"), "third");
 }
 
-TEST_F(JsonUserDefaultsTest, SaysOnTheErrorOutputThatAFileIsDamaged)
+TEST_F(JsonUserDefaultsTest, SaysOnTheErrorOutputHowADamagedFileIsKept)
 {
     write("damaged");
-    testing::internal::CaptureStderr();
-    own.set("a", {true});
-    EXPECT_NE(
-        testing::internal::GetCapturedStderr().find("com.quarnel.tallowbay.json.damaged"),
-        std::string::npos);
+    own.value("a");
+    EXPECT_EQ(
+        complaints([&] { own.set("a", {true}); }),
+        "tallowbay: " + path.native()
+            + " is damaged; kept as com.quarnel.tallowbay.json.damaged\n");
+}
+
+// It was told of when something was next written: perhaps never, while every setting was ignored.
+TEST_F(JsonUserDefaultsTest, TellsOfADamagedFileOnceWhenItIsRead)
+{
+    const std::string told =
+        "tallowbay: " + path.native() + " cannot be read or understood, and counts as empty\n";
+    const auto read = [&] { own.value("a"); };
+    write("damaged");
+    EXPECT_EQ(complaints(read), told);
+    EXPECT_EQ(complaints(read), "");
+    write("damaged in another way");
+    EXPECT_EQ(complaints(read), told);
+    write("{}");
+    EXPECT_EQ(complaints(read), "");
+}
+
+TEST_F(JsonUserDefaultsTest, UnderstandsOnlySoDeepANesting)
+{
+    constexpr auto deepest = JsonDomainFile::deepest;
+    write(nested(deepest));
+    EXPECT_TRUE(own.value("a"));
+    write(R"({"a": "[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[\"[["})");
+    EXPECT_TRUE(own.value("a")) << "a text nests nothing";
+    for (const std::size_t depth : {deepest + 1, std::size_t{30'000}}) {
+        fs::remove(damaged);
+        write(nested(depth));
+        EXPECT_EQ(own.value("a"), std::nullopt);
+        own.set("b", {true});
+        EXPECT_EQ(readFile(damaged), nested(depth));
+    }
+}
+
+TEST_F(JsonUserDefaultsTest, ReadsAndWritesNoMoreThanPreferencesTake)
+{
+    const std::string most(
+        JsonDomainFile::mostBytes - std::string("{\n  \"a\": \"\"\n}\n").size(), 'x');
+    own.set("a", {most});
+    EXPECT_EQ(own.value("a"), DefaultsValue{most});
+    own.set("a", {most + "x"});
+    EXPECT_EQ(own.value("a"), DefaultsValue{most}) << "it could not be read again";
+
+    std::ofstream(path, std::ios::app) << " ";
+    EXPECT_EQ(own.value("a"), std::nullopt);
+    own.set("b", {true});
+    EXPECT_EQ(fs::file_size(damaged), JsonDomainFile::mostBytes + 1);
 }
 
 TEST_F(JsonUserDefaultsTest, WritesNothingWhereNothingChanges)
