@@ -35,9 +35,11 @@ public:
     virtual std::int64_t changeCount() const = 0;
 
     // Has the desktop keep what we wrote beyond the end of the program: true once it has taken it.
-    // False, and at once, if what the pasteboard holds is not a text of ours, or if the desktop
-    // keeps nothing. Blocks no longer than the limit, and never longer than a second; others can
-    // read the content meanwhile, but no other task of the main queue runs. For the shutdown.
+    // False if what the pasteboard holds is not a text of ours, or if the desktop keeps nothing; at
+    // once, unless it holds nothing because of us: then once the desktop's clipboard manager has
+    // seen that, and brings nothing back after our end. Blocks no longer than the limit, and never
+    // longer than a second; others can read the content meanwhile, but no other task of the main
+    // queue runs. For the shutdown.
     virtual bool handOver(std::chrono::milliseconds limit) = 0;
 };
 

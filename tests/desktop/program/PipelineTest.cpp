@@ -11,6 +11,7 @@
 #include <csignal>
 #include <fstream>
 #include <iterator>
+#include <thread>
 
 using namespace tallowbay::test;
 using testing::Contains;
@@ -54,6 +55,14 @@ std::string updated(int count)
 class PipelineTest : public testing::Test {
 protected:
     PipelineTest() { server.startWindowManager(); }
+
+    // For another program of the same user on the same desktop.
+    Environment environment() const
+    {
+        Environment all = server.environment();
+        all.merge(home.environment());
+        return all;
+    }
 
     std::filesystem::path copyOf(const std::filesystem::path& screenshot) const
     {
@@ -107,9 +116,7 @@ TEST_F(PipelineTest, AFileManagerTakesThemAllWithOnePaste)
     std::filesystem::create_directory(folder);
     Tallowbay tallowbay(server, home);
     const Paths copies{take(tallowbay, 1, 1), take(tallowbay, 2, 2), take(tallowbay, 3, 3)};
-    Environment environment = server.environment();
-    environment.merge(home.environment());
-    ChildProcess fileManager({"dbus-run-session", "--", "pcmanfm", folder}, environment);
+    ChildProcess fileManager({"dbus-run-session", "--", "pcmanfm", folder}, environment());
     ASSERT_TRUE(waitUntil([&] {
         const auto active = server.run({"xdotool", "getactivewindow", "getwindowname"});
         return active.output == "pasted\n";
@@ -353,6 +360,41 @@ TEST_F(PipelineTest, QuittingTakesTheBatchOffTheClipboard)
     ASSERT_THAT(pastedUris(), Not(IsEmpty()));
     EXPECT_EQ(tallowbay.quit(), 0);
     EXPECT_EQ(pastedUris(), "");
+}
+
+// It brought the batch back every time.
+TEST_F(PipelineTest, AfterQuittingAClipboardManagerDoesNotBringTheBatchBack)
+{
+    using namespace std::chrono_literals;
+    const ChildProcess manager({"dbus-run-session", "--", "xfce4-clipman"}, environment());
+    int second = 0;
+    const auto takeAndLetItBeRead = [&](const Tallowbay& tallowbay) {
+        take(tallowbay, ++second, 1);
+        std::this_thread::sleep_for(300ms);
+    };
+    const auto filesCome = [&] {
+        return waitUntil(
+            [&] {
+                const auto files = server.run(
+                    {"xclip", "-o", "-selection", "clipboard", "-t",
+                     "x-special/gnome-copied-files"});
+                return !files.output.empty();
+            },
+            500ms);
+    };
+    // What a program leaves behind it does bring back, once it has come up and read it.
+    ASSERT_TRUE(waitUntil([&] {
+        Tallowbay killed(server, home);
+        takeAndLetItBeRead(killed);
+        killed.process.signal(SIGKILL);
+        killed.process.wait();
+        return filesCome();
+    })) << manager.errors();
+
+    Tallowbay tallowbay(server, home);
+    takeAndLetItBeRead(tallowbay);
+    EXPECT_EQ(tallowbay.quit(), 0);
+    EXPECT_FALSE(filesCome());
 }
 
 TEST_F(PipelineTest, QuittingLeavesWhatWasCopiedElsewhere)

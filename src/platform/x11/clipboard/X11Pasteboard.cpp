@@ -20,6 +20,10 @@ using Files = std::vector<std::filesystem::path>;
 constexpr std::chrono::milliseconds readLimit = 500ms;
 constexpr std::chrono::milliseconds longestHandOver = 1s;
 
+// Until a clipboard manager asks what is new, and between two of its questions.
+constexpr std::chrono::milliseconds managerBegins = 500ms;
+constexpr std::chrono::milliseconds managerGoesOn = 250ms;
+
 } // namespace
 
 X11Pasteboard::X11Pasteboard(X11Session& session, Dispatch& dispatch)
@@ -95,8 +99,13 @@ std::int64_t X11Pasteboard::changeCount() const
 bool X11Pasteboard::handOver(std::chrono::milliseconds limit)
 {
     const Offer own = offer();
-    const bool hasText = own && std::holds_alternative<std::string>(*own->content);
-    return hasText && currentOwner(session.atom("CLIPBOARD_MANAGER")) != XCB_NONE
+    const xcb_window_t manager =
+        own ? currentOwner(session.atom("CLIPBOARD_MANAGER")) : xcb_window_t(XCB_NONE);
+    if (manager == XCB_NONE)
+        return false;
+    if (std::holds_alternative<std::monostate>(*own->content))
+        showEmptinessTo(manager, std::min(limit, longestHandOver));
+    return std::holds_alternative<std::string>(*own->content)
         && askManagerToSave(*own, std::min(limit, longestHandOver));
 }
 
@@ -200,6 +209,30 @@ bool X11Pasteboard::sendWhole(
         session.connection(), XCB_PROP_MODE_REPLACE, window, property, type, 8,
         std::uint32_t(bytes.size()), bytes.data());
     return true;
+}
+
+// A manager that has not seen the emptiness brings back what was there before as soon as we are
+// gone. It reads one form after the other and does not say when it has done, so it is done when it
+// has fallen silent. Owning the clipboard anew makes it begin.
+void X11Pasteboard::showEmptinessTo(xcb_window_t manager, std::chrono::milliseconds limit)
+{
+    const std::uint32_t mask = xcb_get_setup(session.connection())->resource_id_mask;
+    const Client reader{manager & ~mask, mask};
+    int questions = 0;
+    const auto counting = session.watchOnMain([&](const X11Event& event) {
+        if (event.type() == XCB_SELECTION_REQUEST
+            && reader.has(event.as<xcb_selection_request_event_t>().requestor))
+            ++questions;
+    });
+    own({});
+    const auto end = std::chrono::steady_clock::now() + limit;
+    const auto asksWithin = [&](std::chrono::milliseconds time) {
+        const int seen = questions;
+        return session.handleUntil([&] { return questions > seen; }, time);
+    };
+    bool reads = asksWithin(std::min(limit, managerBegins));
+    while (reads && std::chrono::steady_clock::now() < end)
+        reads = asksWithin(managerGoesOn);
 }
 
 // The manager reads the content from us meanwhile, so requests are answered while we wait.

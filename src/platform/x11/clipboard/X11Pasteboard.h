@@ -50,6 +50,7 @@ private:
     void answer(const xcb_selection_request_event_t&);
     void answerToolkit(const Client&, const X11Event&);
     bool sendWhole(xcb_window_t, xcb_atom_t property, xcb_atom_t type, const std::string&);
+    void showEmptinessTo(xcb_window_t manager, std::chrono::milliseconds limit);
     bool askManagerToSave(const ClipboardOffer&, std::chrono::milliseconds limit);
 
     X11Session& session;

@@ -124,6 +124,32 @@ TEST_F(X11PasteboardOthersTest, WaitsNoLongerThanItMayForAKeeperThatDoesNotAnswe
     EXPECT_LT(std::chrono::steady_clock::now() - begin, 2s);
 }
 
+TEST_F(X11PasteboardOthersTest, StaysUntilAManagerHasReadThatThereIsNothing)
+{
+    pasteboard.writeFiles({"/a"});
+    pasteboard.clear();
+    const SlowReader manager(desktop.server.display(), 5);
+    EXPECT_FALSE(pasteboard.handOver(1s));
+    EXPECT_EQ(manager.readings, 1);
+}
+
+TEST_F(X11PasteboardOthersTest, DoesNotStayForAManagerThatNeverAsksOrNeverEnds)
+{
+    pasteboard.clear();
+    const auto handsOverIn = [&] {
+        const auto begin = std::chrono::steady_clock::now();
+        EXPECT_FALSE(pasteboard.handOver(1s));
+        return std::chrono::steady_clock::now() - begin;
+    };
+    EXPECT_LT(handsOverIn(), 400ms) << "there is none";
+    {
+        const Keeper neverAsks(desktop.server.display(), false);
+        EXPECT_LT(handsOverIn(), 900ms);
+    }
+    const SlowReader neverEnds(desktop.server.display(), 1000);
+    EXPECT_LT(handsOverIn(), 2s);
+}
+
 TEST_F(X11PasteboardOthersTest, HandsALongTextOverInPieces)
 {
     Keeper keeper(desktop.server.display());

@@ -8,6 +8,8 @@
 #include <atomic>
 #include <thread>
 
+#include <xcb/xfixes.h>
+
 namespace tallowbay::x11 {
 
 // The percent-encoding undone by someone else than the code under test.
@@ -81,6 +83,64 @@ private:
 
     test::XClient client;
     bool answers;
+    std::atomic<bool> ended = false;
+    std::thread thread;
+};
+
+// A clipboard manager that reads what each new owner offers, one form after the other, and is in no
+// hurry.
+class SlowReader {
+public:
+    SlowReader(const std::string& display, int questions)
+        : client(display)
+        , questions(questions)
+    {
+        client.own("CLIPBOARD_MANAGER");
+        watchOwners();
+        thread = std::thread([this] { run(); });
+    }
+    ~SlowReader()
+    {
+        ended = true;
+        thread.join();
+    }
+    std::atomic<int> readings = 0; // that were answered to the end
+
+private:
+    void watchOwners()
+    {
+        auto* server = client.connection();
+        std::free(xcb_xfixes_query_version_reply(
+            server, xcb_xfixes_query_version(server, 5, 0), nullptr));
+        xcb_xfixes_select_selection_input(
+            server, client.root(), client.atom("CLIPBOARD"),
+            XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER);
+        client.sync();
+    }
+
+    void run()
+    {
+        const auto* fixes = xcb_get_extension_data(client.connection(), &xcb_xfixes_id);
+        const auto ownerChanged = std::uint8_t(fixes->first_event + XCB_XFIXES_SELECTION_NOTIFY);
+        while (!ended) {
+            if (client.nextOf(ownerChanged, std::chrono::milliseconds(10)) && read())
+                ++readings;
+        }
+    }
+
+    bool read()
+    {
+        bool answered = true;
+        for (int i = 0; i < questions && answered && !ended; ++i) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+            client.request("TARGETS");
+            answered = client.nextOf(XCB_SELECTION_NOTIFY, std::chrono::seconds(1)) != nullptr;
+        }
+        return answered;
+    }
+
+    test::XClient client;
+    const int questions;
     std::atomic<bool> ended = false;
     std::thread thread;
 };
