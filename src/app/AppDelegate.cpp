@@ -49,7 +49,8 @@ AppDelegate::AppDelegate(const Platform& platform, Views& views)
     , ocrTrigger(platform, toasts, screenshotBatch)
     , editorOpener(platform, views, toasts, screenshotBatch, editorSlot)
     , watcher(platform, location)
-    , hotkeyCenter(platform.hotkeys, platform.defaults.standard(), hotkeyActions())
+    , hotkeyCenter(
+          platform.dispatch, platform.hotkeys, platform.defaults.standard(), hotkeyActions())
     , cleanup(
           {platform.dispatch, platform.clock, platform.fileSystem, platform.defaults.standard(),
            location},

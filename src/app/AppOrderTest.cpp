@@ -124,6 +124,10 @@ struct NotedHotkeys final : Hotkeys {
         journal.push_back("hotkeys are installed");
         return real.install(std::move(handler));
     }
+    Subscription watchForFreed(std::function<void()> told) override
+    {
+        return real.watchForFreed(std::move(told));
+    }
     std::optional<Subscription> registerHotkey(
         KeyCode key, HotkeyModifiers modifiers, HotkeyId id) override
     {

@@ -1,5 +1,6 @@
 #include "hotkeys/HotkeyCenter.h"
 
+#include "platform/Dispatch.h"
 #include "platform/UserDefaults.h"
 
 #include <algorithm>
@@ -8,14 +9,21 @@ namespace tallowbay {
 
 namespace {
 
+using namespace std::chrono_literals;
+
+// Nobody tells when a program gives up a combination and runs on.
+constexpr auto retryInterval = 10s;
+
 // Also the order in which the combinations are given back.
 constexpr std::array registrationOrder{
     HotkeyTarget::ocr, HotkeyTarget::openClose, HotkeyTarget::undoLast, HotkeyTarget::clearAll};
 
 } // namespace
 
-HotkeyCenter::HotkeyCenter(Hotkeys& hotkeys, UserDefaults& defaults, Actions actions)
-    : hotkeys(hotkeys)
+HotkeyCenter::HotkeyCenter(
+    Dispatch& queue, Hotkeys& hotkeys, UserDefaults& defaults, Actions actions)
+    : queue(queue)
+    , hotkeys(hotkeys)
     , defaults(defaults)
     , actions(std::move(actions))
 {
@@ -30,10 +38,14 @@ void HotkeyCenter::start()
         else
             registerDefault(target);
     }
+    watchingForFreed = hotkeys.watchForFreed([this] { retryRefused(); });
+    followRefusals();
 }
 
 void HotkeyCenter::stop()
 {
+    watchingForFreed.reset();
+    retryTimer.reset();
     for (const HotkeyTarget target : registrationOrder)
         handleOf(target) = {};
 }
@@ -53,6 +65,7 @@ void HotkeyCenter::updateHotkey(HotkeyTarget target, const HotkeyConfig& config)
 {
     replace(target, config);
     retryDefaults();
+    followRefusals();
 }
 
 void HotkeyCenter::replace(HotkeyTarget target, const HotkeyConfig& config)
@@ -70,6 +83,7 @@ void HotkeyCenter::resetHotkeysToDefault()
     for (const HotkeyTarget target : hotkeyTargets)
         defaults.remove(traitsOf(target).defaultsKey);
     retryDefaults();
+    followRefusals();
 }
 
 HotkeyCenter::Handle& HotkeyCenter::handleOf(HotkeyTarget target)
@@ -80,7 +94,7 @@ HotkeyCenter::Handle& HotkeyCenter::handleOf(HotkeyTarget target)
 void HotkeyCenter::registerDefault(HotkeyTarget target)
 {
     const HotkeyTraits& traits = traitsOf(target);
-    if (registerHotkey(target, traits.defaultConfig) || !traits.secondChoice)
+    if (registerHotkey(target, traits.defaultConfig) || !traits.secondChoice || working(target))
         return;
     if (!isWantedByAnother(target, *traits.secondChoice))
         registerHotkey(target, *traits.secondChoice);
@@ -96,13 +110,43 @@ void HotkeyCenter::retryDefaults()
     }
 }
 
+void HotkeyCenter::retryRefused()
+{
+    for (const HotkeyTarget target : registrationOrder) {
+        if (!isRefused(target))
+            continue;
+        if (const auto stored = HotkeyConfig::stored(defaults, traitsOf(target).defaultsKey))
+            registerHotkey(target, *stored);
+        else
+            registerDefault(target);
+    }
+    followRefusals();
+}
+
+void HotkeyCenter::followRefusals()
+{
+    if (!dispatcher
+        || std::ranges::none_of(hotkeyTargets, [this](auto each) { return isRefused(each); }))
+        retryTimer.reset();
+    else if (!retryTimer)
+        retryTimer = queue.repeatEvery(retryInterval, [this] { retryRefused(); });
+}
+
+bool HotkeyCenter::isRefused(HotkeyTarget target) const
+{
+    const auto& inUse = working(target);
+    return !inUse || !inUse->hasKeysOf(config(target));
+}
+
+// What worked before goes on working if this is refused.
 bool HotkeyCenter::registerHotkey(HotkeyTarget target, const HotkeyConfig& config)
 {
-    Handle& handle = handleOf(target);
-    handle.registration =
+    auto registration =
         hotkeys.registerHotkey(config.keyCode, config.modifiers, traitsOf(target).id);
-    handle.config = handle.registration ? std::optional(config) : std::nullopt;
-    return handle.registration.has_value();
+    if (!registration)
+        return false;
+    handleOf(target) = {std::move(registration), config};
+    return true;
 }
 
 bool HotkeyCenter::isWantedByAnother(HotkeyTarget target, const HotkeyConfig& combination) const

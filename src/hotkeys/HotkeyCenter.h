@@ -8,11 +8,16 @@
 
 namespace tallowbay {
 
+class Dispatch;
 class UserDefaults;
 
 // The four global hotkeys: what the user stored for each, their registrations, and what a press
 // does. A combination that the system refuses does nothing; but for a default that is refused the
 // target's second choice is taken, unless another target has that.
+//
+// What is refused is tried again when it may have become free, and every ten seconds: by itself a
+// target always ends up with what it would get if the program started now. So a default that can be
+// had again takes the place of the second choice.
 //
 // Thread: main queue.
 class HotkeyCenter {
@@ -25,7 +30,7 @@ public:
         std::function<void()> clearAllScreenshots;
     };
 
-    HotkeyCenter(Hotkeys&, UserDefaults&, Actions);
+    HotkeyCenter(Dispatch&, Hotkeys&, UserDefaults&, Actions);
 
     // Listens to presses, then registers all four.
     void start();
@@ -59,17 +64,23 @@ private:
     void replace(HotkeyTarget, const HotkeyConfig&);
     void registerDefault(HotkeyTarget);
     void retryDefaults();
+    void retryRefused();
+    void followRefusals();
+    bool isRefused(HotkeyTarget) const;
     bool registerHotkey(HotkeyTarget, const HotkeyConfig&);
     bool isWantedByAnother(HotkeyTarget, const HotkeyConfig&) const;
     void giveUpSecondChoices(const HotkeyConfig& taken);
     void dispatch(HotkeyId);
     std::function<void()> actionOf(std::uint32_t id) const;
 
+    Dispatch& queue;
     Hotkeys& hotkeys;
     UserDefaults& defaults;
     const Actions actions;
     Subscription dispatcher;
     std::array<Handle, hotkeyTargets.size()> handles; // in the order of the targets
+    Subscription watchingForFreed;
+    std::optional<Subscription> retryTimer; // while a target lacks what is wanted for it
 };
 
 } // namespace tallowbay

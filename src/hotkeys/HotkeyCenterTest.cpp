@@ -8,6 +8,7 @@
 namespace tallowbay {
 namespace {
 
+using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using Registration = headless::HandFedHotkeys::Registration;
@@ -43,7 +44,7 @@ protected:
     headless::HandFedHotkeys& hotkeys = desktop.hotkeys;
     UserDefaults& defaults = desktop.defaults.standard();
     std::vector<std::string> done;
-    HotkeyCenter center{hotkeys, defaults, actions()};
+    HotkeyCenter center{desktop.dispatch, hotkeys, defaults, actions()};
     const HotkeyConfig other{31, 0x300, "Cmd+Shift+O"};
 };
 
@@ -128,7 +129,7 @@ TEST_F(HotkeyCenterTest, DoesNothingWhileAHotkeyIsRecorded)
 
 TEST_F(HotkeyCenterTest, MayLackAnAction)
 {
-    HotkeyCenter bare(hotkeys, defaults, {});
+    HotkeyCenter bare(desktop.dispatch, hotkeys, defaults, {});
     bare.start();
     press(7, 0x300);
     EXPECT_THAT(done, IsEmpty());
@@ -267,6 +268,85 @@ TEST_F(HotkeyCenterTest, SkipsOnStoppingWhatWasRefused)
         ElementsAre("unregister 1", "unregister 2", "unregister 5"));
 }
 
+// What was refused is tried again.
+
+TEST_F(HotkeyCenterTest, TakesWhatWasRefusedOnceItIsToldThatItMayBeFree)
+{
+    hotkeys.takeElsewhere(6, 0x1100);
+    center.start();
+    hotkeys.giveBackElsewhere(6, 0x1100);
+    hotkeys.tellFreed();
+    desktop.dispatch.runMain();
+    EXPECT_EQ(center.working(HotkeyTarget::undoLast), center.config(HotkeyTarget::undoLast));
+    press(6, 0x1100);
+    EXPECT_THAT(done, ElementsAre("undo"));
+}
+
+TEST_F(HotkeyCenterTest, TakesWhatWasRefusedWithinTenSecondsIfNobodyTells)
+{
+    hotkeys.takeElsewhere(6, 0x1100);
+    center.start();
+    hotkeys.giveBackElsewhere(6, 0x1100);
+    desktop.dispatch.advance(9999ms);
+    EXPECT_FALSE(center.working(HotkeyTarget::undoLast));
+    desktop.dispatch.advance(1ms);
+    EXPECT_TRUE(center.working(HotkeyTarget::undoLast));
+}
+
+TEST_F(HotkeyCenterTest, TakesWhatTheUserRecordedOnceItIsFree)
+{
+    hotkeys.takeElsewhere(31, 0x300);
+    center.start();
+    center.updateHotkey(HotkeyTarget::ocr, other);
+    EXPECT_FALSE(center.working(HotkeyTarget::ocr));
+    hotkeys.giveBackElsewhere(31, 0x300);
+    desktop.dispatch.advance(10s);
+    EXPECT_EQ(center.working(HotkeyTarget::ocr), other);
+}
+
+TEST_F(HotkeyCenterTest, TakesTheDefaultInPlaceOfTheSecondChoiceOnceItIsFree)
+{
+    hotkeys.takeElsewhere(49, 0x800);
+    center.start();
+    EXPECT_THAT(journalOf([this] { desktop.dispatch.advance(10s); }), ElementsAre("refuse 2"))
+        << "the second choice goes on working";
+    press(49, 0x900);
+    EXPECT_THAT(done, ElementsAre("open"));
+
+    hotkeys.giveBackElsewhere(49, 0x800);
+    EXPECT_THAT(
+        journalOf([this] { desktop.dispatch.advance(10s); }),
+        ElementsAre("register 2", "unregister 2"));
+    EXPECT_EQ(center.working(HotkeyTarget::openClose)->displayString, "Opt+Space");
+    press(49, 0x900);
+    EXPECT_THAT(done, ElementsAre("open")) << "given back";
+    press(49, 0x800);
+    EXPECT_THAT(done, ElementsAre("open", "open"));
+}
+
+TEST_F(HotkeyCenterTest, AsksForNothingWhileNothingIsRefused)
+{
+    center.start();
+    EXPECT_EQ(desktop.dispatch.timerCount(), 0u);
+    hotkeys.takeElsewhere(31, 0x300);
+    center.updateHotkey(HotkeyTarget::ocr, other);
+    EXPECT_EQ(desktop.dispatch.timerCount(), 1u);
+    center.resetHotkeysToDefault();
+    EXPECT_EQ(desktop.dispatch.timerCount(), 0u);
+    hotkeys.tellFreed();
+    EXPECT_THAT(journalOf([this] { desktop.dispatch.runMain(); }), IsEmpty());
+}
+
+TEST_F(HotkeyCenterTest, AsksForNothingOnceStopped)
+{
+    hotkeys.takeElsewhere(6, 0x1100);
+    center.start();
+    center.stop();
+    hotkeys.giveBackElsewhere(6, 0x1100);
+    hotkeys.tellFreed();
+    EXPECT_THAT(journalOf([this] { desktop.dispatch.advance(60s); }), IsEmpty());
+}
+
 // Update.
 
 TEST_F(HotkeyCenterTest, ReplacesOneHotkey)
@@ -370,7 +450,7 @@ TEST_F(HotkeyCenterTest, HasTheDefaultsAfterAResetOfHotkeysThatWereExchanged)
 TEST_F(HotkeyCenterTest, MayBeGoneWhenAPressArrives)
 {
     {
-        HotkeyCenter passing(hotkeys, defaults, actions());
+        HotkeyCenter passing(desktop.dispatch, hotkeys, defaults, actions());
         passing.start();
         hotkeys.press(7, 0x300);
     }

@@ -45,6 +45,12 @@ public:
     // such a key, or if the session has no hotkeys; then nothing has changed. Of several
     // registrations of one combination here, the newest that lasts is reported.
     virtual std::optional<Subscription> registerHotkey(KeyCode, HotkeyModifiers, HotkeyId) = 0;
+
+    // Called until the token ends, when a combination that was refused may be had now: another map
+    // of the keyboard is in use, or a program that owns combinations has ended and whoever takes
+    // its place has had the time to. Not each such program's end is told, so it is worth trying now
+    // and then. A later handler replaces the former.
+    virtual Subscription watchForFreed(std::function<void()>) = 0;
 };
 
 } // namespace tallowbay

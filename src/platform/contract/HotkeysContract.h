@@ -13,6 +13,7 @@ namespace tallowbay::contract {
 //   Hotkeys& hotkeys();
 //   void press(KeyCode, HotkeyModifiers);          the user presses the keys and lets them go
 //   void takeElsewhere(KeyCode, HotkeyModifiers);  another program owns them from now on
+//   void giveBackElsewhere(KeyCode, HotkeyModifiers);  that program ends, in a way that is told
 //   bool runUntil(condition);                      runs the main queue until it holds; false after
 //                                                  long
 //   void pass(std::chrono::milliseconds);          runs the main queue for that long
@@ -166,11 +167,40 @@ TYPED_TEST_P(HotkeysContract, ReportsTheNewestOfSeveralRegistrationsThatLasts)
     EXPECT_TRUE(this->reports({this->second, this->first}));
 }
 
+TYPED_TEST_P(HotkeysContract, TellsWhenWhatWasRefusedMayBeHad)
+{
+    int told = 0;
+    auto watching = this->hotkeys.watchForFreed([&] { ++told; });
+    this->backend.takeElsewhere(this->x, this->both);
+    ASSERT_FALSE(this->hotkeys.registerHotkey(this->x, this->both, this->first));
+    this->backend.giveBackElsewhere(this->x, this->both);
+    ASSERT_TRUE(this->backend.runUntil([&] { return told > 0; }));
+    const auto one = this->hotkeys.registerHotkey(this->x, this->both, this->first);
+    EXPECT_TRUE(one);
+    this->backend.press(this->x, this->both);
+    EXPECT_TRUE(this->reports({this->first}));
+}
+
+TYPED_TEST_P(HotkeysContract, TellsNobodyWhoHasStoppedToWatchForWhatIsFreed)
+{
+    int told = 0;
+    auto watching = this->hotkeys.watchForFreed([&] { ++told; });
+    watching.reset();
+    bool laterTold = false;
+    const auto later = this->hotkeys.watchForFreed([&] { laterTold = true; });
+    this->backend.takeElsewhere(this->x, this->both);
+    ASSERT_FALSE(this->hotkeys.registerHotkey(this->x, this->both, this->first));
+    this->backend.giveBackElsewhere(this->x, this->both);
+    EXPECT_TRUE(this->backend.runUntil([&] { return laterTold; }));
+    EXPECT_EQ(told, 0);
+}
+
 REGISTER_TYPED_TEST_SUITE_P(
     HotkeysContract, ReportsTheSignatureAndIdOfWhatWasPressed, KnowsEveryCombinationOfModifiers,
     TellsACombinationByExactlyItsModifiers, ReportsNothingOnceTheTokenHasEnded,
     LetsATokenEndInsideTheHandler, LetsTheHandlerEndInsideItself, DropsPressesWithoutAHandler,
     ReplacesTheHandlerWithALaterOne, RefusesWhatAnotherProgramOwnsAndKeepsTheRest,
-    RefusesAKeyThatNoKeyboardHas, ReportsTheNewestOfSeveralRegistrationsThatLasts);
+    RefusesAKeyThatNoKeyboardHas, ReportsTheNewestOfSeveralRegistrationsThatLasts,
+    TellsWhenWhatWasRefusedMayBeHad, TellsNobodyWhoHasStoppedToWatchForWhatIsFreed);
 
 } // namespace tallowbay::contract

@@ -79,9 +79,31 @@ void HandFedHotkeys::report(HotkeyId id)
     });
 }
 
+Subscription HandFedHotkeys::watchForFreed(std::function<void()> told)
+{
+    freedHandler = std::make_shared<std::function<void()>>(std::move(told));
+    return Subscription([this, mine = std::weak_ptr(freedHandler)] {
+        if (freedHandler == mine.lock())
+            freedHandler.reset();
+    });
+}
+
 void HandFedHotkeys::takeElsewhere(KeyCode keyCode, HotkeyModifiers modifiers)
 {
     foreign.emplace_back(keyCode, modifiers);
+}
+
+void HandFedHotkeys::giveBackElsewhere(KeyCode keyCode, HotkeyModifiers modifiers)
+{
+    std::erase(foreign, Combination(keyCode, modifiers));
+}
+
+void HandFedHotkeys::tellFreed()
+{
+    dispatch.mainAsync([this] {
+        if (const auto told = freedHandler)
+            (*told)();
+    });
 }
 
 } // namespace tallowbay::headless

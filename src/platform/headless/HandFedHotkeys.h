@@ -30,6 +30,8 @@ public:
     Subscription install(Handler) override;
     std::optional<Subscription> registerHotkey(KeyCode, HotkeyModifiers, HotkeyId) override;
 
+    Subscription watchForFreed(std::function<void()>) override;
+
     void press(KeyCode, HotkeyModifiers);
 
     // Hands an id to the handler, on the main queue, whether it is registered or not.
@@ -37,6 +39,12 @@ public:
 
     // From now on another program has these keys.
     void takeElsewhere(KeyCode, HotkeyModifiers);
+
+    // It has them no more, and nobody is told.
+    void giveBackElsewhere(KeyCode, HotkeyModifiers);
+
+    // What another program's end tells, by the main queue.
+    void tellFreed();
 
     bool installed() const { return static_cast<bool>(handler); }
     std::vector<Registration> registered() const; // oldest first
@@ -51,6 +59,7 @@ private:
 
     Dispatch& dispatch;
     std::shared_ptr<Handler> handler;
+    std::shared_ptr<std::function<void()>> freedHandler;
     std::map<int, Registration> registrations; // by their tokens
     std::vector<Combination> foreign;
     int lastToken = 0;

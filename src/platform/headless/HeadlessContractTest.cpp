@@ -63,6 +63,11 @@ struct HandFedHotkeysBackend : VirtualDispatchBackend {
     {
         desktop.hotkeys.takeElsewhere(keyCode, modifiers);
     }
+    void giveBackElsewhere(KeyCode keyCode, HotkeyModifiers modifiers)
+    {
+        desktop.hotkeys.giveBackElsewhere(keyCode, modifiers);
+        desktop.hotkeys.tellFreed();
+    }
 };
 
 struct MemoryEventsBackend {

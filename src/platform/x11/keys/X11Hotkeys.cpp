@@ -14,6 +14,10 @@ using namespace std::chrono_literals;
 // Switching the layout makes dozens of events within a few milliseconds.
 constexpr auto settleTime = 50ms;
 
+// A window manager that takes the place of another gets its keys first, as at the start of a
+// session.
+constexpr auto successionTime = 1s;
+
 constexpr auto coreKeyboard = XCB_XKB_ID_USE_CORE_KBD;
 
 xkb_layout_index_t activeGroup(xcb_connection_t* server)
@@ -77,12 +81,49 @@ std::optional<Subscription> X11Hotkeys::registerHotkey(
     const auto keys = keysOf(registration);
     if (std::ranges::none_of(keys, [this](auto key) { return grabs.holds(key); })) {
         registrations.erase(token);
+        followManager();
         return std::nullopt;
     }
     return Subscription(lifetime.guard([this, token] {
         registrations.erase(token);
         holdKeys();
     }));
+}
+
+Subscription X11Hotkeys::watchForFreed(std::function<void()> told)
+{
+    freedHandler = std::make_shared<std::function<void()>>(std::move(told));
+    return Subscription(lifetime.guard([this, mine = std::weak_ptr(freedHandler)] {
+        if (freedHandler == mine.lock())
+            freedHandler.reset();
+    }));
+}
+
+// The property may outlive the window, which then cannot be followed. On return its end is no
+// longer missed.
+void X11Hotkeys::followManager()
+{
+    auto* server = session.connection();
+    const auto reply = owned(xcb_get_property_reply(
+        server,
+        xcb_get_property(
+            server, 0, session.root(), session.atom("_NET_SUPPORTING_WM_CHECK"), XCB_ATOM_WINDOW, 0,
+            1),
+        nullptr));
+    if (!reply || reply->format != 32 || reply->value_len != 1)
+        return;
+    managersWindow = *static_cast<xcb_window_t*>(xcb_get_property_value(reply.get()));
+    const std::uint32_t end = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+    owned(xcb_request_check(
+        server,
+        xcb_change_window_attributes_checked(server, managersWindow, XCB_CW_EVENT_MASK, &end)));
+}
+
+void X11Hotkeys::tellFreed()
+{
+    holdKeys();
+    if (const auto told = freedHandler)
+        (*told)();
 }
 
 std::set<X11KeyGrabs::Key> X11Hotkeys::keysOf(const Registration& registration) const
@@ -123,6 +164,7 @@ void X11Hotkeys::showOnThread(const X11Event& event)
         dispatch.mainAfter(settleTime, lifetime.guard([this] {
             readingSoon->store(false);
             readKeyboard();
+            tellFreed();
         }));
     }
 }
@@ -145,13 +187,18 @@ void X11Hotkeys::setGroup(xkb_layout_index_t now)
     if (now == group)
         return;
     group = now;
-    holdKeys();
+    tellFreed();
 }
 
 // Presses.
 
 void X11Hotkeys::handle(const X11Event& event)
 {
+    if (event.type() == XCB_DESTROY_NOTIFY
+        && event.as<xcb_destroy_notify_event_t>().window == managersWindow) {
+        managersWindow = XCB_NONE;
+        dispatch.mainAfter(successionTime, lifetime.guard([this] { tellFreed(); }));
+    }
     if (event.type() != XCB_KEY_PRESS && event.type() != XCB_KEY_RELEASE)
         return;
     const auto& key = event.as<xcb_key_press_event_t>(); // a release is of the same form

@@ -17,7 +17,7 @@ namespace tallowbay::x11 {
 // Hotkeys as keys that the X server hands to us alone. They go by the active layout, and follow it.
 //
 // A combination that was registered may become another program's with a change of the layout; it
-// does nothing then, until a further change.
+// does nothing then, until a further change or the end of the window manager.
 class X11Hotkeys final : public Hotkeys {
 public:
     X11Hotkeys(X11Session&, Dispatch&);
@@ -25,6 +25,10 @@ public:
 
     Subscription install(Handler) override;
     std::optional<Subscription> registerHotkey(KeyCode, HotkeyModifiers, HotkeyId) override;
+
+    // No event tells that a key is given up. Most keys are the window manager's, whose end is seen
+    // by that of the window by which it shows that it is there.
+    Subscription watchForFreed(std::function<void()>) override;
 
 private:
     struct Registration {
@@ -39,6 +43,8 @@ private:
     void setGroup(xkb_layout_index_t);
     std::set<X11KeyGrabs::Key> keysOf(const Registration&) const;
     void holdKeys();
+    void followManager();
+    void tellFreed();
     void handle(const X11Event&);
     void press(HardwareKey, std::uint16_t state);
     void release(HardwareKey);
@@ -55,6 +61,8 @@ private:
     std::optional<HardwareKey> grabbingKey; // all keys come to us until it is released
     std::set<HardwareKey> heldKeys; // whose presses are repetitions
     std::shared_ptr<Handler> handler;
+    std::shared_ptr<std::function<void()>> freedHandler;
+    xcb_window_t managersWindow = XCB_NONE; // whose end is told to us
     std::shared_ptr<std::atomic<bool>> readingSoon = std::make_shared<std::atomic<bool>>(false);
     Lifetime lifetime;
     Subscription watchingThread;

@@ -78,7 +78,7 @@ struct X11HotkeysBackend {
     std::unique_ptr<X11Hotkeys> linuxHotkeys =
         std::make_unique<X11Hotkeys>(*desktop.session, desktop.dispatch);
     Hands hands{desktop.server.display()};
-    XClient other{desktop.server.display()};
+    std::optional<XClient> manager{desktop.server.display()};
 
     Hotkeys& hotkeys() { return *linuxHotkeys; }
     void press(KeyCode keyCode, HotkeyModifiers modifiers)
@@ -89,11 +89,14 @@ struct X11HotkeysBackend {
     void takeElsewhere(KeyCode keyCode, HotkeyModifiers modifiers)
     {
         const auto mask = X11Modifiers().maskOf(modifiers) | XCB_MOD_MASK_2;
+        manager->setValues(
+            manager->root(), "_NET_SUPPORTING_WM_CHECK", "WINDOW", {manager->window()});
         xcb_grab_key(
-            other.connection(), 0, other.root(), mask, *placeOfCode(keyCode), XCB_GRAB_MODE_ASYNC,
-            XCB_GRAB_MODE_ASYNC);
-        other.sync();
+            manager->connection(), 0, manager->root(), mask, *placeOfCode(keyCode),
+            XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+        manager->sync();
     }
+    void giveBackElsewhere(KeyCode, HotkeyModifiers) { manager.reset(); }
     bool runUntil(const std::function<bool()>& condition) { return desktop.run(condition); }
     void pass(std::chrono::milliseconds time)
     {
@@ -352,6 +355,14 @@ TEST_F(X11HotkeysTest, FollowsTheActiveOneOfSeveralLayouts)
     hands.tap(place::numLock);
     pressAll();
     EXPECT_THAT(reported(), ElementsAre(1, 2, 4, 5));
+}
+
+TEST_F(X11HotkeysTest, TellsThatAnotherLayoutMayHaveWhatWasRefused)
+{
+    bool told = false;
+    const auto watching = hotkeys->watchForFreed([&] { told = true; });
+    desktop.server.setKeyboard({"-layout", "de"});
+    EXPECT_TRUE(desktop.run([&] { return told; }));
 }
 
 TEST_F(X11HotkeysTest, FollowsNumLockToAnotherModifier)
