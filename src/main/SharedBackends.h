@@ -19,6 +19,7 @@
 #include "platform/qt/graphics/GraphicsFonts.h"
 #include "platform/qt/graphics/QtGraphicsContext.h"
 #include "platform/qt/graphics/QtImageCodec.h"
+#include "platform/qt/portal/PortalFileTransfer.h"
 #include "platform/qt/update/AppcastUpdater.h"
 #include "platform/tesseract/TesseractRecognizer.h"
 
@@ -49,6 +50,7 @@ struct SharedBackends {
     const DesktopSettings desktopSettings;
     qt::QtAlerts alerts;
     qt::AppcastUpdater updater;
+    qt::PortalFileTransfer fileTransfer{dispatch};
     qt::QtApplication application;
     qt::QtScreens screens;
     qt::GraphicsFonts textMeasurer;

@@ -41,6 +41,7 @@ X11Desktop::X11Desktop()
 {
     const auto own = x11::resourceNumbersOf(toolkitConnection());
     pasteboard.answerOwnToolkit(own.base, own.mask);
+    pasteboard.offerTransfers(shared.fileTransfer);
 }
 
 Platform X11Desktop::platform()

@@ -2,6 +2,7 @@
 
 #include "desktop/program/Home.h"
 #include "desktop/program/Tallowbay.h"
+#include "desktop/support/SessionBus.h"
 #include "desktop/support/Wait.h"
 #include "desktop/support/XServer.h"
 
@@ -132,6 +133,25 @@ TEST_F(PipelineTest, AFileManagerTakesThemAllWithOnePaste)
         return waitUntil(
             [&] { return std::ranges::all_of(copies, arrived); }, std::chrono::seconds(1));
     }));
+}
+
+// It may not read the folder of the copies.
+TEST_F(PipelineTest, AProgramInASandboxGetsThemByTheDocumentPortal)
+{
+    const SessionBus bus(home.environment());
+    const std::string onBus = "DBUS_SESSION_BUS_ADDRESS=" + bus.address();
+    const auto portal = server.start({"env", onBus, DOCUMENT_PORTAL});
+    const Tallowbay tallowbay(server, home, {"env", onBus});
+    const Paths copies{take(tallowbay, 1, 1), take(tallowbay, 2, 2)};
+    const std::string form = "application/vnd.portal.filetransfer";
+    ASSERT_TRUE(waitUntil([&] { return offeredTargets().ends_with("\n" + form + "\n"); }));
+    const auto key = server.run({"xclip", "-o", "-selection", "clipboard", "-t", form}).output;
+    const auto files = server.run(
+        {"env", onBus, "gdbus", "call", "--session", "--dest", "org.freedesktop.portal.Documents",
+         "--object-path", "/org/freedesktop/portal/documents", "--method",
+         "org.freedesktop.portal.FileTransfer.RetrieveFiles", key, "{}"});
+    EXPECT_EQ(files.output, "(['" + copies[0].string() + "', '" + copies[1].string() + "'],)\n")
+        << files.errors;
 }
 
 TEST_F(PipelineTest, TheCopiesAreCompressedAndTheOriginalsAreUntouched)

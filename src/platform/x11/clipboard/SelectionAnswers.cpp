@@ -32,6 +32,12 @@ bool isShortlyBefore(xcb_timestamp_t one, xcb_timestamp_t other)
     return other != XCB_CURRENT_TIME && one != other && other - one < hour;
 }
 
+// Programs of old name no property and mean the target.
+xcb_atom_t propertyOf(const xcb_selection_request_event_t& request)
+{
+    return request.property == XCB_ATOM_NONE ? request.target : request.property;
+}
+
 } // namespace
 
 SelectionAnswers::SelectionAnswers(X11Session& session, Send send)
@@ -43,14 +49,20 @@ SelectionAnswers::SelectionAnswers(X11Session& session, Send send)
 void SelectionAnswers::answer(
     const xcb_selection_request_event_t& request, const ClipboardOffer* offer)
 {
-    // Programs of old name no property and mean the target.
-    const xcb_atom_t property =
-        request.property == XCB_ATOM_NONE ? request.target : request.property;
+    const xcb_atom_t property = propertyOf(request);
     const bool given = offer && mayAsk(request, *offer) && give(request, property, *offer);
     notify(session, request, given ? property : xcb_atom_t(XCB_ATOM_NONE));
 }
 
-// A request from before we became the owner was meant for another one.
+void SelectionAnswers::answerLate(
+    const xcb_selection_request_event_t& request, std::optional<ClipboardForm> form)
+{
+    const xcb_atom_t property = propertyOf(request);
+    const bool given =
+        form && send(request.requestor, property, session.atom(form->type), std::move(form->bytes));
+    notify(session, request, given ? property : xcb_atom_t(XCB_ATOM_NONE));
+}
+
 bool SelectionAnswers::mayAsk(
     const xcb_selection_request_event_t& request, const ClipboardOffer& offer) const
 {
@@ -119,6 +131,8 @@ std::vector<std::uint32_t> SelectionAnswers::targets(const ClipboardContent& con
     if (!formTargets.empty())
         list.push_back(session.atom("MULTIPLE"));
     list.insert(list.end(), formTargets.begin(), formTargets.end());
+    const auto late = lateForms ? lateForms(content) : std::vector<xcb_atom_t>();
+    list.insert(list.end(), late.begin(), late.end());
     return list;
 }
 

@@ -28,11 +28,19 @@ public:
     // Null offers nothing: the request is refused.
     void answer(const xcb_selection_request_event_t&, const ClipboardOffer*);
 
+    // A request from before we became the owner was meant for another one.
+    bool mayAsk(const xcb_selection_request_event_t&, const ClipboardOffer&) const;
+
+    // Answers a request that nobody has answered yet; without a form it is refused.
+    void answerLate(const xcb_selection_request_event_t&, std::optional<ClipboardForm>);
+
+    // What the content can be had as beside its forms, by answerLate(). Optional.
+    std::function<std::vector<xcb_atom_t>(const ClipboardContent&)> lateForms;
+
     // The forms of the content, as targets.
     std::vector<xcb_atom_t> forms(const ClipboardContent&) const;
 
 private:
-    bool mayAsk(const xcb_selection_request_event_t&, const ClipboardOffer&) const;
     bool give(const xcb_selection_request_event_t&, xcb_atom_t property, const ClipboardOffer&);
     bool giveOne(xcb_window_t, xcb_atom_t target, xcb_atom_t property, const ClipboardOffer&);
     bool giveMany(xcb_window_t, xcb_atom_t property, const ClipboardOffer&);

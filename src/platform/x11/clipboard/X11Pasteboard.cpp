@@ -28,6 +28,7 @@ constexpr std::chrono::milliseconds managerGoesOn = 250ms;
 
 X11Pasteboard::X11Pasteboard(X11Session& session, Dispatch& dispatch)
     : session(session)
+    , dispatch(dispatch)
     , transfers(session, dispatch)
     , answers(
           session,
@@ -58,6 +59,16 @@ void X11Pasteboard::answerOwnToolkit(std::uint32_t resourceBase, std::uint32_t r
     toolkit = {resourceBase, resourceMask};
     toolkitEvents = session.watchOnThread(
         [this, client = toolkit](const X11Event& event) { answerToolkit(client, event); });
+}
+
+void X11Pasteboard::offerTransfers(FileTransfer& transfer)
+{
+    fileTransfers.emplace(answers, dispatch, transfer);
+    answers.lateForms = [this](const ClipboardContent& content) {
+        return fileTransfers->offers(content)
+            ? std::vector<xcb_atom_t>{session.atom(TransferAnswers::form)}
+            : std::vector<xcb_atom_t>();
+    };
 }
 
 void X11Pasteboard::clear()
@@ -135,6 +146,9 @@ X11Pasteboard::Offer X11Pasteboard::offer() const
 
 void X11Pasteboard::setOffer(Offer next)
 {
+    const bool same = next && currentOffer && next->content == currentOffer->content;
+    if (fileTransfers && !same)
+        fileTransfers->contentChanged();
     const std::scoped_lock lock(offerMutex);
     currentOffer = std::move(next);
 }
@@ -183,8 +197,20 @@ void X11Pasteboard::noteOtherOwner(const X11Event& event)
 void X11Pasteboard::answer(const xcb_selection_request_event_t& request)
 {
     transfers.forget(request.requestor, request.property);
-    if (!toolkit.has(request.requestor))
-        answers.answer(request, offer().get());
+    if (toolkit.has(request.requestor))
+        return;
+    const Offer current = offer();
+    if (current && isForTransfer(request, *current))
+        fileTransfers->answer(request, *current->content);
+    else
+        answers.answer(request, current.get());
+}
+
+bool X11Pasteboard::isForTransfer(
+    const xcb_selection_request_event_t& request, const ClipboardOffer& current) const
+{
+    return fileTransfers && request.target == session.atom(TransferAnswers::form)
+        && answers.mayAsk(request, current) && fileTransfers->offers(*current.content);
 }
 
 void X11Pasteboard::answerToolkit(const Client& client, const X11Event& event)

@@ -3,6 +3,7 @@
 #include "platform/Pasteboard.h"
 #include "platform/x11/clipboard/SelectionAnswers.h"
 #include "platform/x11/clipboard/SelectionTransfers.h"
+#include "platform/x11/clipboard/TransferAnswers.h"
 
 namespace tallowbay::x11 {
 
@@ -20,6 +21,10 @@ public:
     // toolkit keeps the main thread waiting for the answer; so it is answered on the session's
     // thread. It owns no files itself, and is not asked for any.
     void answerOwnToolkit(std::uint32_t resourceBase, std::uint32_t resourceMask);
+
+    // From now on files are offered by way of the desktop's file transfer, too. It outlives this
+    // object.
+    void offerTransfers(FileTransfer&);
 
     void clear() override;
     void writeFiles(const std::vector<std::filesystem::path>&) override;
@@ -48,14 +53,17 @@ private:
     void noteLoss(const X11Event&);
     void noteOtherOwner(const X11Event&);
     void answer(const xcb_selection_request_event_t&);
+    bool isForTransfer(const xcb_selection_request_event_t&, const ClipboardOffer&) const;
     void answerToolkit(const Client&, const X11Event&);
     bool sendWhole(xcb_window_t, xcb_atom_t property, xcb_atom_t type, const std::string&);
     void showEmptinessTo(xcb_window_t manager, std::chrono::milliseconds limit);
     bool askManagerToSave(const ClipboardOffer&, std::chrono::milliseconds limit);
 
     X11Session& session;
+    Dispatch& dispatch;
     SelectionTransfers transfers;
     SelectionAnswers answers;
+    std::optional<TransferAnswers> fileTransfers;
     SelectionAnswers toolkitAnswers; // session's thread only
     const xcb_atom_t clipboard;
     Client toolkit;

@@ -1,0 +1,72 @@
+#include "platform/x11/clipboard/TransferAnswers.h"
+
+#include <utility>
+
+namespace tallowbay::x11 {
+
+using Files = FileTransfer::Files;
+
+TransferAnswers::TransferAnswers(
+    SelectionAnswers& answers, Dispatch& dispatch, FileTransfer& transfer)
+    : answers(answers)
+    , dispatch(dispatch)
+    , transfer(transfer)
+{
+}
+
+bool TransferAnswers::offers(const ClipboardContent& content) const
+{
+    return std::holds_alternative<Files>(content) && transfer.available();
+}
+
+void TransferAnswers::answer(
+    const xcb_selection_request_event_t& request, const ClipboardContent& content)
+{
+    if (key) {
+        answers.answerLate(request, ClipboardForm{form, *key});
+        return;
+    }
+    waiting.push_back(request);
+    if (!std::exchange(asking, true))
+        askForKey(std::get<Files>(content));
+}
+
+void TransferAnswers::askForKey(const Files& files)
+{
+    transfer.begin(files, lifetime.guard([this, asked = content](const auto& newKey) {
+        if (asked == content)
+            take(newKey);
+        else if (newKey)
+            transfer.end(*newKey);
+    }));
+    dispatch.mainAfter(patience, lifetime.guard([this, asked = content] {
+        if (asked == content)
+            answerWaiting();
+    }));
+}
+
+void TransferAnswers::take(const std::optional<std::string>& newKey)
+{
+    asking = false;
+    key = newKey;
+    answerWaiting();
+}
+
+// With what there is.
+void TransferAnswers::answerWaiting()
+{
+    for (const auto& request : std::exchange(waiting, {}))
+        answers.answerLate(request, key ? std::optional(ClipboardForm{form, *key}) : std::nullopt);
+}
+
+void TransferAnswers::contentChanged()
+{
+    if (key)
+        transfer.end(*key);
+    key.reset();
+    asking = false;
+    ++content;
+    answerWaiting();
+}
+
+} // namespace tallowbay::x11
