@@ -50,6 +50,7 @@ AnnotationWindow::~AnnotationWindow()
 void AnnotationWindow::show()
 {
     closing = false;
+    minimized = false;
     onScreen = true;
     view->setIgnoresMouseEvents(false);
     view->setAlpha(0);

@@ -57,7 +57,7 @@ public:
     void show(); // in front and with the keyboard, faded in
     void showSettings(); // they stay if they are there
     void confirmAndDismiss(); // what belongs on the clipboard goes there, and the window fades out
-    bool visible() const { return onScreen; } // until it has faded out
+    bool visible() const { return onScreen && !minimized; } // until it has faded out
     bool isClosing() const { return closing; } // from then on until it is shown again
 
     // The strip, for the program.
@@ -119,6 +119,7 @@ public:
     void eventArrived(bool windowIsKey); // before the event is handled
     void gestureLost() { drawing->gestureLost(); } // see AnnotationCanvas
     void closeRequested() { confirmAndDismiss(); } // by the window manager
+    void minimizedChanged(bool isMinimized) { minimized = isMinimized; } // by the same
     void visibleSlotsChanged(
         std::size_t first, std::size_t last); // both are seen, at least in part
     void scaleChanged(double pixelsPerPoint); // of the screen; 1 until it is told
@@ -168,6 +169,7 @@ private:
     std::optional<Color> canvasHeader;
     bool shownSomething = false;
     bool onScreen = false;
+    bool minimized = false;
     bool closing = false;
     bool settingsShown = false;
     std::set<std::uint64_t> hoveredCells; // that took the hovered background

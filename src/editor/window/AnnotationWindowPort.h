@@ -13,7 +13,7 @@ namespace tallowbay {
 class AnnotationWindowPort : public WindowPort, public AnnotationCanvasHost {
 public:
     // Covers the main screen, in front of everything, and takes the keyboard; the program becomes
-    // the active one.
+    // the active one. Also when it was minimized.
     virtual void makeKeyAndOrderFront() = 0;
 
     // If the window has the keyboard, it returns to the program that had it before; the window may

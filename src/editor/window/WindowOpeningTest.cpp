@@ -149,6 +149,20 @@ TEST_F(WindowOpeningTest, ClosesAsTheWindowManagerAsksAndConfirms)
     EXPECT_TRUE(window->isClosing());
 }
 
+// A hotkey used to close what nobody saw, and to bring it back only when it was pressed again.
+TEST_F(WindowOpeningTest, IsNotVisibleWhileItIsMinimized)
+{
+    take("A");
+    window->show();
+    window->minimizedChanged(true);
+    EXPECT_FALSE(window->visible());
+    window->minimizedChanged(false); // by the window manager
+    EXPECT_TRUE(window->visible());
+    window->minimizedChanged(true);
+    window->show();
+    EXPECT_TRUE(window->visible());
+}
+
 TEST_F(WindowOpeningTest, CoversTheMainScreenAndWithoutOneAPlaceOfUsualSize)
 {
     build();

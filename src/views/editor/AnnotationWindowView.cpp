@@ -175,7 +175,7 @@ void AnnotationWindowView::orderFront()
 void AnnotationWindowView::comeUp(bool withKeyboard)
 {
     setAttribute(Qt::WA_ShowWithoutActivating, !withKeyboard);
-    if (!isVisible()) {
+    if (!isVisible() || isMinimized()) {
         backdrop.look();
         place();
         backdropChanged();
@@ -329,6 +329,8 @@ bool AnnotationWindowView::event(QEvent* event)
         activeChanged(true);
     else if (event->type() == QEvent::WindowDeactivate)
         activeChanged(false);
+    else if (event->type() == QEvent::WindowStateChange)
+        logic.minimizedChanged(isMinimized());
     return handled;
 }
 

@@ -88,6 +88,17 @@ protected:
             server.run({"xdotool", "search", "--onlyvisible", "--name", "^Tallowbay$"}).output;
         return found.substr(0, found.find('\n'));
     }
+    // Once more where the editor, which stays in front, was raised in the midst of it.
+    void minimize() const
+    {
+        const std::string id = editorWindow();
+        ASSERT_TRUE(waitUntil([&] {
+            server.run({"xdotool", "windowminimize", id});
+            return waitUntil(
+                [this] { return !editor.isShown() && activeWindow() != "Tallowbay"; },
+                std::chrono::seconds(2));
+        }));
+    }
     std::string geometry() const
     {
         return server.run({"xdotool", "getwindowgeometry", "--shell", editorWindow()}).output;
@@ -151,6 +162,25 @@ TEST_P(EditorManagersTest, StaysInSightAndComesBackWithOneClick)
     EXPECT_TRUE(waitForActive("Tallowbay"));
     editor.press("Left");
     EXPECT_TRUE(editor.waitForHeader(EditorScreen::headers[0]));
+}
+
+TEST_P(EditorManagersTest, ComesBackFromBeingMinimizedWhenItIsAskedForOnce)
+{
+    const PasteWindow other(server, home);
+    ASSERT_TRUE(waitUntil([this] { return !activeWindow().empty(); }));
+    openEditorWith(2);
+    for (int round = 0; round < 2; ++round) {
+        ASSERT_TRUE(waitForActive("Tallowbay"));
+        minimize();
+        openEditor();
+        ASSERT_TRUE(waitForActive("Tallowbay"));
+        EXPECT_TRUE(editor.waitForHeader(EditorScreen::headers[1]));
+        EXPECT_THAT(geometry(), testing::HasSubstr("X=0\nY=0\nWIDTH=1280\nHEIGHT=800"));
+    }
+    EXPECT_EQ(command("open"), 0); // closes it
+    EXPECT_TRUE(editor.waitUntilGone());
+    openEditor();
+    EXPECT_TRUE(editor.waitForHeader(EditorScreen::headers[1]));
 }
 
 TEST_P(EditorManagersTest, AToastIsSeenAboveIt)
