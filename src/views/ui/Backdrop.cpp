@@ -12,8 +12,7 @@ namespace tallowbay::views {
 
 namespace {
 
-constexpr double blurDeviation = 26; // points
-constexpr int reduction = 4; // points; no finer detail outlives the blur
+constexpr int reduction = 4; // points; no finer detail outlives a blur
 
 // Black, under the white tint of a card; less of it where the window has dimmed the desktop
 // already.
@@ -57,7 +56,7 @@ void Backdrop::look()
     if (picture.isNull())
         return;
     picture.setDevicePixelRatio(1); // while nobody shares it, else it would be copied
-    blurredDesktop = blurredImage(reduced(picture, size), blurDeviation / reduction);
+    smallDesktop = reduced(picture, size);
     if (!composed)
         desktop = std::move(picture);
 }
@@ -81,7 +80,8 @@ bool Backdrop::compositionChanged()
 void Backdrop::forget()
 {
     desktop = {};
-    blurredDesktop = {};
+    smallDesktop = {};
+    blurredDesktops.clear();
 }
 
 QRectF Backdrop::sourceOf(const QRect& part, const QSize& picture) const
@@ -104,14 +104,23 @@ void Backdrop::paint(QPainter& painter, const QRect& part) const
         painter.drawPixmap(QRectF(part), desktop, sourceOf(part, desktop.size()));
 }
 
-void Backdrop::paintGlass(QPainter& painter, const QRect& part) const
+const QImage& Backdrop::blurredDesktop(double blurRadius) const
+{
+    QImage& picture = blurredDesktops[blurRadius];
+    if (picture.isNull())
+        picture = blurredImage(smallDesktop, blurRadius / reduction);
+    return picture;
+}
+
+void Backdrop::paintGlass(QPainter& painter, const QRect& part, double blurRadius) const
 {
     if (blurred)
         return painter.fillRect(part, QColor::fromRgbF(0, 0, 0, materialOverBlur));
-    if (blurredDesktop.isNull())
+    if (smallDesktop.isNull())
         return painter.fillRect(part, denseMaterial);
+    const QImage& picture = blurredDesktop(blurRadius);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    painter.drawImage(QRectF(part), blurredDesktop, sourceOf(part, blurredDesktop.size()));
+    painter.drawImage(QRectF(part), picture, sourceOf(part, picture.size()));
     painter.fillRect(part, QColor::fromRgbF(0, 0, 0, materialOverPicture));
 }
 

@@ -6,6 +6,8 @@
 #include <QPixmap>
 #include <QRect>
 
+#include <map>
+
 class QPainter;
 
 namespace tallowbay::views {
@@ -47,17 +49,19 @@ public:
     // The desktop as it looked; nothing where it shines through.
     void paint(QPainter&, const QRect& part) const;
 
-    // The same as it is seen through the glass there.
-    void paintGlass(QPainter&, const QRect& part) const;
+    // The same as it is seen through the glass there, blurred so much: points of deviation.
+    void paintGlass(QPainter&, const QRect& part, double blurRadius) const;
 
 private:
     QRectF sourceOf(const QRect& part, const QSize& picture) const;
+    const QImage& blurredDesktop(double blurRadius) const;
 
     const WindowSystem& windows;
     bool composed = false;
     bool blurred = false;
     QPixmap desktop;
-    QImage blurredDesktop; // much smaller
+    QImage smallDesktop; // much smaller, to be blurred
+    mutable std::map<double, QImage> blurredDesktops; // by their radius, as they are asked for
     QSize size{1, 1};
     bool lookedAhead = false;
 };

@@ -10,64 +10,42 @@ namespace tallowbay::views {
 
 namespace {
 
+constexpr double blurBehindGlass = 26;
 constexpr QColor shadeOnCard(0, 0, 0, 96);
 
 } // namespace
 
 GlassCard::GlassCard(const Backdrop& backdrop, double cornerRadius, QWidget* parent)
-    : QWidget(parent)
-    , backdrop(backdrop)
+    : CustomBlurView(backdrop, parent)
     , cornerRadius(cornerRadius)
     , rim(new GlassBorderOverlay(cornerRadius, this))
 {
+    setBlurRadius(blurBehindGlass);
 }
 
-void GlassCard::backdropChanged()
+void GlassCard::resizeEvent(QResizeEvent* event)
 {
-    face = {};
-    update();
-}
-
-void GlassCard::resizeEvent(QResizeEvent*)
-{
+    CustomBlurView::resizeEvent(event);
     rim->setGeometry(rect());
     rim->raise();
-    backdropChanged();
 }
 
-QPixmap GlassCard::drawFace() const
+// Cut out rather than clipped, since only so the corners are smooth.
+void GlassCard::drawOnGround(QPainter& painter) const
 {
-    const double scale = devicePixelRatioF();
-    QPixmap drawn((QSizeF(size()) * scale).toSize());
-    drawn.setDevicePixelRatio(scale);
-    drawn.fill(Qt::transparent);
-    QPainter painter(&drawn);
-    painter.setRenderHint(QPainter::Antialiasing);
-    const QPoint place = mapTo(window(), QPoint());
-    painter.translate(-place);
-    backdrop.paintGlass(painter, QRect(place, size()));
-    painter.translate(place);
     painter.fillRect(rect(), qt::qtColor(glassTint));
     if (onCard)
         painter.fillRect(rect(), shadeOnCard);
-    // Cut out rather than clipped, since only so the corners are smooth.
-    painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
-    QPixmap shape(drawn.size());
+    const double scale = devicePixelRatioF();
+    QPixmap shape((QSizeF(size()) * scale).toSize());
     shape.setDevicePixelRatio(scale);
     shape.fill(Qt::transparent);
     QPainter shapePainter(&shape);
     shapePainter.setRenderHint(QPainter::Antialiasing);
     shapePainter.fillPath(roundedPath(rect(), cornerRadius), Qt::black);
     shapePainter.end();
+    painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
     painter.drawPixmap(0, 0, shape);
-    return drawn;
-}
-
-void GlassCard::paintEvent(QPaintEvent*)
-{
-    if (face.isNull())
-        face = drawFace();
-    QPainter(this).drawPixmap(0, 0, face);
 }
 
 GlassBorderOverlay::GlassBorderOverlay(double cornerRadius, QWidget* parent)
