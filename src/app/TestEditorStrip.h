@@ -27,7 +27,7 @@ public:
         checked.pop_back();
         return last;
     }
-    void uncheckAll() override { checked.clear(); }
+    bool uncheckAll() override { return !std::exchange(checked, {}).empty(); }
     Paths checkedURLs() const override { return checked; }
     bool showsImages() const override { return !images.empty(); }
     bool isBeingWritten(const std::filesystem::path& url) const override

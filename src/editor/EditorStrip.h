@@ -19,7 +19,7 @@ public:
 
     // Unchecks the last checked screenshot and returns it; empty if none is checked.
     virtual std::optional<std::filesystem::path> uncheckLastURL() = 0;
-    virtual void uncheckAll() = 0;
+    virtual bool uncheckAll() = 0; // true if any was checked
     virtual std::vector<std::filesystem::path> checkedURLs() const = 0;
     virtual bool showsImages() const = 0;
 

@@ -159,13 +159,14 @@ std::optional<std::filesystem::path> AnnotationWindow::uncheckLastURL()
     return strip.at(*index).url;
 }
 
-void AnnotationWindow::uncheckAll()
+bool AnnotationWindow::uncheckAll()
 {
     if (!strip.uncheckAll())
-        return;
+        return false;
     for (std::size_t index = 0; index < strip.size(); ++index)
         view->cellChanged(index);
     saveSession();
+    return true;
 }
 
 void AnnotationWindow::finishWriting(std::chrono::milliseconds limit)

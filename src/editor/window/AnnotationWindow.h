@@ -63,7 +63,7 @@ public:
     // The strip, for the program.
     void addURL(const std::filesystem::path&) override;
     std::optional<std::filesystem::path> uncheckLastURL() override;
-    void uncheckAll() override;
+    bool uncheckAll() override;
     Paths checkedURLs() const override { return strip.checkedURLs(); }
     bool showsImages() const override { return !strip.empty(); }
     bool isBeingWritten(const std::filesystem::path&) const override;

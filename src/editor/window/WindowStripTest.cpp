@@ -162,12 +162,12 @@ TEST_F(WindowStripTest, UnchecksAllWithoutPublishing)
 {
     take("AB");
     editor().changedCells.clear();
-    window->uncheckAll();
+    EXPECT_TRUE(window->uncheckAll());
     EXPECT_EQ(strip(), "A-*B-");
     EXPECT_THAT(editor().changedCells, ElementsAre(0u, 1u));
     EXPECT_THAT(clipboards, IsEmpty());
     editor().changedCells.clear();
-    window->uncheckAll();
+    EXPECT_FALSE(window->uncheckAll());
     EXPECT_THAT(editor().changedCells, IsEmpty()) << "nothing was checked any more";
 }
 
