@@ -50,6 +50,50 @@ json toJson(const Item& item)
     return image;
 }
 
+// The places from the oldest on; with the last one of a batch goes the divider before it.
+std::vector<std::size_t> byAge(const std::vector<Item>& items)
+{
+    std::vector<std::size_t> places;
+    for (std::size_t end = items.size(); end > 0;) {
+        std::size_t begin = end;
+        while (begin > 0 && items[begin - 1].path)
+            --begin;
+        for (std::size_t place = begin; place < end; ++place)
+            places.push_back(place);
+        end = begin;
+        if (end > 0)
+            places.push_back(--end);
+    }
+    return places;
+}
+
+// Compact, as the library writes it.
+std::string toText(const std::vector<Item>& items)
+{
+    std::string text = R"({"items":[)";
+    const std::string closing = "]}";
+    std::vector<std::string> written;
+    std::size_t size = text.size() + closing.size();
+    for (const Item& item : items)
+        size += 1 + written.emplace_back(toJson(item).dump()).size(); // and a comma
+    bool dropped = false;
+    for (const std::size_t place : byAge(items)) {
+        const bool separatesNothing = dropped && !items[place].path;
+        if (size <= SessionStore::largestFile && !separatesNothing)
+            break;
+        dropped = true;
+        size -= 1 + written[place].size();
+        written[place].clear();
+    }
+    for (const std::string& item : written) {
+        if (!item.empty())
+            text += item + ',';
+    }
+    if (text.back() == ',')
+        text.pop_back();
+    return text + closing;
+}
+
 fs::path pathOf(const json& image)
 {
     const std::string text = image.at("url").get<std::string>();
@@ -148,13 +192,10 @@ fs::path SessionStore::file(const FileSystem& fileSystem)
 
 void SessionStore::save(FileSystem& fileSystem, Console& console, const std::vector<Item>& items)
 {
-    json list = json::array();
-    for (const Item& item : items)
-        list.push_back(toJson(item));
     const fs::path folder = ssOptimizeDir(fileSystem);
     if (!fileSystem.createFolders(folder))
         console.line("Session save failed: the folder " + folder.string() + " cannot be made");
-    else if (!fileSystem.writeAtomically(file(fileSystem), json{{"items", list}}.dump()))
+    else if (!fileSystem.writeAtomically(file(fileSystem), toText(items)))
         console.line("Session save failed: " + file(fileSystem).string() + " cannot be written");
 }
 

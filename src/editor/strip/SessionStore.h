@@ -22,13 +22,15 @@ struct Item {
     bool operator==(const Item&) const = default;
 };
 
-// Nothing larger is read: ten thousand screenshots need half of it.
+// Nothing larger is read, or written: ten thousand screenshots need half of it.
 inline constexpr std::size_t largestFile = 2u << 20;
 
 std::filesystem::path file(const FileSystem&);
 
-// Replaces what was saved; the file is never left half written. A failure is told in one line on
-// the console, and what was saved before stays.
+// Replaces what was saved; the file is never left half written. Of what would make it too large to
+// be read again, the oldest screenshots are left out: those of the rightmost batch first, and of a
+// batch the leftmost. A failure is told in one line on the console, and what was saved before
+// stays.
 void save(FileSystem&, Console&, const std::vector<Item>&);
 
 // Empty optional if there is no file, or none that can be understood as a whole; the file stays as

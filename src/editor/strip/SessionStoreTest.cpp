@@ -144,6 +144,35 @@ TEST_F(SessionStoreTest, DoesNotReadAHugeFile)
         loadedFrom(session + std::string(SessionStore::largestFile + 1 - session.size(), ' ')));
 }
 
+// All of it was written, and none of it was ever read again.
+TEST_F(SessionStoreTest, LeavesOutTheOldestOfWhatWouldBeTooLargeToRead)
+{
+    const auto batch = [](const std::string& name, int count) {
+        Items items;
+        for (int i = 0; i < count; ++i)
+            items.push_back({"/o/" + std::string(1500, 'x') + name + std::to_string(i), false});
+        return items;
+    };
+    Items items = batch("new", 900);
+    for (const char* older : {"old", "oldest"}) {
+        items.push_back({});
+        std::ranges::copy(batch(older, 800), std::back_inserter(items));
+    }
+    save(items);
+    EXPECT_LE(saved().size(), SessionStore::largestFile);
+    EXPECT_GT(saved().size(), SessionStore::largestFile - 2000);
+    const Items kept = loaded().value_or(Items());
+    const std::size_t newest = 901; // with the divider
+    ASSERT_GT(kept.size(), newest);
+    const auto rest = std::ptrdiff_t(kept.size() - newest);
+    EXPECT_TRUE(std::equal(items.begin(), items.begin() + newest, kept.begin()));
+    EXPECT_TRUE(std::equal(kept.begin() + newest, kept.end(), items.begin() + 1701 - rest))
+        << "of the batch that does not fit, the newest, and nothing behind it";
+    const Items large{{"/o/" + std::string(SessionStore::largestFile * 3 / 5, 'x'), false}};
+    save({large[0], {}, large[0]});
+    EXPECT_EQ(loaded(), large) << "the divider went with the batch behind it";
+}
+
 TEST_F(SessionStoreTest, TellsOfASaveThatFailed)
 {
     save({{"/o/A.png", true}});
