@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <optional>
 #include <regex>
+#include <unordered_map>
+#include <utility>
 
 namespace tallowbay {
 
@@ -82,9 +84,15 @@ struct ThumbnailCaption::Patterns {
     std::vector<std::regex> all;
 };
 
+struct ThumbnailCaption::Kept {
+    year_month_day day;
+    std::unordered_map<std::string, std::string> captions; // by name
+};
+
 ThumbnailCaption::ThumbnailCaption(const Calendar& calendar, const NameDatePatterns& further)
     : calendar(calendar)
     , patterns(std::make_unique<Patterns>(further))
+    , kept(std::make_unique<Kept>())
 {
 }
 
@@ -93,10 +101,21 @@ ThumbnailCaption::~ThumbnailCaption() = default;
 
 std::string ThumbnailCaption::parseTime(const std::filesystem::path& url, WallTime now) const
 {
-    const auto taken = patterns->find(url.filename().native());
+    const year_month_day today = calendar.dayOf(now);
+    if (std::exchange(kept->day, today) != today)
+        kept->captions.clear();
+    const auto [caption, isNew] = kept->captions.try_emplace(url.filename().native());
+    if (isNew)
+        caption->second = captionOn(today, caption->first);
+    return caption->second;
+}
+
+std::string ThumbnailCaption::captionOn(year_month_day today, const std::string& name) const
+{
+    const auto taken = patterns->find(name);
     if (!taken || !taken->day.ok())
         return {};
-    const days ago = sys_days(calendar.dayOf(now)) - sys_days(taken->day);
+    const days ago = sys_days(today) - sys_days(taken->day);
     if (ago == days(0))
         return twelveHourClock(*taken);
     return ago == days(1) ? "Yesterday" : calendar.monthAndDay(taken->day);

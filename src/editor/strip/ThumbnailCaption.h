@@ -20,7 +20,9 @@ using NameDatePatterns = std::vector<std::string>;
 // does not exist.
 //
 // The system's own spelling ("2026-01-05 at 10.31.12") is looked for first, then the patterns in
-// their order.
+// their order. What was found is kept for the day, since every painting of a cell asks again.
+//
+// Thread: main queue.
 class ThumbnailCaption {
 public:
     // The calendar outlives this object. A pattern that is no regular expression is left out.
@@ -32,9 +34,13 @@ public:
 
 private:
     struct Patterns;
+    struct Kept;
+
+    std::string captionOn(std::chrono::year_month_day today, const std::string& name) const;
 
     const Calendar& calendar;
     std::unique_ptr<const Patterns> patterns;
+    std::unique_ptr<Kept> kept;
 };
 
 } // namespace tallowbay

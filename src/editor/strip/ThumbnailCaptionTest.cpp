@@ -101,5 +101,29 @@ TEST_F(ThumbnailCaptionTest, PutsUpWithANameThatIsNoText)
     EXPECT_EQ(captionOf("\xff\xfe Screenshot 2026-01-05 at 14.05.09\n.png"), "2:05 PM");
 }
 
+// A cell asks at each of its paintings.
+TEST_F(ThumbnailCaptionTest, IsWorkedOutOnceADay)
+{
+    struct CountingCalendar final : headless::FixedCalendar {
+        std::string monthAndDay(year_month_day day) const override
+        {
+            ++spelled;
+            return FixedCalendar::monthAndDay(day);
+        }
+        mutable int spelled = 0;
+    };
+    const CountingCalendar counting;
+    const ThumbnailCaption caption(counting, further);
+    const auto at = [&](hours time) {
+        return caption.parseTime(
+            "/o/Screenshot 2026-01-04 at 14.05.09.png", sys_days(2026y / 1 / 5) + time);
+    };
+    EXPECT_EQ(at(1h), "Yesterday");
+    EXPECT_EQ(at(25h), "Jan 4");
+    EXPECT_EQ(at(47h), "Jan 4");
+    EXPECT_EQ(counting.spelled, 1);
+    EXPECT_EQ(at(1h), "Yesterday") << "a clock that was set back";
+}
+
 } // namespace
 } // namespace tallowbay

@@ -7,7 +7,7 @@
 namespace tallowbay::headless {
 
 // A time zone that is a fixed distance from UTC, and English.
-class FixedCalendar final : public Calendar {
+class FixedCalendar : public Calendar {
 public:
     std::chrono::year_month_day dayOf(WallTime moment) const override
     {
