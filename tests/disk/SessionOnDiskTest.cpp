@@ -120,6 +120,21 @@ TEST_F(KilledSaveTest, SavesAgainAfterwards)
     EXPECT_TRUE(console.lines.empty());
 }
 
+TEST_F(KilledSaveTest, WhatItLeavesBesideTheFileGoesWithTheNextProgram)
+{
+    const auto entries = [this] {
+        return std::distance(fs::directory_iterator(sessionFile().parent_path()), {});
+    };
+    save(one);
+    std::minstd_rand random(1);
+    for (int kills = 0; entries() < 2 && kills < 1000; ++kills)
+        saveAndKill(std::chrono::microseconds(random() % 5000));
+    ASSERT_EQ(entries(), 2) << "a draft is left";
+    posix::PosixFileSystem next;
+    SessionStore::save(next, console, one);
+    EXPECT_EQ(entries(), 1);
+}
+
 // Files that nobody sane has written
 
 class HostileSessionTest : public SessionOnDiskTest {

@@ -10,7 +10,7 @@
 namespace tallowbay::posix {
 
 // New bytes on their way, in a file of an unguessable name beside the one they are for; gone with
-// this object unless they were put in place.
+// this object unless they were put in place. A draft is locked as long as its program lives.
 //
 // Thread: any, one at a time. What fails says why in errno.
 class FileDraft {
@@ -29,9 +29,15 @@ public:
     bool putInPlaceOf(const std::filesystem::path& target);
 
 private:
+    bool lock() const;
+
     std::filesystem::path path;
     FileDescriptor file;
     int problem = 0; // why there is no draft
 };
+
+// Removes the drafts of programs that were killed. Others, and whatever else is in the folder,
+// stay.
+void removeAbandonedDrafts(const std::filesystem::path& folder);
 
 } // namespace tallowbay::posix

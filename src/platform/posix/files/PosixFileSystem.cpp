@@ -2,6 +2,7 @@
 
 #include "platform/posix/Environment.h"
 #include "platform/posix/files/FileBytes.h"
+#include "platform/posix/files/FileDraft.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -186,7 +187,18 @@ std::optional<fs::path> PosixFileSystem::makeTemporaryFolder()
 
 bool PosixFileSystem::writeAtomically(const fs::path& path, std::string_view bytes)
 {
+    tidyOnce(path.parent_path());
     return replaceFile(path, bytes);
+}
+
+void PosixFileSystem::tidyOnce(const fs::path& folder)
+{
+    {
+        const std::scoped_lock lock(tidying);
+        if (!tidied.insert(folder).second)
+            return;
+    }
+    removeAbandonedDrafts(folder);
 }
 
 } // namespace tallowbay::posix

@@ -2,6 +2,9 @@
 
 #include "platform/FileSystem.h"
 
+#include <mutex>
+#include <set>
+
 namespace tallowbay::posix {
 
 // The machine's own files. Home and the places for temporary folders are those of the environment
@@ -12,7 +15,8 @@ namespace tallowbay::posix {
 // when the first is gone, may have one identity.
 //
 // Where a file that is written atomically is a symbolic link, the link stays and its target is
-// replaced. Its permissions are kept; a new file gets what the umask leaves.
+// replaced. Its permissions are kept; a new file gets what the umask leaves. With the first one in
+// a folder goes what programs that were killed in the midst of it have left there.
 class PosixFileSystem : public FileSystem {
 public:
     PosixFileSystem();
@@ -34,9 +38,13 @@ public:
     std::optional<std::filesystem::path> makeTemporaryFolder() override;
 
 private:
+    void tidyOnce(const std::filesystem::path& folder);
+
     std::filesystem::path home;
     std::optional<std::filesystem::path> runtimeFolder;
     std::vector<std::filesystem::path> sharedFolders;
+    std::mutex tidying;
+    std::set<std::filesystem::path> tidied;
 };
 
 } // namespace tallowbay::posix

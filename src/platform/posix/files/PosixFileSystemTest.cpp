@@ -2,6 +2,7 @@
 
 #include "platform/contract/FileSystemContract.h"
 #include "platform/posix/Environment.h"
+#include "platform/posix/files/FileDraft.h"
 #include "support/AsOrdinaryUser.h"
 #include "support/TemporaryFolder.h"
 
@@ -286,6 +287,25 @@ TEST_F(PosixFileSystemTest, KeepsTheOldFileOnASmallFileSystemThatIsFull)
     EXPECT_EQ(entryCount(), 1u);
     EXPECT_TRUE(files.writeAtomically(folder / "file", "fits"));
     ::umount2(folder.c_str(), MNT_DETACH);
+}
+
+TEST_F(PosixFileSystemTest, RemovesWhatAKilledProgramHasLeftAndNothingElse)
+{
+    const fs::path left = folder / ".tallowbay-0123456789abcdef";
+    const fs::path pipe = folder / ".tallowbay-00000000000000ff";
+    write(left, "half of");
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    for (const char* name :
+         {"tallowbay-0123456789abcdef", ".tallowbay-0123456789abcdeg", ".tallowbay-0123",
+          ".tallowbay-0123456789abcdef0"})
+        write(folder / name, "not ours");
+    FileDraft underWay(folder);
+    ASSERT_TRUE(underWay.write("new"));
+    EXPECT_TRUE(files.writeAtomically(folder / "other", "bytes"));
+    EXPECT_FALSE(fs::exists(left));
+    EXPECT_EQ(entryCount(), 7u);
+    EXPECT_TRUE(underWay.putInPlaceOf(folder / "file"));
+    EXPECT_EQ(files.read(folder / "file"), "new");
 }
 
 TEST_F(PosixFileSystemTest, DoesNotWaitForTheWriterOfAPipe)
