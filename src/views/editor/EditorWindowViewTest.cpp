@@ -1,4 +1,6 @@
 #include "support/EditorViewFixture.h"
+#include "ui/TallowLoaderPanel.h"
+#include "views/ui/LoaderView.h"
 
 #include <QCloseEvent>
 #include <QScreen>
@@ -120,6 +122,22 @@ TEST_F(EditorScaleTest, FollowsAnotherScaleWithoutAnotherSize)
     ASSERT_EQ(view().devicePixelRatioF(), 2);
     ASSERT_EQ(view().size(), size);
     EXPECT_NEAR(blurredWidth(), 2 * before, 2);
+}
+
+// Its icon used to be drawn in the pixels of the screen that it was made on.
+TEST_F(EditorScaleTest, TheLoaderIsAsSharpOnAScreenOfAnotherScale)
+{
+    const TallowLoaderPanel logic(desktop.screens, views);
+    QScreen* const fine = QGuiApplication::screens().back();
+    const auto seenThere = [&](bool paintedBefore) {
+        LoaderWidget loader(logic, windowSystem);
+        if (paintedBefore)
+            loader.grab();
+        loader.setScreen(fine);
+        EXPECT_EQ(loader.devicePixelRatioF(), 2);
+        return loader.grab().toImage();
+    };
+    EXPECT_EQ(seenThere(true), seenThere(false));
 }
 
 } // namespace

@@ -53,6 +53,7 @@ LoaderWidget::LoaderWidget(const TallowLoaderPanel& logic, WindowSystem& windows
     , windows(windows)
     , composited(windows.composesWindows())
     , margin(composited ? shadowReach : 0)
+    , drawing(qt::Artwork().tinted(QString::fromStdString(logic.iconName()), iconColor))
 {
     setObjectName(QStringLiteral("loader"));
     setAccessibleName(QStringLiteral("Tallowbay is opening"));
@@ -61,10 +62,6 @@ LoaderWidget::LoaderWidget(const TallowLoaderPanel& logic, WindowSystem& windows
     setAttribute(composited ? Qt::WA_TranslucentBackground : Qt::WA_OpaquePaintEvent);
     const QSizeF card(Panel::size.width, Panel::size.height);
     setFixedSize(card.toSize() + QSize(2 * margin, 2 * margin));
-    const int side = qRound(Panel::iconFrame.size.width);
-    icon = qt::Artwork()
-               .tinted(QString::fromStdString(logic.iconName()), iconColor)
-               .pixmap(QSize(side, side), devicePixelRatioF());
     pulse.setStartValue(0.0);
     pulse.setEndValue(1.0);
     pulse.setDuration(static_cast<int>(Panel::pulseCycle.count()));
@@ -85,6 +82,15 @@ void LoaderWidget::setOrigin(const Point& origin)
 {
     const QRect place = qt::desktopRect({origin, Panel::size});
     move(place.topLeft() - QPoint(margin, margin));
+}
+
+// It is made before it is put in its place, which may be on a screen of another scale.
+const QPixmap& LoaderWidget::iconOfThisScreen()
+{
+    const int side = qRound(Panel::iconFrame.size.width);
+    if (icon.isNull() || icon.devicePixelRatio() != devicePixelRatioF())
+        icon = drawing.pixmap(QSize(side, side), devicePixelRatioF());
+    return icon;
 }
 
 double LoaderWidget::iconScale() const
@@ -116,8 +122,9 @@ void LoaderWidget::paintEvent(QPaintEvent*)
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
     painter.translate(card.center());
     painter.scale(iconScale(), iconScale());
-    const QSizeF size = icon.deviceIndependentSize();
-    painter.drawPixmap(QPointF(-size.width() / 2, -size.height() / 2), icon);
+    const QPixmap& shown = iconOfThisScreen();
+    const QSizeF size = shown.deviceIndependentSize();
+    painter.drawPixmap(QPointF(-size.width() / 2, -size.height() / 2), shown);
 }
 
 void LoaderWidget::showEvent(QShowEvent* event)

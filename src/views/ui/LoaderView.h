@@ -6,6 +6,7 @@
 #include "views/ui/Backdrop.h"
 #include "views/ui/Fade.h"
 
+#include <QIcon>
 #include <QPixmap>
 #include <QVariantAnimation>
 #include <QWidget>
@@ -33,13 +34,15 @@ protected:
     void showEvent(QShowEvent*) override;
 
 private:
+    const QPixmap& iconOfThisScreen();
     double iconScale() const;
     void cutToShape();
 
     WindowSystem& windows;
     const bool composited;
     const int margin; // around the card, for its shadow
-    QPixmap icon;
+    const QIcon drawing;
+    QPixmap icon; // the drawing in the pixels of the screen that it was last painted on
     QVariantAnimation pulse;
     double alpha = 1;
 };
