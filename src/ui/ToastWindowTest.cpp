@@ -11,6 +11,7 @@ namespace {
 
 using namespace std::chrono_literals;
 using testing::ElementsAre;
+using testing::IsEmpty;
 
 class ToastWindowTest : public testing::Test {
 protected:
@@ -21,6 +22,27 @@ protected:
         return *views.toasts.back();
     }
 
+    // One message after the other, each that much later.
+    void showMany(int count, std::chrono::milliseconds apart)
+    {
+        for (int i = 1; i <= count; ++i) {
+            presenter.show(std::to_string(i) + " Screenshot(s) Ready");
+            desktop.dispatch.advance(apart);
+            most = std::max(most, seen().size());
+        }
+    }
+
+    // What the toasts say that are on the screen now, the lowest first.
+    std::vector<std::string> seen() const
+    {
+        std::vector<std::string> messages;
+        for (const auto& toast : views.toasts)
+            if (toast->onScreen)
+                messages.push_back(toast->content.message);
+        return messages;
+    }
+
+    std::size_t most = 0; // toasts at the same time
     headless::Desktop desktop;
     headless::HeadlessViews views{desktop.dispatch};
     ToastPresenter presenter{desktop.dispatch, desktop.screens, desktop.textMeasurer, views};
@@ -105,6 +127,83 @@ TEST_F(ToastWindowTest, LeavesAnEarlierToastWhereItIs)
     EXPECT_TRUE(second.onScreen);
     desktop.dispatch.advance(200ms);
     EXPECT_FALSE(second.alive);
+}
+
+TEST_F(ToastWindowTest, HasItsOwnTimeAlsoWhereSeveralComeTogether)
+{
+    showMany(4, 0ms);
+    ASSERT_EQ(views.toasts.size(), 4u);
+    desktop.dispatch.advance(1249ms);
+    EXPECT_EQ(seen().size(), 4u);
+    desktop.dispatch.advance(1ms);
+    EXPECT_EQ(seen().size(), 0u);
+}
+
+// 2,000 screenshots at once brought 989 windows.
+TEST_F(ToastWindowTest, IsOneOfFewHoweverManyComeAtOnce)
+{
+    showMany(2000, 30ms);
+    EXPECT_LE(most, 5u);
+    EXPECT_LT(views.toasts.size(), 500u);
+    desktop.dispatch.advance(150ms);
+    EXPECT_EQ(seen().back(), "2000 Screenshot(s) Ready");
+    desktop.dispatch.advance(1250ms);
+    EXPECT_THAT(seen(), IsEmpty());
+}
+
+TEST_F(ToastWindowTest, IsNotMadeIfItsSuccessorWouldCoverItWhole)
+{
+    showMany(100, 0ms);
+    EXPECT_THAT(
+        seen(),
+        ElementsAre(
+            "1 Screenshot(s) Ready", "2 Screenshot(s) Ready", "3 Screenshot(s) Ready",
+            "4 Screenshot(s) Ready"));
+    desktop.dispatch.advance(150ms);
+    EXPECT_THAT(
+        seen(),
+        ElementsAre("3 Screenshot(s) Ready", "4 Screenshot(s) Ready", "100 Screenshot(s) Ready"));
+    EXPECT_EQ(views.toasts.size(), 5u);
+}
+
+TEST_F(ToastWindowTest, IsMadeIfItsSuccessorIsNarrower)
+{
+    showMany(4, 0ms);
+    presenter.show("Compression failed — screenshot skipped");
+    presenter.show("5 Screenshot(s) Ready");
+    presenter.show("6 Screenshot(s) Ready");
+    desktop.dispatch.advance(150ms);
+    const auto messages = seen();
+    ASSERT_GE(messages.size(), 2u);
+    EXPECT_EQ(messages[messages.size() - 2], "Compression failed — screenshot skipped");
+    EXPECT_EQ(messages.back(), "6 Screenshot(s) Ready");
+}
+
+TEST_F(ToastWindowTest, StaysItsTimeWhereItsSuccessorsAreNarrower)
+{
+    const auto& wide = show("Compression failed — screenshot skipped");
+    showMany(40, 30ms);
+    EXPECT_TRUE(wide.onScreen);
+    desktop.dispatch.advance(50ms);
+    EXPECT_FALSE(wide.alive);
+}
+
+TEST_F(ToastWindowTest, ComesAtOnceAgainWhenThoseBeforeHaveGone)
+{
+    showMany(20, 30ms);
+    desktop.dispatch.advance(2s);
+    const auto made = views.toasts.size();
+    showMany(4, 0ms);
+    EXPECT_EQ(views.toasts.size(), made + 4);
+}
+
+TEST_F(ToastWindowTest, NeverComesBeforeAnOlderOneThatWaits)
+{
+    showMany(4, 0ms);
+    desktop.dispatch.advance(1200ms);
+    showMany(3, 30ms); // the first four leave meanwhile
+    desktop.dispatch.advance(1s);
+    EXPECT_EQ(views.messages().back(), "3 Screenshot(s) Ready");
 }
 
 TEST_F(ToastWindowTest, MayOutliveItsPresenterInTheQueue)
