@@ -6,6 +6,8 @@
 
 #include <QPainter>
 
+#include <cmath>
+
 namespace tallowbay::views {
 
 namespace {
@@ -23,6 +25,9 @@ constexpr auto windowFlagsOfToast = Qt::ToolTip | Qt::FramelessWindowHint | Qt::
 
 // Narrower than the margins that a toast's width includes: rounding must not cost a character.
 constexpr int leastMargin = 16;
+
+// Less of a fade is not seen in a frame, and costs as much as any.
+constexpr double leastStep = 0.06;
 
 QFont textFontFor(const Font& font)
 {
@@ -54,13 +59,17 @@ ToastWidget::ToastWidget(const ToastContent& content, WindowSystem& windows)
 
 void ToastWidget::setAlpha(double wanted)
 {
-    const bool appears = (alpha > 0) != (wanted > 0);
     alpha = wanted;
+    const bool isLast = wanted == 0 || wanted == 1;
+    if (!isLast && std::abs(alpha - shownAlpha) < leastStep)
+        return;
+    const bool appears = (shownAlpha > 0) != (alpha > 0);
+    shownAlpha = alpha;
     if (composited)
         return setWindowOpacity(alpha);
     if (appears && isVisible())
         cutToShape();
-    update();
+    update(textPlace());
 }
 
 void ToastWidget::paintEvent(QPaintEvent*)
@@ -69,7 +78,7 @@ void ToastWidget::paintEvent(QPaintEvent*)
     painter.setRenderHint(QPainter::Antialiasing);
     paintMaterial(painter);
     if (!composited)
-        painter.setOpacity(alpha);
+        painter.setOpacity(shownAlpha);
     paintText(painter);
 }
 
@@ -88,14 +97,33 @@ void ToastWidget::paintMaterial(QPainter& painter) const
     painter.drawRoundedRect(inside, cornerRadius - 0.5, cornerRadius - 0.5);
 }
 
-void ToastWidget::paintText(QPainter& painter) const
+QRect ToastWidget::textPlace() const
 {
-    const QRect line = rect().adjusted(leastMargin, 0, -leastMargin, 0);
+    return rect().adjusted(leastMargin, 0, -leastMargin, 0);
+}
+
+// Written once: every frame of a fade shows it anew.
+void ToastWidget::paintText(QPainter& painter)
+{
+    if (text.isNull() || text.devicePixelRatio() != devicePixelRatioF())
+        text = writtenText();
+    painter.drawPixmap(textPlace().topLeft(), text);
+}
+
+QPixmap ToastWidget::writtenText() const
+{
+    const double scale = devicePixelRatioF();
+    QPixmap picture((QSizeF(textPlace().size()) * scale).toSize());
+    picture.setDevicePixelRatio(scale);
+    picture.fill(Qt::transparent);
+    const QRect line(QPoint(), textPlace().size());
+    QPainter painter(&picture);
     painter.setFont(textFont);
     painter.setPen(Qt::white);
     const QString fitting =
         QFontMetricsF(textFont).elidedText(message, Qt::ElideRight, line.width());
     painter.drawText(line, Qt::AlignCenter, fitting);
+    return picture;
 }
 
 // The server knows the window by now, and shows it after this.
@@ -110,7 +138,7 @@ void ToastWidget::showEvent(QShowEvent* event)
 
 void ToastWidget::cutToShape()
 {
-    windows.cutToShape(winId(), alpha > 0 ? shape() : PixelRegion());
+    windows.cutToShape(winId(), shownAlpha > 0 ? shape() : PixelRegion());
 }
 
 PixelRegion ToastWidget::shape() const

@@ -3,6 +3,7 @@
 #include "platform/WindowSystem.h"
 #include "ui/ToastContent.h"
 
+#include <QPixmap>
 #include <QWidget>
 
 namespace tallowbay::views {
@@ -24,7 +25,9 @@ private:
     void paintEvent(QPaintEvent*) override;
     void showEvent(QShowEvent*) override;
     void paintMaterial(QPainter&) const;
-    void paintText(QPainter&) const;
+    QRect textPlace() const;
+    void paintText(QPainter&);
+    QPixmap writtenText() const;
     void cutToShape();
     PixelRegion shape() const;
 
@@ -34,7 +37,9 @@ private:
     const double cornerRadius;
     const bool composited;
     const bool blursBehind;
+    QPixmap text; // empty until it is seen
     double alpha = 1;
+    double shownAlpha = 1; // the last one that was worth a frame
 };
 
 } // namespace tallowbay::views
