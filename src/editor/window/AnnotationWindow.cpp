@@ -1,11 +1,8 @@
 #include "editor/window/AnnotationWindow.h"
 
-#include "editor/AnnotationConstants.h"
 #include "editor/AnnotationSaver.h"
 #include "editor/window/AnnotationWindowPort.h"
 #include "editor/window/EditorLook.h"
-#include "platform/Clock.h"
-#include "platform/DesktopSettings.h"
 #include "platform/FileSystem.h"
 #include "platform/Platform.h"
 #include "platform/Screens.h"
@@ -13,7 +10,6 @@
 #include "ui/Views.h"
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 namespace tallowbay {
@@ -22,12 +18,10 @@ AnnotationWindow::AnnotationWindow(
     const Platform& platform, Views& views, AnnotationSaver& saver, ToastGate& toasts)
     : fileSystem(platform.fileSystem)
     , console(platform.console)
-    , clock(platform.clock)
     , screens(platform.screens)
     , saver(saver)
     , toasts(toasts)
-    , captions(platform.calendar, platform.desktop.screenshotNameDates)
-    , thumbnails(platform.dispatch, platform.fileSystem, platform.imageCodec)
+    , cells(platform, strip)
     , saves(platform.dispatch, platform.fileSystem, platform.imageCodec, saver)
     , view(views.makeAnnotationWindow(*this))
     , drawing(std::make_unique<AnnotationCanvas>(*view, platform.textMeasurer))
@@ -35,8 +29,7 @@ AnnotationWindow::AnnotationWindow(
 {
     drawing->setDelegate(this);
     saves.onWriteEnded = [this](const auto& url, bool succeeded) { writeEnded(url, succeeded); };
-    thumbnails.onLoaded = [this](std::uint64_t id) { thumbnailLoaded(id); };
-    scaleChanged(1);
+    cells.onThumbnail = [this](std::size_t index) { thumbnailCame(index); };
     restoreSession();
 }
 
@@ -133,13 +126,13 @@ void AnnotationWindow::addURL(const std::filesystem::path& url)
     stripChanged();
     selectThumbnail(index);
     saveSession();
-    wantThumbnails();
+    cells.wantThumbnails();
 }
 
 // What was below the mouse may have moved away from it, and nothing tells of that.
 void AnnotationWindow::stripChanged()
 {
-    hoveredCells.clear();
+    cells.forgetHover();
     view->stripChanged();
 }
 
@@ -212,7 +205,7 @@ void AnnotationWindow::removeExpiredURLs(const std::set<std::filesystem::path>& 
         selectThumbnail(std::min(strip.size() - 1, selected));
     saveSession();
     republishClipboard();
-    wantThumbnails();
+    cells.wantThumbnails();
     for (const auto& url : abandoned)
         writeEnded(url, true); // nothing of it is on the clipboard any more
 }
@@ -230,7 +223,7 @@ void AnnotationWindow::restoreSession()
     }
     stripChanged();
     selectThumbnail(*shown);
-    wantThumbnails();
+    cells.wantThumbnails();
 }
 
 void AnnotationWindow::saveSession()
@@ -258,7 +251,7 @@ void AnnotationWindow::selectThumbnail(std::size_t index)
     canvasHeader = headerPalette.at(index % headerPaletteSize);
     drawing->setBackgroundImage(nullptr);
     drawing->setAnnotations(record.annotations, record.canvasSize);
-    thumbnails.setPaused(true);
+    cells.setLoadingPaused(true);
     saves.show(record, [this](Image picture) { showPicture(std::move(picture)); });
     view->lookAgain();
     view->scrollToVisible(index);
@@ -267,7 +260,7 @@ void AnnotationWindow::selectThumbnail(std::size_t index)
 // Items whose picture is missing lie where they were made; now they can be carried to this canvas.
 void AnnotationWindow::showPicture(Image picture)
 {
-    thumbnails.setPaused(false);
+    cells.setLoadingPaused(false);
     if (!picture)
         toasts.show("Could not load image");
     drawing->setBackgroundImage(std::move(picture));
@@ -280,7 +273,7 @@ void AnnotationWindow::showPicture(Image picture)
 void AnnotationWindow::emptyCanvas()
 {
     saves.showNothing();
-    thumbnails.setPaused(false);
+    cells.setLoadingPaused(false);
     drawing->setBackgroundImage(nullptr);
     drawing->setAnnotations({});
     view->lookAgain();
@@ -311,102 +304,10 @@ void AnnotationWindow::writeEnded(const std::filesystem::path& url, bool succeed
 void AnnotationWindow::fileWritten(const std::filesystem::path& url, bool succeeded)
 {
     saves.fileWritten(url, succeeded);
-    thumbnails.fileChanged(url);
-}
-
-// Tools and history
-
-void AnnotationWindow::toolSelected(int tag)
-{
-    if (strip.empty())
-        return;
-    drawing->commitTextIfNeeded();
-    tool = annotationToolForTag(tag);
-    swatchAlpha = tool == AnnotationTool::blur ? 0 : 1; // its mask has no colour
-    view->animateSwatchCard(swatchAlpha, swatchFade); // first: a look finds it on its way
-    view->lookAgain();
-}
-
-void AnnotationWindow::swatchSelected(std::size_t tag)
-{
-    if (tag >= swatchColorValues.size())
-        return;
-    swatch = tag;
-    view->lookAgain();
-}
-
-Color AnnotationWindow::highlightColor() const
-{
-    return swatchColorValues.at(swatch);
-}
-
-double AnnotationWindow::toolRailAlpha() const
-{
-    return shownSomething ? 1 : idleToolRailAlpha;
-}
-
-void AnnotationWindow::undoAnnotation()
-{
-    if (!strip.empty())
-        edited(history->undoAnnotation(strip.at(selected)));
-}
-
-void AnnotationWindow::redoAnnotation()
-{
-    if (!strip.empty())
-        edited(history->redoAnnotation(strip.at(selected)));
-}
-
-void AnnotationWindow::deleteAnnotation(std::size_t index)
-{
-    edited(history->deleteAnnotation(strip.at(selected), index));
-}
-
-void AnnotationWindow::canvasDidAddAnnotation(const std::vector<AnnotationItem>& items)
-{
-    history->canvasDidAddAnnotation(strip.at(selected), items);
-    edited(true);
-}
-
-void AnnotationWindow::annotationUpdated(
-    std::size_t index, const std::vector<AnnotationItem>& items)
-{
-    if (index < strip.at(selected).annotations.size()) {
-        history->annotationsChanged(strip.at(selected), items);
-        edited(true);
-    }
-}
-
-void AnnotationWindow::annotationsChanged(const std::vector<AnnotationItem>& items)
-{
-    history->annotationsChanged(strip.at(selected), items);
-}
-
-void AnnotationWindow::edited(bool changed)
-{
-    if (!changed)
-        return;
-    saves.edited(strip.at(selected), drawing->backgroundImage());
-    republishClipboard();
+    cells.fileChanged(url);
 }
 
 // Cells
-
-ThumbnailCell AnnotationWindow::cell(std::size_t index) const
-{
-    const ScreenshotRecord& record = strip.at(index);
-    ThumbnailCell cell;
-    cell.id = record.id;
-    cell.caption = captions.parseTime(record.url, clock.wallNow());
-    cell.badge = std::to_string(record.badgeNumber);
-    cell.headerColor = headerPalette.at(record.headerColor);
-    cell.background = hoveredCells.contains(record.id) ? hoveredCellBackground : cellBackground;
-    cell.selected = index == selected;
-    cell.checked = record.checked;
-    cell.thumbnail = thumbnails.thumbnail(record.id);
-    cell.name = "Screenshot " + cell.badge + (cell.caption.empty() ? "" : ", " + cell.caption);
-    return cell;
-}
 
 void AnnotationWindow::cellClicked(std::size_t index)
 {
@@ -425,96 +326,26 @@ void AnnotationWindow::checkboxToggled(std::size_t index)
 // The selected cell keeps whatever background it has.
 void AnnotationWindow::mouseEnteredCell(std::size_t index)
 {
-    if (index != selected && hoveredCells.insert(strip.at(index).id).second)
+    if (index != selected && cells.setHovered(index, true))
         view->cellChanged(index);
 }
 
 void AnnotationWindow::mouseExitedCell(std::size_t index)
 {
-    if (index != selected && hoveredCells.erase(strip.at(index).id) > 0)
+    if (index != selected && cells.setHovered(index, false))
         view->cellChanged(index);
 }
 
 Image AnnotationWindow::canvasPreview() const
 {
-    return saves.isLoading() ? thumbnails.thumbnail(strip.at(selected).id) : nullptr;
+    return saves.isLoading() ? cells.thumbnail(selected) : nullptr;
 }
 
-void AnnotationWindow::thumbnailLoaded(std::uint64_t id)
+void AnnotationWindow::thumbnailCame(std::size_t index)
 {
-    for (std::size_t index = 0; index < strip.size(); ++index) {
-        if (strip.at(index).id == id)
-            view->cellChanged(index);
-    }
-    if (canvasPreview() && strip.at(selected).id == id)
+    view->cellChanged(index);
+    if (index == selected && canvasPreview())
         view->lookAgain();
-}
-
-void AnnotationWindow::visibleSlotsChanged(std::size_t first, std::size_t last)
-{
-    if (first == firstVisible && last == lastVisible)
-        return; // as for most of the steps of a glide
-    firstVisible = first;
-    lastVisible = last;
-    wantThumbnails();
-}
-
-void AnnotationWindow::wantThumbnails()
-{
-    thumbnails.want(nearestFirst(strip, firstVisible, lastVisible));
-}
-
-void AnnotationWindow::scaleChanged(double pixelsPerPoint)
-{
-    const auto pixels = [&](double points) {
-        return static_cast<int>(std::ceil(points * pixelsPerPoint));
-    };
-    thumbnails.setBox({pixels(imageWellSize.width), pixels(imageWellSize.height)});
-}
-
-// Keys
-
-void AnnotationWindow::handleKeyDown(const KeyPress& key)
-{
-    switch (key.keyCode) {
-    case keyCode::returnKey:
-    case keyCode::keypadEnter:
-        return returnPressed();
-    case keyCode::escape:
-        return confirmAndDismiss();
-    case keyCode::left:
-        return navigateVisually(-1);
-    case keyCode::right:
-        return navigateVisually(1);
-    case keyCode::up:
-        return toggleSelectedCheck();
-    case keyCode::z:
-        if (key.flags & eventFlag::command)
-            return key.flags & eventFlag::shift ? redoAnnotation() : undoAnnotation();
-        return;
-    default:
-        return;
-    }
-}
-
-void AnnotationWindow::returnPressed()
-{
-    if (drawing->hasActiveTextField())
-        drawing->commitTextIfNeeded();
-    else
-        confirmAndDismiss();
-}
-
-void AnnotationWindow::navigateVisually(int delta)
-{
-    if (const auto index = strip.neighbour(selected, delta))
-        cellClicked(*index);
-}
-
-void AnnotationWindow::toggleSelectedCheck()
-{
-    if (!strip.empty())
-        checkboxToggled(selected);
 }
 
 } // namespace tallowbay

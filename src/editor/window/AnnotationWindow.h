@@ -4,11 +4,9 @@
 #include "editor/AnnotationCanvas.h"
 #include "editor/AnnotationHistory.h"
 #include "editor/EditorStrip.h"
-#include "editor/strip/ThumbnailCaption.h"
 #include "editor/strip/ThumbnailStrip.h"
 #include "editor/window/CanvasSaves.h"
-#include "editor/window/ThumbnailCell.h"
-#include "editor/window/ThumbnailLoader.h"
+#include "editor/window/StripCells.h"
 #include "editor/window/ToolRail.h"
 
 #include <functional>
@@ -22,7 +20,6 @@ namespace tallowbay {
 
 class AnnotationSaver;
 class AnnotationWindowPort;
-class Clock;
 class Console;
 class FileSystem;
 class Screens;
@@ -98,7 +95,7 @@ public:
     const std::vector<ThumbnailStrip::Slot>& slots() const { return strip.slots(); }
     std::size_t count() const { return strip.size(); }
     std::size_t selectedIndex() const { return selected; } // means nothing in an empty strip
-    ThumbnailCell cell(std::size_t index) const;
+    ThumbnailCell cell(std::size_t index) const { return cells.cell(index, index == selected); }
     std::uint64_t id(std::size_t index) const { return strip.at(index).id; } // see ThumbnailCell
     const std::filesystem::path& url(std::size_t index) const { return strip.at(index).url; }
 
@@ -120,9 +117,14 @@ public:
     void gestureLost() { drawing->gestureLost(); } // see AnnotationCanvas
     void closeRequested() { confirmAndDismiss(); } // by the window manager
     void minimizedChanged(bool isMinimized) { minimized = isMinimized; } // by the same
-    void visibleSlotsChanged(
-        std::size_t first, std::size_t last); // both are seen, at least in part
-    void scaleChanged(double pixelsPerPoint); // of the screen; 1 until it is told
+    void visibleSlotsChanged(std::size_t first, std::size_t last) // both are seen, at least in part
+    {
+        cells.visibleSlotsChanged(first, last);
+    }
+    void scaleChanged(double pixelsPerPoint) // of the screen; 1 until it is told
+    {
+        cells.scaleChanged(pixelsPerPoint);
+    }
 
 private:
     // The canvas's delegate.
@@ -151,16 +153,13 @@ private:
     void animateOpen();
     void animateClose();
     void closed();
-    void wantThumbnails();
-    void thumbnailLoaded(std::uint64_t id);
+    void thumbnailCame(std::size_t index);
 
     FileSystem& fileSystem;
     Console& console;
-    const Clock& clock;
     const Screens& screens;
     AnnotationSaver& saver;
     ToastGate& toasts;
-    const ThumbnailCaption captions;
     ThumbnailStrip strip;
     std::size_t selected = 0;
     AnnotationTool tool = AnnotationTool::highlight;
@@ -172,10 +171,7 @@ private:
     bool minimized = false;
     bool closing = false;
     bool settingsShown = false;
-    std::set<std::uint64_t> hoveredCells; // that took the hovered background
-    std::size_t firstVisible = 0;
-    std::size_t lastVisible = 0;
-    ThumbnailLoader thumbnails;
+    StripCells cells;
     CanvasSaves saves;
     std::unique_ptr<AnnotationWindowPort> view;
     std::unique_ptr<AnnotationCanvas> drawing;
