@@ -16,11 +16,8 @@ namespace tallowbay::views {
 
 namespace {
 
-constexpr int glideMilliseconds = 260;
 constexpr double pointsPerWheelStep = 224; // a cell and what is between
-constexpr double coasting = 160; // ms for which the speed of a drag would go on
 constexpr int scrollerHeight = 14;
-constexpr int touchpadRestMilliseconds = 100; // from its last move on, the hand rests
 
 double widthOf(const ThumbnailStrip::Slot& slot)
 {
@@ -33,14 +30,6 @@ void tellThatItGoes(CellView& cell)
         return;
     QAccessibleEvent event(&cell, QAccessible::ObjectDestroyed);
     QAccessible::updateAccessibility(&event);
-}
-
-// How far it gives, where it is pulled so far beyond its end: less and less.
-double stretched(double pull, double span)
-{
-    constexpr double softness = 0.55;
-    const double way = span * (1 - 1 / (std::abs(pull) * softness / span + 1));
-    return pull < 0 ? -way : way;
 }
 
 } // namespace
@@ -70,23 +59,12 @@ StripView::StripView(AnnotationWindow& logic, QWidget* parent)
     , logic(logic)
     , content(new QWidget(this))
     , scroller(new OverlayScroller(this))
+    , scrolling(*this, *content, *scroller, [this] { reportVisible(); })
 {
     setObjectName(QStringLiteral("strip"));
     setAccessibleName(QStringLiteral("Screenshots"));
     setFocusPolicy(Qt::TabFocus);
     content->setObjectName(QStringLiteral("stripContent"));
-    scroller->onScrolled = [this](double to) {
-        glide.stop();
-        scrollTo(to);
-    };
-    glide.setDuration(glideMilliseconds);
-    glide.setEasingCurve(QEasingCurve::OutCubic);
-    connect(&glide, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {
-        moveTo(value.toDouble());
-    });
-    touchpadRest.setSingleShot(true);
-    touchpadRest.setInterval(touchpadRestMilliseconds);
-    connect(&touchpadRest, &QTimer::timeout, this, [this] { snapBack(); });
 }
 
 // What is shown
@@ -98,9 +76,7 @@ void StripView::stripChanged()
     showCells(cells);
     showDividers(slots.size() - cells);
     arrange();
-    scrollTo(offset);
-    if (restingOffset() > furthest())
-        glideTo(restingOffset());
+    scrolling.contentChanged();
     updateFocusRings();
     content->update();
     for (CellView* cell : shownCells)
@@ -178,74 +154,12 @@ void StripView::updateFocusRing(CellView& cell)
 
 // Where it is scrolled to
 
-double StripView::furthest() const
-{
-    return std::max(0, content->width() - width());
-}
-
-double StripView::within(double to) const
-{
-    return std::clamp(to, 0.0, furthest());
-}
-
-void StripView::moveTo(double to)
-{
-    offset = to;
-    content->move(-qRound(offset), 0);
-    scroller->setView(within(offset), width(), content->width());
-    reportVisible();
-}
-
-void StripView::scrollTo(double to)
-{
-    moveTo(within(to));
-}
-
-// Beyond its ends it gives, like a rubber band, if there is anything to scroll.
-void StripView::pullTo(double to)
-{
-    const double end = within(to);
-    moveTo(furthest() > 0 ? end + stretched(to - end, width()) : end);
-}
-
-void StripView::snapBack()
-{
-    if (offset != within(offset))
-        glideTo(offset);
-}
-
-void StripView::glideTo(double to)
-{
-    const double end = within(to);
-    glide.stop();
-    if (!isVisible())
-        return scrollTo(end);
-    if (end == offset)
-        return;
-    scroller->flash();
-    glide.setStartValue(offset);
-    glide.setEndValue(end);
-    glide.start();
-}
-
-double StripView::restingOffset() const
-{
-    const bool glides = glide.state() == QVariantAnimation::Running;
-    return glides ? glide.endValue().toDouble() : offset;
-}
-
 void StripView::scrollToVisible(std::size_t index)
 {
     const CellView* const cell = cellOf(index);
     if (!cell)
         return;
-    const double left = cell->x() - stripInsetSide;
-    const double right = cell->x() + cell->width() + stripInsetSide;
-    const double now = restingOffset();
-    if (left < now)
-        glideTo(left);
-    else if (right > now + width())
-        glideTo(right - width());
+    scrolling.showSpan(cell->x() - stripInsetSide, cell->x() + cell->width() + stripInsetSide);
 }
 
 void StripView::reportVisible()
@@ -253,6 +167,7 @@ void StripView::reportVisible()
     const auto& slots = logic.slots();
     if (slots.empty() || width() <= 0)
         return;
+    const double offset = scrolling.offset();
     double x = stripInsetSide;
     std::size_t first = slots.size();
     std::size_t last = 0;
@@ -273,7 +188,7 @@ void StripView::resizeEvent(QResizeEvent*)
     content->resize(content->width(), height());
     scroller->setGeometry(0, height() - scrollerHeight, width(), scrollerHeight);
     scroller->raise();
-    scrollTo(offset);
+    scrolling.scrollTo(scrolling.offset());
     scrollToSelected();
 }
 
@@ -290,10 +205,7 @@ void StripView::scrollToSelected()
 
 void StripView::hideEvent(QHideEvent*)
 {
-    if (glide.state() == QVariantAnimation::Running) {
-        glide.stop();
-        scrollTo(glide.endValue().toDouble());
-    }
+    scrolling.finish();
     gestureLost();
 }
 
@@ -307,7 +219,7 @@ bool StripView::event(QEvent* event)
 void StripView::gestureLost()
 {
     pressed = dragging = false;
-    snapBack();
+    scrolling.snapBack();
 }
 
 // Mouse and touchpad
@@ -319,38 +231,23 @@ void StripView::wheelEvent(QWheelEvent* event)
     const QPoint turned = event->angleDelta();
     const int turn = std::abs(turned.x()) > std::abs(turned.y()) ? turned.x() : turned.y();
     const double way = -turn * pointsPerWheelStep / wheelStep;
-    if (std::abs(turn) >= wheelStep) {
-        glideTo(restingOffset() + way);
-    } else {
-        touchpadMoved(way);
-    }
+    if (std::abs(turn) >= wheelStep)
+        scrolling.turn(way);
+    else
+        scrolling.touchpadMoved(way);
     if (event->phase() == Qt::ScrollEnd)
-        snapBack();
+        scrolling.snapBack();
     event->accept();
-}
-
-void StripView::touchpadMoved(double way)
-{
-    glide.stop();
-    touchpadOffset = way + (touchpadRest.isActive() ? touchpadOffset : offset);
-    touchpadOffset = std::clamp(touchpadOffset, -double(width()), furthest() + width());
-    touchpadRest.start();
-    pullTo(touchpadOffset);
-    scroller->flash();
 }
 
 void StripView::mousePressEvent(QMouseEvent* event)
 {
     if (event->button() != Qt::LeftButton)
         return;
-    glide.stop();
     pressed = true;
     dragging = false;
     takePress(event->position().toPoint());
-    offsetAtPress = offset;
-    lastX = pressedAt.x();
-    velocity = 0;
-    sinceMove.start();
+    scrolling.grab(pressedAt.x());
 }
 
 void StripView::mouseMoveEvent(QMouseEvent* event)
@@ -361,14 +258,8 @@ void StripView::mouseMoveEvent(QMouseEvent* event)
         return;
     const double x = event->position().x();
     dragging = dragging || std::abs(x - pressedAt.x()) >= QApplication::startDragDistance();
-    if (!dragging)
-        return;
-    const double elapsed = double(sinceMove.restart());
-    if (elapsed > 0)
-        velocity = 0.6 * velocity + 0.4 * (lastX - x) / elapsed;
-    lastX = x;
-    pullTo(offsetAtPress + pressedAt.x() - x);
-    scroller->flash();
+    if (dragging)
+        scrolling.dragTo(x);
 }
 
 void StripView::mouseReleaseEvent(QMouseEvent* event)
@@ -376,17 +267,8 @@ void StripView::mouseReleaseEvent(QMouseEvent* event)
     if (event->button() != Qt::LeftButton || !std::exchange(pressed, false))
         return;
     if (std::exchange(dragging, false))
-        return letGo();
+        return scrolling.letGo();
     click();
-}
-
-void StripView::letGo()
-{
-    constexpr int stood = 80; // ms after which the hand rests
-    if (offset != within(offset))
-        snapBack();
-    else if (sinceMove.elapsed() < stood)
-        glideTo(offset + velocity * coasting);
 }
 
 // It is the screenshot under the press that is meant, wherever it is now, or whether it still is.

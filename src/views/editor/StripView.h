@@ -2,10 +2,8 @@
 
 #include "views/editor/CellView.h"
 #include "views/editor/OverlayScroller.h"
+#include "views/editor/StripScroll.h"
 
-#include <QElapsedTimer>
-#include <QTimer>
-#include <QVariantAnimation>
 #include <QWidget>
 
 #include <cstdint>
@@ -55,17 +53,7 @@ private:
     CellView* cellOf(std::size_t index) const;
     void takePress(const QPoint&);
     void click();
-    double furthest() const; // offset
-    double within(double offset) const; // the nearest that is no further than the ends
-    void moveTo(double offset);
-    void scrollTo(double offset);
-    void pullTo(double offset);
-    void snapBack();
-    void touchpadMoved(double way);
-    void glideTo(double offset);
     void scrollToSelected();
-    double restingOffset() const; // where it comes to when it glides
-    void letGo();
     void gestureLost();
     void updateFocusRings();
     void updateFocusRing(CellView&);
@@ -76,19 +64,12 @@ private:
     std::vector<CellView*> shownCells; // in the order of the screen
     std::vector<CellView*> cellOfIndex; // by the screenshot's index
     std::vector<QWidget*> dividers;
-    double offset = 0; // of what is leftmost, in points of the content
-    QVariantAnimation glide;
+    StripScroll scrolling;
     QPoint pressedAt;
     std::optional<std::uint64_t> pressedCell; // its screenshot's id: it may move meanwhile
     bool checkboxPressed = false;
-    double offsetAtPress = 0;
     bool pressed = false;
     bool dragging = false;
-    double velocity = 0; // of the drag, points a millisecond
-    double lastX = 0;
-    QElapsedTimer sinceMove;
-    double touchpadOffset = 0; // where it would be if it did not give less beyond the ends
-    QTimer touchpadRest;
 };
 
 } // namespace tallowbay::views
