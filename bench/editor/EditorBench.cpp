@@ -1,6 +1,6 @@
 #include "editor/AnnotationConstants.h"
-#include "editor/AnnotationExporter.h"
 #include "editor/CanvasRenderer.h"
+#include "editor/saving/AnnotationExporter.h"
 #include "platform/posix/LinuxResources.h"
 #include "platform/posix/PosixProcesses.h"
 #include "platform/posix/files/PosixFileSystem.h"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Lifetime.h"
-#include "editor/AnnotationSaver.h"
+#include "editor/saving/AnnotationSaver.h"
 #include "platform/Platform.h"
 
 #include <list>

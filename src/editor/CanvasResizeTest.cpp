@@ -1,7 +1,7 @@
-#include "editor/AnnotationExporter.h"
 #include "editor/AnnotationHistory.h"
 #include "editor/CanvasFixture.h"
 #include "editor/ShapeRenderer.h"
+#include "editor/saving/AnnotationExporter.h"
 
 #include <cmath>
 #include <random>

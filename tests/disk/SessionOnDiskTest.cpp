@@ -1,6 +1,6 @@
 // The session on a real disk: saves that are cut short, and files that nobody sane has written.
 
-#include "editor/AnnotationSaver.h"
+#include "editor/saving/AnnotationSaver.h"
 #include "editor/strip/SessionStore.h"
 #include "editor/window/AnnotationWindow.h"
 #include "platform/headless/Desktop.h"

@@ -1,9 +1,9 @@
 #include "editor/AnnotationConstants.h"
-#include "editor/AnnotationExporter.h"
 #include "editor/CanvasRenderer.h"
 #include "editor/QtFixture.h"
 #include "editor/ReferencePicture.h"
 #include "editor/ShapeRenderer.h"
+#include "editor/saving/AnnotationExporter.h"
 #include "platform/contract/OffscreenGraphicsContract.h"
 
 #include <QFontMetricsF>

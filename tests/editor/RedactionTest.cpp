@@ -1,6 +1,6 @@
 #include "editor/AnnotationConstants.h"
-#include "editor/AnnotationExporter.h"
 #include "editor/QtFixture.h"
+#include "editor/saving/AnnotationExporter.h"
 #include "platform/headless/Desktop.h"
 
 #include <cmath>

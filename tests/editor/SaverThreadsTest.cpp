@@ -1,6 +1,6 @@
 // Edits that are saved on real threads. Worth most under ThreadSanitizer.
 
-#include "editor/AnnotationSaver.h"
+#include "editor/saving/AnnotationSaver.h"
 #include "platform/headless/HeadlessResources.h"
 #include "platform/headless/PlainImageCodec.h"
 #include "platform/headless/RecordingGraphics.h"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "editor/AnnotationConstants.h"
-#include "editor/AnnotationSaver.h"
+#include "editor/saving/AnnotationSaver.h"
 #include "editor/window/AnnotationWindow.h"
 #include "platform/headless/Desktop.h"
 #include "ui/ToastGate.h"

@@ -1,6 +1,6 @@
 #include "editor/window/AnnotationWindow.h"
 
-#include "editor/AnnotationSaver.h"
+#include "editor/saving/AnnotationSaver.h"
 #include "editor/window/AnnotationWindowPort.h"
 #include "editor/window/EditorLook.h"
 #include "platform/FileSystem.h"

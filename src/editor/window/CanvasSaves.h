@@ -1,7 +1,7 @@
 #pragma once
 
-#include "editor/AnnotationSaver.h"
 #include "editor/ScreenshotRecord.h"
+#include "editor/saving/AnnotationSaver.h"
 #include "editor/window/PictureLoader.h"
 
 #include <chrono>

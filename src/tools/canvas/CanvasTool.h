@@ -1,7 +1,7 @@
 #pragma once
 
-#include "editor/AnnotationExporter.h"
 #include "editor/AnnotationItem.h"
+#include "editor/saving/AnnotationExporter.h"
 #include "platform/posix/LinuxResources.h"
 #include "platform/posix/PosixProcesses.h"
 #include "platform/posix/files/PosixFileSystem.h"

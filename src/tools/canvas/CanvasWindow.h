@@ -1,7 +1,7 @@
 #pragma once
 
 #include "editor/AnnotationHistory.h"
-#include "editor/AnnotationSaver.h"
+#include "editor/saving/AnnotationSaver.h"
 #include "views/editor/AnnotationCanvasView.h"
 
 #include <QMainWindow>

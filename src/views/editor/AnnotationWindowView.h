@@ -4,9 +4,9 @@
 #include "editor/window/AnnotationWindowPort.h"
 #include "platform/qt/graphics/GraphicsFonts.h"
 #include "views/editor/CanvasCardView.h"
-#include "views/editor/StripView.h"
 #include "views/editor/SwatchCardView.h"
 #include "views/editor/ToolRailView.h"
+#include "views/editor/strip/StripView.h"
 #include "views/ui/Backdrop.h"
 #include "views/ui/Fade.h"
 

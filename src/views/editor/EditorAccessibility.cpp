@@ -1,9 +1,9 @@
 #include "views/editor/EditorAccessibility.h"
 
 #include "views/editor/AnnotationCanvasView.h"
-#include "views/editor/StripView.h"
 #include "views/editor/SwatchCardView.h"
 #include "views/editor/ToolRailView.h"
+#include "views/editor/strip/StripView.h"
 
 #include <QAccessibleWidget>
 

@@ -1,6 +1,6 @@
 #include "desktop/qt/QtDesktop.h"
 #include "desktop/support/Wait.h"
-#include "editor/AnnotationSaver.h"
+#include "editor/saving/AnnotationSaver.h"
 #include "editor/window/AnnotationWindow.h"
 #include "editor/window/AnnotationWindowPort.h"
 #include "platform/headless/Desktop.h"

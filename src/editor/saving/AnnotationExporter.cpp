@@ -1,4 +1,4 @@
-#include "editor/AnnotationExporter.h"
+#include "editor/saving/AnnotationExporter.h"
 
 #include "editor/ImagePlacement.h"
 #include "editor/ShapeRenderer.h"

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "views/editor/CellView.h"
-#include "views/editor/OverlayScroller.h"
-#include "views/editor/StripScroll.h"
+#include "views/editor/strip/CellView.h"
+#include "views/editor/strip/OverlayScroller.h"
+#include "views/editor/strip/StripScroll.h"
 
 #include <QWidget>
 

@@ -1,4 +1,4 @@
-#include "views/editor/CellView.h"
+#include "views/editor/strip/CellView.h"
 
 #include "editor/window/EditorLook.h"
 #include "platform/qt/graphics/BitmapImage.h"

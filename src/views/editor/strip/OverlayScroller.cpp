@@ -1,4 +1,4 @@
-#include "views/editor/OverlayScroller.h"
+#include "views/editor/strip/OverlayScroller.h"
 
 #include <QMouseEvent>
 #include <QPainter>

@@ -1,4 +1,4 @@
-#include "editor/AnnotationExporter.h"
+#include "editor/saving/AnnotationExporter.h"
 
 #include "editor/AnnotationConstants.h"
 #include "editor/CanvasFixture.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "views/editor/OverlayScroller.h"
+#include "views/editor/strip/OverlayScroller.h"
 
 #include <QElapsedTimer>
 #include <QTimer>

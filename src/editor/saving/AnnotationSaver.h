@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Lifetime.h"
-#include "editor/AnnotationExporter.h"
+#include "editor/saving/AnnotationExporter.h"
 #include "platform/Dispatch.h"
 
 #include <chrono>

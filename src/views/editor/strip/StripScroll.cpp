@@ -1,4 +1,4 @@
-#include "views/editor/StripScroll.h"
+#include "views/editor/strip/StripScroll.h"
 
 #include <QWidget>
 

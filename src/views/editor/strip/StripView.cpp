@@ -1,4 +1,4 @@
-#include "views/editor/StripView.h"
+#include "views/editor/strip/StripView.h"
 
 #include "editor/window/EditorLook.h"
 #include "platform/qt/graphics/QtColor.h"

@@ -1,4 +1,4 @@
-#include "editor/AnnotationSaver.h"
+#include "editor/saving/AnnotationSaver.h"
 
 #include "editor/CanvasFixture.h"
 #include "platform/headless/Desktop.h"
