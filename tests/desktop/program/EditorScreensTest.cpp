@@ -3,6 +3,40 @@
 namespace tallowbay::test {
 namespace {
 
+// Takes keyboard and pointer for itself alone, as a lock screen does, until it goes.
+class LockScreen {
+public:
+    explicit LockScreen(const XServer& server)
+        : client(server.display())
+    {
+    }
+
+    bool takeKeyboard()
+    {
+        const auto cookie = xcb_grab_keyboard(
+            client.connection(), false, client.root(), XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC,
+            XCB_GRAB_MODE_ASYNC);
+        return succeeded(xcb_grab_keyboard_reply(client.connection(), cookie, nullptr));
+    }
+    bool takePointer()
+    {
+        const auto cookie = xcb_grab_pointer(
+            client.connection(), false, client.root(),
+            XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE, XCB_GRAB_MODE_ASYNC,
+            XCB_GRAB_MODE_ASYNC, XCB_NONE, XCB_NONE, XCB_CURRENT_TIME);
+        return succeeded(xcb_grab_pointer_reply(client.connection(), cookie, nullptr));
+    }
+
+private:
+    template <typename Reply> static bool succeeded(Reply* reply)
+    {
+        const std::unique_ptr<Reply, decltype(&std::free)> owned(reply, &std::free);
+        return owned && owned->status == XCB_GRAB_STATUS_SUCCESS;
+    }
+
+    XClient client;
+};
+
 // What the editor does when the screen changes under it. Without a window manager nobody else
 // places it, or brings it the keyboard.
 class EditorScreensTest : public EditorFixture, public testing::WithParamInterface<bool> {
@@ -158,6 +192,34 @@ TEST_P(EditorScreensTest, AGestureThatLosesTheKeyboardEnds)
     editor.click(editor.canvas(200, clearRow)); // back, with nothing in hand
     ASSERT_TRUE(waitForActive("Tallowbay"));
     server.run({"xdotool", "mousemove_relative", "--", "-200", "40"});
+    editor.press("Escape");
+    EXPECT_TRUE(editor.waitUntilGone());
+}
+
+TEST_P(EditorScreensTest, ALockScreenThatComesUpInADragLeavesNothingStuck)
+{
+    openEditorWith(1);
+    const Place start = editor.canvas(-60, clearRow - 15);
+    server.run(
+        {"xdotool", "mousemove", std::to_string(start.x), std::to_string(start.y), "mousedown", "1",
+         "mousemove_relative", "60", "15", "mousemove_relative", "60", "15"});
+    ASSERT_TRUE(editor.waitForChange(editor.canvas(0, clearRow), pictureColor()));
+    {
+        LockScreen lock(server);
+        EXPECT_TRUE(lock.takeKeyboard());
+        server.run({"xdotool", "mouseup", "1"}); // only then is the pointer free
+        EXPECT_TRUE(waitUntil([&] { return lock.takePointer(); }));
+        editor.press("Escape");
+        editor.drag(editor.canvas(100, clearRow - 15), editor.canvas(130, clearRow + 15));
+        EXPECT_TRUE(editor.shows(editor.canvas(115, clearRow), pictureColor()));
+        EXPECT_TRUE(editor.isShown());
+    }
+    EXPECT_FALSE(editor.shows(editor.canvas(0, clearRow), pictureColor()))
+        << "what was drawn stays";
+    editor.drag(editor.canvas(100, clearRow - 15), editor.canvas(130, clearRow + 15));
+    EXPECT_TRUE(editor.waitForChange(editor.canvas(115, clearRow), pictureColor()));
+    editor.press("ctrl+z");
+    EXPECT_TRUE(editor.waitForPixel(editor.canvas(115, clearRow), pictureColor()));
     editor.press("Escape");
     EXPECT_TRUE(editor.waitUntilGone());
 }
