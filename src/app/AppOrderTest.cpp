@@ -72,11 +72,9 @@ struct NotedFileEvents final : FileEvents {
         , journal(journal)
     {
     }
-    std::optional<Subscription> start(
-        const std::filesystem::path& folder, std::chrono::milliseconds latency,
-        Handler handler) override
+    std::optional<Subscription> start(const Watch& watch, Handlers handlers) override
     {
-        return noted(journal, "file events", real.start(folder, latency, std::move(handler)));
+        return noted(journal, "file events", real.start(watch, std::move(handlers)));
     }
 
     FileEvents& real;

@@ -22,8 +22,8 @@ ScreenshotWatcher::ScreenshotWatcher(const Platform& platform, const ScreenshotL
 void ScreenshotWatcher::start()
 {
     streamRef = fileEvents.start(
-        location.systemScreenshotDirectory(), 500ms,
-        [this](const std::vector<fs::path>& paths) { handleEvents(paths); });
+        {location.systemScreenshotDirectory()},
+        {[this](const std::vector<fs::path>& paths) { handleEvents(paths); }});
 }
 
 void ScreenshotWatcher::handleEvents(const std::vector<fs::path>& paths)

@@ -10,8 +10,8 @@
 
 namespace tallowbay {
 
-// Reports files of a folder, and of the folders below it, once they are complete: closed after
-// writing, moved in, or linked in; never while a writer still holds them.
+// Reports files of a folder, and where wanted of the folders below it, once they are complete:
+// closed after writing, moved in, or linked in; never while a writer still holds them.
 //
 // Thread: start() and the handler run on the main queue.
 // A path may be reported again; a burst may be merged, and is held back no longer than the
@@ -19,13 +19,29 @@ namespace tallowbay {
 // comes back is watched again, and what it then holds is reported.
 class FileEvents {
 public:
-    using Handler = std::function<void(const std::vector<std::filesystem::path>&)>;
+    enum class Depth { folderAlone, withSubfolders };
+    enum class Existing { ignored, reported };
+
+    struct Watch {
+        std::filesystem::path folder;
+        Depth depth = Depth::withSubfolders;
+        Existing existing = Existing::ignored; // what is there already
+        std::chrono::milliseconds latency{500};
+    };
+
+    struct Handlers {
+        std::function<void(const std::vector<std::filesystem::path>&)> files;
+
+        // Called once if there are more folders below than are watched, be it that this program
+        // takes no more, or that the system gives no more. Those nearest to the folder are watched.
+        std::function<void()> tooManyFolders = [] {};
+    };
+
     virtual ~FileEvents() = default;
 
-    // Ends with the token. Files that are there already are not reported. A folder that does not
-    // exist yet is waited for. Empty if the system cannot watch it at all.
-    virtual std::optional<Subscription> start(
-        const std::filesystem::path& folder, std::chrono::milliseconds latency, Handler) = 0;
+    // Ends with the token. A folder that does not exist yet is waited for. Empty if the system
+    // cannot watch it at all.
+    virtual std::optional<Subscription> start(const Watch&, Handlers) = 0;
 };
 
 } // namespace tallowbay

@@ -22,13 +22,18 @@ protected:
     using Path = std::filesystem::path;
     using Paths = std::vector<Path>;
 
+    using Depth = FileEvents::Depth;
+    using Existing = FileEvents::Existing;
+
     void start() { token = startOn(folder); }
-    Subscription startOn(const Path& watched)
+    Subscription startOn(
+        const Path& watched, Depth depth = Depth::withSubfolders,
+        Existing existing = Existing::ignored)
     {
-        using namespace std::chrono_literals;
-        auto started = backend.events().start(watched, 500ms, [this](const Paths& paths) {
-            reported.insert(reported.end(), paths.begin(), paths.end());
-        });
+        auto started =
+            backend.events().start({watched, depth, existing}, {[this](const auto& paths) {
+                                       reported.insert(reported.end(), paths.begin(), paths.end());
+                                   }});
         EXPECT_TRUE(started);
         return started ? std::move(*started) : Subscription();
     }
@@ -130,6 +135,32 @@ TYPED_TEST_P(FileEventsContract, ReportsNothingThatIsMovedOutOrRemoved)
     EXPECT_TRUE(this->reported.empty());
 }
 
+TYPED_TEST_P(FileEventsContract, ReportsFilesThatAreThereAlreadyWhereThatIsWanted)
+{
+    this->backend.makeFolder(this->folder / "sub");
+    this->backend.write(this->folder / "old.png");
+    this->backend.write(this->folder / "sub" / "old.png");
+    this->token =
+        this->startOn(this->folder, FileEvents::Depth::folderAlone, FileEvents::Existing::reported);
+    EXPECT_TRUE(this->isReported(this->folder / "old.png"));
+    this->backend.write(this->folder / "new.png");
+    EXPECT_TRUE(this->isReported(this->folder / "new.png"));
+    EXPECT_EQ(this->reported.size(), 2u);
+}
+
+TYPED_TEST_P(FileEventsContract, ReportsNothingOfSubfoldersWhereTheFolderAloneIsWatched)
+{
+    this->backend.makeFolder(this->folder / "old");
+    this->token = this->startOn(this->folder, FileEvents::Depth::folderAlone);
+    this->backend.makeFolder(this->folder / "new");
+    this->backend.write(this->folder / "old" / "one.png");
+    this->backend.write(this->folder / "new" / "two.png");
+    this->backend.write(this->folder / "here.png");
+    EXPECT_TRUE(this->isReported(this->folder / "here.png"));
+    this->backend.settle();
+    EXPECT_EQ(this->reported, (std::vector{this->folder / "here.png"}));
+}
+
 TYPED_TEST_P(FileEventsContract, ReportsFilesOfASubfolder)
 {
     this->backend.makeFolder(this->folder / "a" / "b");
@@ -220,14 +251,13 @@ TYPED_TEST_P(FileEventsContract, ReportsNothingOnceTheTokenHasEnded)
 
 TYPED_TEST_P(FileEventsContract, LetsATokenEndInsideItsOwnHandler)
 {
-    using namespace std::chrono_literals;
     auto kept = std::make_shared<int>(0);
     const std::weak_ptr watched = kept;
-    auto started = this->backend.events().start(
-        this->folder, 500ms, [this, kept = std::move(kept)](const auto&) {
-            this->token.reset();
-            ++*kept;
-        });
+    auto started =
+        this->backend.events().start({this->folder}, {[this, kept = std::move(kept)](const auto&) {
+                                         this->token.reset();
+                                         ++*kept;
+                                     }});
     ASSERT_TRUE(started);
     this->token = std::move(*started);
     this->backend.write(this->folder / "new.png");
@@ -252,7 +282,8 @@ TYPED_TEST_P(FileEventsContract, ServesSeveralStreams)
 
 REGISTER_TYPED_TEST_SUITE_P(
     FileEventsContract, ReportsANewFileOnce, ReportsEveryFileOfABurst,
-    ReportsNoFileThatIsThereAlready, ReportsAFileThatIsWrittenAgain,
+    ReportsNoFileThatIsThereAlready, ReportsFilesThatAreThereAlreadyWhereThatIsWanted,
+    ReportsNothingOfSubfoldersWhereTheFolderAloneIsWatched, ReportsAFileThatIsWrittenAgain,
     ReportsAFileOnceItsWriterIsDone, ReportsAFileThatIsMovedIn, ReportsTheNewNameOfARenamedFile,
     ReportsNothingThatIsMovedOutOrRemoved, ReportsFilesOfASubfolder,
     ReportsFilesOfASubfolderThatIsMadeLater, ReportsTheFilesOfAFolderThatIsMovedIn, ReportsNoFolder,

@@ -212,26 +212,43 @@ Subscription MemoryFileSystem::listen(Listener listener)
     return Subscription([this, id] { listeners.erase(id); });
 }
 
+bool MemoryFileEvents::isWatched(const Watch& watch, const fs::path& file)
+{
+    return watch.depth == Depth::folderAlone ? file.parent_path() == watch.folder
+                                             : isWithin(file, watch.folder);
+}
+
 void MemoryFileEvents::report(const std::weak_ptr<Stream>& stream, const fs::path& path)
 {
     dispatch.mainAsync([stream, path] {
         if (const auto alive = stream.lock())
-            alive->handler({path});
+            alive->handlers.files({path});
     });
 }
 
-std::optional<Subscription> MemoryFileEvents::start(
-    const fs::path& folder, std::chrono::milliseconds latency, Handler handler)
+void MemoryFileEvents::reportExisting(const std::shared_ptr<Stream>& stream, const fs::path& folder)
+{
+    for (const fs::path& entry : files.list(folder).value_or(std::vector<fs::path>{})) {
+        if (!files.isDirectory(entry))
+            report(stream, entry);
+        else if (stream->depth == Depth::withSubfolders)
+            reportExisting(stream, entry);
+    }
+}
+
+std::optional<Subscription> MemoryFileEvents::start(const Watch& watch, Handlers handlers)
 {
     if (std::exchange(failStart, false))
         return std::nullopt;
     const int id = ++lastStream;
-    auto stream = std::make_shared<Stream>(Stream{folder, latency, std::move(handler)});
+    auto stream = std::make_shared<Stream>(Stream{watch, std::move(handlers)});
     auto listening = files.listen(
-        [this, weak = std::weak_ptr(stream), folder](const fs::path& path, auto change) {
-            if (change == MemoryFileSystem::Change::fileCompleted && isWithin(path, folder))
+        [this, weak = std::weak_ptr(stream), watch](const fs::path& path, auto change) {
+            if (change == MemoryFileSystem::Change::fileCompleted && isWatched(watch, path))
                 report(weak, path);
         });
+    if (watch.existing == Existing::reported)
+        reportExisting(stream, watch.folder);
     streams.emplace(id, std::move(stream));
     return Subscription(
         [this, id, listening = std::make_shared<Subscription>(std::move(listening))] {
@@ -243,9 +260,16 @@ std::optional<Subscription> MemoryFileEvents::start(
 void MemoryFileEvents::emit(const fs::path& path)
 {
     for (const auto& [id, stream] : streams) {
-        if (isWithin(path, stream->folder))
+        if (isWatched(*stream, path))
             report(stream, path);
     }
+}
+
+void MemoryFileEvents::meetLimit()
+{
+    const auto all = streams;
+    for (const auto& [id, stream] : all)
+        stream->handlers.tooManyFolders();
 }
 
 std::optional<Subscription> MemoryFolderEvents::start(const fs::path& folder, Handler handler)

@@ -92,22 +92,24 @@ public:
     {
     }
 
-    std::optional<Subscription> start(
-        const std::filesystem::path& folder, std::chrono::milliseconds latency, Handler) override;
+    std::optional<Subscription> start(const Watch&, Handlers) override;
 
     // Reports the path to every stream that watches it, whatever the disk says.
     void emit(const std::filesystem::path&);
     void failNextStart() { failStart = true; }
 
-    struct Stream {
-        std::filesystem::path folder;
-        std::chrono::milliseconds latency;
-        Handler handler;
+    // Tells every stream that it has met its limit of folders.
+    void meetLimit();
+
+    struct Stream : Watch {
+        Handlers handlers;
     };
     const std::map<int, std::shared_ptr<Stream>>& running() const { return streams; }
 
 private:
+    static bool isWatched(const Watch&, const std::filesystem::path& file);
     void report(const std::weak_ptr<Stream>&, const std::filesystem::path&);
+    void reportExisting(const std::shared_ptr<Stream>&, const std::filesystem::path& folder);
 
     MemoryFileSystem& files;
     Dispatch& dispatch;

@@ -19,11 +19,11 @@ bool isWithin(const fs::path& path, const fs::path& folder)
 
 } // namespace
 
-FolderTree::FolderTree(Inotify& inotify, fs::path root, std::uint32_t mask, Depth depth)
+FolderTree::FolderTree(Inotify& inotify, fs::path root, std::uint32_t mask, std::size_t mostFolders)
     : inotify(inotify)
     , root(std::move(root))
     , mask(mask | IN_ONLYDIR | IN_EXCL_UNLINK)
-    , depth(depth)
+    , mostFolders(mostFolders)
 {
 }
 
@@ -32,6 +32,7 @@ bool FolderTree::watchRoot()
     // In this order a folder that is replaced in between is seen to be another.
     watchedRoot = identityOfRoot();
     const auto watch = inotify.add(root, mask | IN_DELETE_SELF | IN_MOVE_SELF);
+    cut = cut || inotify.isUsedUp();
     if (!watchedRoot || !watch)
         return false;
     rootWatch = *watch;
@@ -55,9 +56,13 @@ void FolderTree::forgetAll()
 
 void FolderTree::add(const fs::path& folder)
 {
-    if (depth == Depth::folderAlone)
+    if (mostFolders == 1)
+        return;
+    cut = cut || folders.size() >= mostFolders;
+    if (folders.size() >= mostFolders)
         return;
     const auto watch = inotify.add(folder, mask | IN_DONT_FOLLOW);
+    cut = cut || inotify.isUsedUp();
     if (!watch || isRoot(*watch))
         return;
     const auto [known, isNew] = folders.try_emplace(*watch, folder);

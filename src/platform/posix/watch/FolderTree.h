@@ -11,10 +11,13 @@ namespace tallowbay::posix {
 
 // Watches a folder, and where wanted the folders below it, and knows which watch is whose. Symbolic
 // links are followed to the folder itself, not below it. Thread: one at a time.
+//
+// The watches are the user's, who has some thousands for all programs: no more than told are taken,
+// the folders nearest to the root first.
 class FolderTree {
 public:
-    enum class Depth { folderAlone, withSubfolders };
-    FolderTree(Inotify&, std::filesystem::path root, std::uint32_t mask, Depth);
+    FolderTree(
+        Inotify&, std::filesystem::path root, std::uint32_t mask, std::size_t mostFolders = 1);
 
     // Watches the folder and lets explore() go through it. False if it is not there.
     bool watchRoot();
@@ -30,6 +33,9 @@ public:
 
     // The kernel ended this watch.
     void ended(int watch);
+
+    // Whether there was a folder that could not be watched any more.
+    bool isCut() const { return cut; }
 
     // Null if the watch was given up.
     const std::filesystem::path* folderOf(int watch) const;
@@ -52,7 +58,8 @@ private:
     Inotify& inotify;
     const std::filesystem::path root;
     const std::uint32_t mask;
-    const Depth depth;
+    const std::size_t mostFolders; // 1 stands for the root alone
+    bool cut = false;
     std::optional<Identity> watchedRoot;
     int rootWatch = -1;
     std::unordered_map<int, std::filesystem::path> folders;

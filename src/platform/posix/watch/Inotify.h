@@ -28,6 +28,9 @@ public:
     // The same folder always has the same number. Empty if it cannot be watched.
     std::optional<int> add(const std::filesystem::path&, std::uint32_t mask);
 
+    // Whether a folder could not be watched because the user has no watches left.
+    bool isUsedUp() const { return usedUp; }
+
     // Events that wait already may still come, and one that says that the watch has ended.
     void remove(int watch);
 
@@ -36,6 +39,7 @@ public:
 
 private:
     FileDescriptor file;
+    bool usedUp = false;
 };
 
 } // namespace tallowbay::posix

@@ -57,8 +57,11 @@ bool hasChangedSince(const fs::path& path, FileTime since)
 // One stream. Everything but the start runs on its thread.
 class FileStream {
 public:
-    using Report = std::function<void(Paths)>;
-    FileStream(const fs::path& folder, std::chrono::milliseconds latency, Report);
+    struct Reports {
+        std::function<void(Paths)> files;
+        std::function<void()> tooManyFolders;
+    };
+    FileStream(const FileEvents::Watch&, std::size_t mostFolders, Reports);
 
     // False if the system gives no means to watch.
     bool start();
@@ -73,22 +76,27 @@ private:
     void exploreMore();
     bool isNews(const fs::path&) const;
     void reportComplete();
+    void reportCut();
 
-    const Report report;
+    const Reports reports;
     Inotify inotify;
     FolderTree tree;
     WatchedRoot root{tree};
     CompleteFiles files;
     bool explored = true;
-    bool reportFound = false; // what was there at the start is not reported
+    bool reportFound; // at first, whether what is there already is reported
+    bool cutReported = false;
     std::optional<FileTime> startedAt;
     std::optional<InotifyThread> thread;
 };
 
-FileStream::FileStream(const fs::path& folder, std::chrono::milliseconds latency, Report report)
-    : report(std::move(report))
-    , tree(inotify, folder, fileMask, FolderTree::Depth::withSubfolders)
-    , files(latency, lookAtFile)
+FileStream::FileStream(const FileEvents::Watch& watch, std::size_t mostFolders, Reports reports)
+    : reports(std::move(reports))
+    , tree(
+          inotify, watch.folder, fileMask,
+          watch.depth == FileEvents::Depth::folderAlone ? 1 : mostFolders)
+    , files(watch.latency, lookAtFile)
+    , reportFound(watch.existing == FileEvents::Existing::reported)
 {
 }
 
@@ -113,6 +121,7 @@ MonotonicTime FileStream::turn(Events events)
     if (!explored)
         exploreMore();
     reportComplete();
+    reportCut();
     const auto next = std::min(root.dueAt(), files.nextLook().value_or(MonotonicTime::max()));
     return explored ? next : now();
 }
@@ -197,19 +206,26 @@ void FileStream::reportComplete()
     handle(inotify.read());
     for (const auto& path : complete)
         files.forget(path);
-    report(std::move(complete));
+    reports.files(std::move(complete));
+}
+
+void FileStream::reportCut()
+{
+    if (tree.isCut() && !std::exchange(cutReported, true))
+        reports.tooManyFolders();
 }
 
 } // namespace
 
-std::optional<Subscription> InotifyFileEvents::start(
-    const fs::path& folder, std::chrono::milliseconds latency, Handler handler)
+std::optional<Subscription> InotifyFileEvents::start(const Watch& watch, Handlers handlers)
 {
-    MainQueueHandler<Paths> onMain(dispatch, std::move(handler));
-    auto stream =
-        std::make_shared<FileStream>(folder, latency, [onMain = std::move(onMain)](Paths paths) {
-            onMain.post(std::move(paths));
-        });
+    MainQueueHandler<Paths> files(dispatch, std::move(handlers.files));
+    MainQueueHandler<> cut(dispatch, std::move(handlers.tooManyFolders));
+    auto stream = std::make_shared<FileStream>(
+        watch, mostFolders,
+        FileStream::Reports{
+            [files = std::move(files)](Paths paths) { files.post(std::move(paths)); },
+            [cut = std::move(cut)] { cut.post(); }});
     if (!stream->start())
         return std::nullopt;
     return Subscription([stream = std::move(stream)]() mutable { stream.reset(); });

@@ -12,16 +12,20 @@ namespace tallowbay::posix {
 // The dispatch outlives the streams.
 class InotifyFileEvents final : public FileEvents {
 public:
-    explicit InotifyFileEvents(Dispatch& dispatch)
+    // Many a system gives a user 8192 watches for all programs.
+    static constexpr std::size_t usualMostFolders = 2048;
+
+    explicit InotifyFileEvents(Dispatch& dispatch, std::size_t mostFolders = usualMostFolders)
         : dispatch(dispatch)
+        , mostFolders(mostFolders)
     {
     }
 
-    std::optional<Subscription> start(
-        const std::filesystem::path& folder, std::chrono::milliseconds latency, Handler) override;
+    std::optional<Subscription> start(const Watch&, Handlers) override;
 
 private:
     Dispatch& dispatch;
+    const std::size_t mostFolders; // of one stream
 };
 
 } // namespace tallowbay::posix

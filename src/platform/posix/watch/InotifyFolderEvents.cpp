@@ -21,7 +21,7 @@ class FolderStream {
 public:
     FolderStream(const std::filesystem::path& folder, std::function<void()> changed)
         : changed(std::move(changed))
-        , tree(inotify, folder, entryMask, FolderTree::Depth::folderAlone)
+        , tree(inotify, folder, entryMask)
     {
     }
 

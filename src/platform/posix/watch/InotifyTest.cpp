@@ -72,10 +72,15 @@ protected:
     void start() { start(folder); }
     void start(const fs::path& watched, std::chrono::milliseconds latency = 500ms)
     {
-        auto started = events.start(watched, latency, [this](const std::vector<fs::path>& paths) {
-            for (const auto& path : paths)
-                ++reported[path];
-        });
+        const FileEvents::Watch watch{
+            watched, FileEvents::Depth::withSubfolders, FileEvents::Existing::ignored, latency};
+        auto started = events.start(
+            watch,
+            {[this](const std::vector<fs::path>& paths) {
+                 for (const auto& path : paths)
+                     ++reported[path];
+             },
+             [this] { ++cuts; }});
         ASSERT_TRUE(started);
         token = std::move(*started);
     }
@@ -103,8 +108,10 @@ protected:
     test::TemporaryFolder temporary;
     const fs::path folder = temporary.path / "watched";
     test::LoopDispatch loop;
-    InotifyFileEvents events{loop};
+    static constexpr std::size_t mostFolders = 1000;
+    InotifyFileEvents events{loop, mostFolders};
     std::map<fs::path, int> reported;
+    int cuts = 0;
     Subscription token;
 };
 
@@ -327,12 +334,12 @@ TEST_F(InotifyFileEventsTest, ReportsEachFileOfManyWritersOnceAndWhole)
     constexpr int writerCount = 4;
     constexpr int filesOfEach = 50;
     int incomplete = 0;
-    auto started = events.start(folder, 500ms, [&](const std::vector<fs::path>& paths) {
-        for (const auto& path : paths) {
-            ++reported[path];
-            incomplete += fs::file_size(path) != 3 * 4096;
-        }
-    });
+    auto started = events.start({folder}, {[&](const std::vector<fs::path>& paths) {
+                                    for (const auto& path : paths) {
+                                        ++reported[path];
+                                        incomplete += fs::file_size(path) != 3 * 4096;
+                                    }
+                                }});
     ASSERT_TRUE(started);
     std::vector<std::jthread> writers;
     for (int writer = 0; writer < writerCount; ++writer)
@@ -370,6 +377,41 @@ TEST_F(InotifyFileEventsTest, GoesThroughManyFoldersWithoutHoldingUpTheStart)
         EXPECT_TRUE(isReported(below(i) / "new")) << i;
     settle();
     EXPECT_EQ(reported.size(), 3u);
+}
+
+// How many folders this process watches.
+std::size_t watchCount()
+{
+    std::size_t count = 0;
+    for (const auto& file : fs::directory_iterator("/proc/self/fdinfo")) {
+        std::ifstream lines(file.path());
+        for (std::string line; std::getline(lines, line);)
+            count += line.starts_with("inotify wd:") ? 1 : 0;
+    }
+    return count;
+}
+
+TEST_F(InotifyFileEventsTest, TakesNoMoreWatchesThanItsBoundAndSaysSoOnce)
+{
+    for (int i = 0; i < 600; ++i)
+        fs::create_directories(folder / std::to_string(i) / "below");
+    start();
+    EXPECT_TRUE(loop.runUntil([this] { return cuts > 0; }, 30s));
+    fs::create_directories(folder / "late");
+    write(folder / "file");
+    EXPECT_TRUE(isReportedOnce("file")) << "the nearest folders are watched";
+    EXPECT_EQ(watchCount(), mostFolders);
+    EXPECT_EQ(cuts, 1);
+}
+
+TEST_F(InotifyFileEventsTest, SaysNothingOfABoundThatIsNotMet)
+{
+    fs::create_directories(folder / "one" / "below");
+    start();
+    write(folder / "one" / "below" / "file");
+    EXPECT_TRUE(isReported(folder / "one" / "below" / "file"));
+    EXPECT_EQ(cuts, 0);
+    EXPECT_EQ(watchCount(), 3u);
 }
 
 // What the process table says of a thread under that word.
@@ -418,10 +460,10 @@ TEST(InotifyOverflowTest, ReportsEveryFileAfterEventsWereLost)
     InotifyFileEvents events(dispatch);
     std::map<fs::path, int> reported;
     std::ofstream(temporary.path / "old") << "data";
-    const auto token = events.start(temporary.path, 500ms, [&](const std::vector<fs::path>& paths) {
-        for (const auto& path : paths)
-            ++reported[path];
-    });
+    const auto token = events.start({temporary.path}, {[&](const std::vector<fs::path>& paths) {
+                                        for (const auto& path : paths)
+                                            ++reported[path];
+                                    }});
     int limit = 0;
     std::ifstream("/proc/sys/fs/inotify/max_queued_events") >> limit;
     ASSERT_GT(limit, 0);
@@ -456,7 +498,7 @@ int statusOfStartsWithoutInotify(const fs::path& folder)
         || !(std::ofstream("/proc/sys/user/max_inotify_instances") << 0 << std::flush))
         ::_exit(cannotTell);
     test::LoopDispatch loop;
-    const auto files = InotifyFileEvents(loop).start(folder, 1s, [](const auto&) {});
+    const auto files = InotifyFileEvents(loop).start({folder}, {[](const auto&) {}});
     const auto entries = InotifyFolderEvents(loop).start(folder, [] {});
     ::_exit(files || entries ? 1 : 0);
 }

@@ -23,7 +23,7 @@ public:
     {
         if (std::chrono::steady_clock::now() < nextCheck)
             return false;
-        nextCheck = std::chrono::steady_clock::now() + checkInterval;
+        nextCheck = nextTick();
         return !tree.isIntact() && watchAnew();
     }
     bool watchAnew()
@@ -36,7 +36,14 @@ public:
 
 private:
     FolderTree& tree;
-    MonotonicTime nextCheck = std::chrono::steady_clock::now() + checkInterval;
+    // The same for all roots, so that many of them wake the machine no more often than one.
+    static MonotonicTime nextTick()
+    {
+        const auto past = std::chrono::steady_clock::now().time_since_epoch() % checkInterval;
+        return std::chrono::steady_clock::now() - past + checkInterval;
+    }
+
+    MonotonicTime nextCheck = nextTick();
 };
 
 } // namespace tallowbay::posix
