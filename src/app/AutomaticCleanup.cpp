@@ -2,6 +2,7 @@
 
 #include "capture/ProductFolder.h"
 #include "capture/ScreenshotLocation.h"
+#include "capture/ScreenshotNames.h"
 #include "platform/Dispatch.h"
 #include "platform/FileSystem.h"
 #include "platform/UserDefaults.h"

@@ -207,8 +207,7 @@ TEST_F(AutomaticCleanupTest, KeepsOriginalsOfOtherNames)
 TEST_F(AutomaticCleanupTest, KeepsWhatOnlyTheDesktopsToolsNameSo)
 {
     set("autoCleanupOriginalsEnabled", {true});
-    desktop.settings.screenshotNamePrefixes = {"Screenshot from "};
-    desktop.settings.screenshotNamePrefixes.emplace_back("Bildschirmfoto ");
+    desktop.settings.screenshotNamePatterns = {"Bildschirmfoto .*"};
     const auto original = makeFile(originals / "Bildschirmfoto 1.png");
     check();
     EXPECT_TRUE(exists(original));

@@ -35,6 +35,7 @@ LocationPoll::LocationPoll(
 void LocationPoll::startLocationPollTimer()
 {
     watchedScreenshotPath = location.systemScreenshotDirectory();
+    watchedPlaces = location.places();
     locationPollTimer = platform.dispatch.repeatEvery(500ms, [this] { checkLocationChange(); });
 }
 
@@ -44,8 +45,11 @@ void LocationPoll::checkLocationChange()
     if (watchedScreenshotPath != current) {
         watchedScreenshotPath = current;
         clipboardAlertShown = false;
-        watcher.stop();
-        watcher.start();
+    }
+    auto places = location.places();
+    if (watchedPlaces != places) {
+        watchedPlaces = std::move(places);
+        watcher.followPlaces();
     }
     if (!onboardingVisible())
         checkScreenshotLocationIfNeeded();

@@ -3,17 +3,19 @@
 #include "base/Lifetime.h"
 #include "base/Subscription.h"
 #include "capture/ScreenshotLocation.h"
+#include "platform/DesktopSettings.h"
 #include "platform/Platform.h"
 
 #include <filesystem>
 #include <functional>
 #include <optional>
+#include <vector>
 
 namespace tallowbay {
 
 class ScreenshotWatcher;
 
-// Looks twice a second where the system saves screenshots: follows a change of the folder, and
+// Looks twice a second where screenshots come to: follows a change of the folders, and
 // warns once per folder setting when screenshots go to the clipboard. Polling is deliberate: there
 // is no notification that every kind of setting would send.
 //
@@ -39,6 +41,7 @@ private:
     ScreenshotWatcher& watcher;
     std::function<bool()> onboardingVisible;
     std::optional<std::filesystem::path> watchedScreenshotPath;
+    std::vector<ScreenshotPlace> watchedPlaces;
     bool clipboardAlertShown = false;
     Subscription openAlert;
     Subscription locationPollTimer;

@@ -46,6 +46,19 @@ TEST_F(LocationPollTest, FollowsAChangeOfTheFolderWithinHalfASecond)
     EXPECT_EQ(watchedFolder(), "/media/shots");
 }
 
+TEST_F(LocationPollTest, FollowsAChangeOfTheToolsFoldersAsLongAsNoneIsChosen)
+{
+    std::vector<ScreenshotPlace> places{{"/home/u/Pictures", false, "for tests"}};
+    desktop.settings.screenshotPlaces = [&] { return places; };
+    start();
+    places.push_back({"/media/tool", true, "for tests"});
+    desktop.dispatch.advance(500ms);
+    EXPECT_EQ(desktop.fileEvents.running().size(), 2u);
+    set("location", "/media/shots");
+    desktop.dispatch.advance(500ms);
+    EXPECT_EQ(watchedFolder(), "/media/shots");
+}
+
 TEST_F(LocationPollTest, LeavesTheStreamAloneWhileTheFolderStaysTheSame)
 {
     start();

@@ -1,8 +1,11 @@
 #include "app/ScreenshotWatcher.h"
 
 #include "capture/ProductFolder.h"
-#include "platform/DesktopSettings.h"
+#include "platform/Console.h"
 #include "platform/FileSystem.h"
+#include "platform/UserDefaultsStore.h"
+
+#include <algorithm>
 
 namespace tallowbay {
 
@@ -12,22 +15,92 @@ namespace fs = std::filesystem;
 ScreenshotWatcher::ScreenshotWatcher(const Platform& platform, const ScreenshotLocation& location)
     : fileEvents(platform.fileEvents)
     , dispatch(platform.dispatch)
+    , clock(platform.clock)
+    , console(platform.console)
     , fileSystem(platform.fileSystem)
-    , desktop(platform.desktop)
     , location(location)
+    , names(platform.desktop.screenshotNamePatterns, platform.defaults.standard(), platform.console)
     , seenQueue(dispatch.makeSerialQueue("com.quarnel.tallowbay.seen"))
 {
 }
 
 void ScreenshotWatcher::start()
 {
-    streamRef = fileEvents.start(
-        {location.systemScreenshotDirectory()},
-        {[this](const std::vector<fs::path>& paths) { handleEvents(paths); }});
+    names.refresh();
+    streams.clear();
+    watch(location.places(), FileEvents::Existing::ignored);
+}
+
+void ScreenshotWatcher::followPlaces()
+{
+    names.refresh();
+    auto places = location.places();
+    const bool someStay = std::ranges::any_of(streams, [&](const auto& stream) {
+        return std::ranges::find(places, stream->place) != places.end();
+    });
+    watch(
+        std::move(places),
+        someStay ? FileEvents::Existing::reported : FileEvents::Existing::ignored);
+}
+
+void ScreenshotWatcher::watch(std::vector<ScreenshotPlace> places, FileEvents::Existing existing)
+{
+    Streams wanted;
+    for (const ScreenshotPlace& place : places) {
+        auto stream = takeStream(place);
+        wanted.push_back(stream ? std::move(stream) : startStream(place, existing));
+    }
+    streams = std::move(wanted);
+}
+
+// The reason alone is none to watch a folder anew.
+std::unique_ptr<ScreenshotWatcher::Stream> ScreenshotWatcher::takeStream(
+    const ScreenshotPlace& place)
+{
+    for (auto& stream : streams) {
+        if (stream && stream->place.folder == place.folder
+            && stream->place.withSubfolders == place.withSubfolders) {
+            stream->place.reason = place.reason;
+            return std::move(stream);
+        }
+    }
+    return nullptr;
+}
+
+std::unique_ptr<ScreenshotWatcher::Stream> ScreenshotWatcher::startStream(
+    const ScreenshotPlace& place, FileEvents::Existing existing)
+{
+    auto stream = std::make_unique<Stream>();
+    stream->place = place;
+    const auto depth = place.withSubfolders ? FileEvents::Depth::withSubfolders
+                                            : FileEvents::Depth::folderAlone;
+    stream->token = fileEvents.start(
+        {place.folder, depth, existing, 500ms},
+        {[this](const std::vector<fs::path>& paths) { handleEvents(paths); },
+         [this, &stream = *stream] { tellLimit(stream); }});
+    stream->isIdle = !stream->token;
+    return stream;
+}
+
+void ScreenshotWatcher::tellLimit(Stream& stream)
+{
+    stream.isCut = true;
+    console.line(
+        "Too many folders in " + stream.place.folder.native()
+        + ": screenshots in the deepest of them go unnoticed");
+}
+
+std::vector<ScreenshotWatcher::WatchedPlace> ScreenshotWatcher::watchedPlaces() const
+{
+    std::vector<WatchedPlace> places;
+    for (const auto& stream : streams)
+        places.push_back(*stream);
+    return places;
 }
 
 void ScreenshotWatcher::handleEvents(const std::vector<fs::path>& paths)
 {
+    names.refresh();
     for (const fs::path& path : paths) {
         if (isScreenshot(path))
             seenQueue->async([this, path] { reportOnce(path); });
@@ -39,10 +112,14 @@ void ScreenshotWatcher::reportOnce(const fs::path& path)
     if (!recentlySeen.insert(path.native()).second)
         return;
     forgetLater(path);
-    dispatch.mainAsync(lifetime.guard([this, path] {
-        if (onScreenshotDetected)
-            onScreenshotDetected(path);
-    }));
+    dispatch.mainAsync(lifetime.guard([this, path] { report(path); }));
+}
+
+void ScreenshotWatcher::report(const fs::path& path)
+{
+    noticed = Noticed{path, clock.wallNow()};
+    if (onScreenshotDetected)
+        onScreenshotDetected(path);
 }
 
 void ScreenshotWatcher::forgetLater(const fs::path& path)
@@ -60,7 +137,7 @@ bool ScreenshotWatcher::isScreenshot(const fs::path& path) const
     if (folder.filename() == "optimized" || folder.filename() == "original")
         return false;
     return !isWithin(folder, ssOptimizeDir(fileSystem)) && hasScreenshotExtension(path)
-        && hasScreenshotName(path, desktop.screenshotNamePrefixes);
+        && names.match(path);
 }
 
 } // namespace tallowbay

@@ -2,17 +2,22 @@
 
 #include "base/Lifetime.h"
 #include "capture/ScreenshotLocation.h"
+#include "capture/ScreenshotNames.h"
+#include "platform/Clock.h"
+#include "platform/DesktopSettings.h"
 #include "platform/Dispatch.h"
 #include "platform/FileEvents.h"
 #include "platform/Platform.h"
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <unordered_set>
+#include <vector>
 
 namespace tallowbay {
 
-// Watches the folder where the system saves screenshots and reports each new screenshot file.
+// Watches the folders that screenshots come to and reports each new screenshot file.
 //
 // Thread: main queue. A path is reported at most once in three seconds, however many events the
 // system sends for it. Whether the screenshot is recent is not judged here.
@@ -23,25 +28,57 @@ public:
     // Called on the main queue.
     std::function<void(const std::filesystem::path&)> onScreenshotDetected;
 
-    // Watches the folder as it is set at this moment. If it cannot be watched, the watcher stays
-    // idle.
+    // Watches the places as they are at this moment. One that cannot be watched stays idle.
     void start();
-    void stop() { streamRef.reset(); }
+    void stop() { streams.clear(); }
+
+    // Follows a change of the places. Those that are the same are watched on without a gap. What is
+    // new beside them may have come into being with its first screenshot, so the files that are
+    // there already are reported, too.
+    void followPlaces();
+
+    struct WatchedPlace {
+        ScreenshotPlace place;
+        bool isIdle = false; // it cannot be watched
+        bool isCut = false; // it has more subfolders than are watched
+    };
+    std::vector<WatchedPlace> watchedPlaces() const;
+
+    struct Noticed {
+        std::filesystem::path file;
+        WallTime when;
+    };
+    const std::optional<Noticed>& lastNoticed() const { return noticed; }
+
+    // What is wrong with the names that the user told of.
+    const std::vector<std::string>& nameProblems() const { return names.problems(); }
 
     void handleEvents(const std::vector<std::filesystem::path>& paths);
 
     bool isScreenshot(const std::filesystem::path&) const;
 
 private:
+    struct Stream : WatchedPlace {
+        std::optional<Subscription> token;
+    };
+    using Streams = std::vector<std::unique_ptr<Stream>>;
+    void watch(std::vector<ScreenshotPlace>, FileEvents::Existing);
+    std::unique_ptr<Stream> takeStream(const ScreenshotPlace&);
+    std::unique_ptr<Stream> startStream(const ScreenshotPlace&, FileEvents::Existing);
+    void tellLimit(Stream&);
+    void report(const std::filesystem::path&);
     void reportOnce(const std::filesystem::path&);
     void forgetLater(const std::filesystem::path&);
 
     FileEvents& fileEvents;
     Dispatch& dispatch;
+    const Clock& clock;
+    Console& console;
     const FileSystem& fileSystem;
-    const DesktopSettings& desktop;
     const ScreenshotLocation& location;
-    std::optional<Subscription> streamRef;
+    ScreenshotNames names;
+    Streams streams;
+    std::optional<Noticed> noticed;
     std::unordered_set<std::string> recentlySeen; // touched on seenQueue only
     Lifetime lifetime;
     std::unique_ptr<SerialQueue> seenQueue; // goes first: its tasks use the rest

@@ -146,6 +146,97 @@ TEST_F(ScreenshotWatcherTest, WatchesTheFolderAsItIsSetAtTheStart)
     EXPECT_EQ(reported, Paths{"/media/shots/Screenshot 1.png"});
 }
 
+class ScreenshotPlacesTest : public ScreenshotWatcherTest {
+protected:
+    ScreenshotPlacesTest()
+    {
+        desktop.settings.screenshotPlaces = [this] { return places; };
+    }
+
+    std::vector<ScreenshotPlace> places{
+        {"/home/u/Pictures", false, "for tests"}, {"/home/u/Pictures/Shots", true, "for tests"}};
+    const std::string name = "Screenshot 1.png";
+};
+
+TEST_F(ScreenshotPlacesTest, AreAllWatchedEachToItsDepth)
+{
+    watcher.start();
+    create("/home/u/Pictures/" + name);
+    create("/home/u/Pictures/holidays/" + name);
+    create("/home/u/Pictures/Shots/2026/" + name);
+    create("/home/u/Desktop/" + name);
+    EXPECT_EQ(
+        reported, (Paths{"/home/u/Pictures/" + name, "/home/u/Pictures/Shots/2026/" + name}));
+}
+
+TEST_F(ScreenshotPlacesTest, AreFollowedWithoutAGapForThoseThatStay)
+{
+    watcher.start();
+    const auto first = desktop.fileEvents.running().begin()->second;
+    places.erase(places.begin() + 1);
+    places.front().reason = "for another reason";
+    places.push_back({"/media/shots", true, "for tests"});
+    watcher.followPlaces();
+    EXPECT_EQ(desktop.fileEvents.running().begin()->second, first);
+    EXPECT_EQ(watcher.watchedPlaces().front().place.reason, "for another reason");
+    create("/home/u/Pictures/Shots/" + name);
+    EXPECT_TRUE(reported.empty());
+    create("/media/shots/" + name);
+    EXPECT_EQ(reported.size(), 1u);
+}
+
+TEST_F(ScreenshotPlacesTest, ThatComeLaterMayHoldTheirFirstScreenshotAlready)
+{
+    desktop.files.create("/home/u/Pictures/Shots/Screenshot 0.png");
+    watcher.start();
+    desktop.files.create("/media/shots/" + name);
+    places.push_back({"/media/shots", true, "for tests"});
+    watcher.followPlaces();
+    desktop.dispatch.runUntilIdle();
+    EXPECT_EQ(reported, Paths{"/media/shots/" + name});
+}
+
+TEST_F(ScreenshotPlacesTest, ThatReplaceAllOthersHoldOnlyOldScreenshots)
+{
+    watcher.start();
+    desktop.files.create("/media/shots/" + name);
+    setLocation("/media/shots");
+    watcher.followPlaces();
+    desktop.dispatch.runUntilIdle();
+    EXPECT_TRUE(reported.empty());
+    create("/home/u/Pictures/" + name);
+    EXPECT_TRUE(reported.empty()) << "a chosen folder is followed alone";
+    create("/media/shots/Screenshot 2.png");
+    EXPECT_EQ(reported, Paths{"/media/shots/Screenshot 2.png"});
+}
+
+TEST_F(ScreenshotPlacesTest, SayWhatBecameOfThem)
+{
+    desktop.fileEvents.failNextStart();
+    watcher.start();
+    desktop.fileEvents.meetLimit();
+    const auto watched = watcher.watchedPlaces();
+    ASSERT_EQ(watched.size(), 2u);
+    EXPECT_TRUE(watched[0].isIdle);
+    EXPECT_FALSE(watched[0].isCut);
+    EXPECT_FALSE(watched[1].isIdle);
+    EXPECT_TRUE(watched[1].isCut);
+    EXPECT_EQ(
+        desktop.console.lines,
+        std::vector<std::string>{"Too many folders in /home/u/Pictures/Shots: screenshots in the "
+                                 "deepest of them go unnoticed"});
+}
+
+TEST_F(ScreenshotWatcherTest, KnowsWhatItNoticedLast)
+{
+    watcher.start();
+    EXPECT_FALSE(watcher.lastNoticed());
+    create(shot);
+    ASSERT_TRUE(watcher.lastNoticed());
+    EXPECT_EQ(watcher.lastNoticed()->file, shot);
+    EXPECT_EQ(watcher.lastNoticed()->when, desktop.clock.wallNow());
+}
+
 TEST_F(ScreenshotWatcherTest, MayBeDestroyedWithReportsUnderWay)
 {
     auto shortLived = std::make_unique<ScreenshotWatcher>(desktop.platform(), location);
@@ -217,8 +308,18 @@ TEST_F(ScreenshotWatcherTest, ComparesThePrefixWithItsCase)
 TEST_F(ScreenshotWatcherTest, AcceptsTheNamesOfTheDesktopsOwnTools)
 {
     EXPECT_FALSE(accepts("/home/u/Desktop/Screenshot_20260105.png"));
-    desktop.settings.screenshotNamePrefixes = {"Screenshot_"};
-    EXPECT_TRUE(accepts("/home/u/Desktop/Screenshot_20260105.png"));
+    desktop.settings.screenshotNamePatterns = {"Screenshot_[0-9]+"};
+    ScreenshotWatcher other(desktop.platform(), location);
+    EXPECT_TRUE(other.isScreenshot("/home/u/Desktop/Screenshot_20260105.png"));
+}
+
+TEST_F(ScreenshotWatcherTest, FollowsTheUsersOwnPatternsWhileItRuns)
+{
+    watcher.start();
+    create("/home/u/Desktop/maim-1.png");
+    desktop.defaults.standard().set("screenshotNamePatterns", {"maim-*"});
+    create("/home/u/Desktop/maim-2.png");
+    EXPECT_EQ(reported, Paths{"/home/u/Desktop/maim-2.png"});
 }
 
 TEST_F(ScreenshotWatcherTest, ReportsNamesWithAnyByte)

@@ -30,6 +30,10 @@ inline constexpr const char* hotkeyOCR = "hotkeyOCR";
 inline constexpr const char* hotkeyUndoLast = "hotkeyUndoLast";
 inline constexpr const char* hotkeyClearAll = "hotkeyClearAll";
 
+// A text: further names of screenshots, as patterns of a shell (see NamePattern), divided by
+// commas. Written by the user. Absent: none.
+inline constexpr const char* screenshotNamePatterns = "screenshotNamePatterns";
+
 // A text: the address of the feed that tells of new versions. Written by nobody but an
 // administrator. Absent: the address that the program was built with.
 inline constexpr const char* updateFeedURL = "updateFeedURL";

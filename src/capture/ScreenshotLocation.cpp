@@ -2,7 +2,6 @@
 
 #include "base/AsciiText.h"
 #include "base/PreferenceKeys.h"
-#include "capture/ImageCompressor.h"
 #include "platform/DesktopSettings.h"
 #include "platform/FileSystem.h"
 #include "platform/UserDefaults.h"
@@ -57,6 +56,16 @@ fs::path ScreenshotLocation::systemScreenshotDirectory() const
     return fileSystem.homeFolder() / "Desktop";
 }
 
+std::vector<ScreenshotPlace> ScreenshotLocation::places() const
+{
+    if (const auto folder = preferredFolder())
+        return {{tidied(*folder), true, "chosen in the screenshot preferences"}};
+    auto places = desktop.screenshotPlaces();
+    if (places.empty())
+        places.push_back({systemScreenshotDirectory(), true, "the desktop's own"});
+    return places;
+}
+
 // From the home folder, where the text does not begin with a slash.
 std::optional<fs::path> ScreenshotLocation::preferredFolder() const
 {
@@ -86,20 +95,6 @@ bool ScreenshotLocation::targetIsClipboard() const
 {
     return asciiLowercase(stringValue(*preferences, preference::screenshotTarget).value_or(""))
         == "clipboard";
-}
-
-bool hasScreenshotName(const fs::path& path, const std::vector<std::string>& furtherPrefixes)
-{
-    const std::string stem = path.stem().string();
-    const auto begins = [&](const std::string& prefix) { return stem.starts_with(prefix); };
-    return begins("Screenshot ") || begins("Screen Shot ")
-        || std::ranges::any_of(furtherPrefixes, begins);
-}
-
-bool hasScreenshotExtension(const fs::path& path)
-{
-    const std::string extension = lowercaseExtension(path);
-    return extension == "png" || extension == "jpg" || extension == "jpeg";
 }
 
 } // namespace tallowbay

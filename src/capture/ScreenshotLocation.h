@@ -12,8 +12,9 @@ class FileSystem;
 class UserDefaults;
 class UserDefaultsStore;
 struct DesktopSettings;
+struct ScreenshotPlace;
 
-// Where the system saves screenshots, and by which names they are known there.
+// Where the system saves screenshots.
 //
 // Thread: main queue. Every question is answered from the settings as they are at that moment; only
 // another user's home is asked for once.
@@ -25,6 +26,10 @@ public:
     // The folder of the screenshot preferences; where they name none, or the home of a user whom
     // nobody knows ("~nobody/Shots"), the desktop's own; else the user's Desktop folder.
     std::filesystem::path systemScreenshotDirectory() const;
+
+    // Where screenshots are to be looked for: the folder of the preferences alone; where they name
+    // none, all that the desktop's tools save to. Never empty.
+    std::vector<ScreenshotPlace> places() const;
 
     // Whether screenshots go to the clipboard instead of a folder.
     bool targetIsClipboard() const;
@@ -44,13 +49,5 @@ private:
     const DesktopSettings& desktop;
     mutable std::optional<User> lastUser;
 };
-
-// Whether a picture file is called as the system calls its screenshots: the prefixes count with
-// their trailing blank and their case. Further prefixes are those of the desktop's own tools.
-bool hasScreenshotName(
-    const std::filesystem::path&, const std::vector<std::string>& furtherPrefixes = {});
-
-// Whether the file has one of the extensions of a screenshot, whatever their case.
-bool hasScreenshotExtension(const std::filesystem::path&);
 
 } // namespace tallowbay

@@ -138,6 +138,26 @@ TEST_F(ScreenshotLocationTest, AsksTheDesktopWhereThePreferencesNameNoFolder)
     EXPECT_EQ(location.systemScreenshotDirectory(), "/media/shots");
 }
 
+TEST_F(ScreenshotLocationTest, LooksInAllPlacesOfTheToolsAsLongAsNoFolderIsChosen)
+{
+    const ScreenshotPlace own{"/home/u/Desktop", true, "the desktop's own"};
+    EXPECT_EQ(location.places(), std::vector{own});
+    const std::vector<ScreenshotPlace> places{
+        {"/home/u/Pictures", false, "for tests"}, {"/media/shots", true, "for tests, too"}};
+    desktop.settings.screenshotPlaces = [&] { return places; };
+    EXPECT_EQ(location.places(), places);
+}
+
+TEST_F(ScreenshotLocationTest, LooksInAChosenFolderAlone)
+{
+    desktop.settings.screenshotPlaces = [] {
+        return std::vector<ScreenshotPlace>{{"/home/u/Pictures", false, "for tests"}};
+    };
+    set("location", {"~/Shots/"});
+    const ScreenshotPlace chosen{"/home/u/Shots", true, "chosen in the screenshot preferences"};
+    EXPECT_EQ(location.places(), std::vector{chosen});
+}
+
 TEST_F(ScreenshotLocationTest, SeesAChangeAtTheNextRead)
 {
     set("location", {"/one"});
@@ -155,30 +175,6 @@ TEST_F(ScreenshotLocationTest, KnowsTheClipboardTargetInAnyCase)
     }
     set("target", {"file"});
     EXPECT_FALSE(location.targetIsClipboard());
-}
-
-TEST(ScreenshotName, BeginsWithOneOfTheSystemsPrefixes)
-{
-    EXPECT_TRUE(hasScreenshotName("Screenshot 2024-05-01 at 14.03.27.png"));
-    EXPECT_TRUE(hasScreenshotName("Screen Shot 2014-05-01 at 14.03.27.png"));
-    EXPECT_FALSE(hasScreenshotName("screenshot 2024-05-01 at 14.03.27.png"));
-    EXPECT_FALSE(hasScreenshotName("Screenshot_20240501.png"));
-    EXPECT_FALSE(hasScreenshotName("My Screenshot 1.png"));
-    EXPECT_FALSE(hasScreenshotName("Screenshot.png"));
-}
-
-TEST(ScreenshotName, MayBeginWithAFurtherPrefixOfTheDesktopsTools)
-{
-    EXPECT_TRUE(hasScreenshotName("Screenshot_20240501.png", {"Screenshot_"}));
-    EXPECT_FALSE(hasScreenshotName("screenshot_20240501.png", {"Screenshot_"}));
-}
-
-TEST(ScreenshotExtension, IsPngJpgOrJpegInAnyCase)
-{
-    for (const char* name : {"a.png", "a.PNG", "a.jpg", "a.Jpeg", "a.JPEG"})
-        EXPECT_TRUE(hasScreenshotExtension(name)) << name;
-    for (const char* name : {"a.heic", "a.tiff", "a.mov", "a", "png", ".png"})
-        EXPECT_FALSE(hasScreenshotExtension(name)) << name;
 }
 
 } // namespace

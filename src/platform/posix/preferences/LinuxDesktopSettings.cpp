@@ -2,6 +2,7 @@
 
 #include "platform/posix/Environment.h"
 #include "platform/posix/LinuxResources.h"
+#include "platform/posix/preferences/ScreenshotToolNames.h"
 #include "platform/posix/preferences/SettingsText.h"
 
 #include <algorithm>
@@ -14,58 +15,26 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// How GNOME calls the folder of its screenshots, and what names of screenshots begin with.
+// How GNOME calls the folder of its screenshots.
 struct Translation {
     const char* language;
     const char* folder;
-    const char* word;
 };
 
 constexpr std::array translations{
-    Translation{"en", "Screenshots", "Screenshot"},
-    Translation{"ca", "Captures de pantalla", "Captura de pantalla"},
-    Translation{"cs", "Snímky obrazovky", "Snímek obrazovky"},
-    Translation{"da", "Skærmbilleder", "Skærmbillede"},
-    Translation{"de", "Bildschirmfotos", "Bildschirmfoto"},
-    Translation{"es", "Capturas de pantalla", "Captura de pantalla"},
-    Translation{"fi", "Kuvakaappaukset", "Kuvakaappaus"},
-    Translation{"fr", "Captures d’écran", "Capture d’écran"},
-    Translation{"hu", "Képernyőképek", "Képernyőkép"},
-    Translation{"it", "Schermate", "Schermata"},
-    Translation{"ja", "スクリーンショット", "スクリーンショット"},
-    Translation{"ko", "스크린샷", "스크린샷"},
-    Translation{"nb", "Skjermbilder", "Skjermbilde"},
-    Translation{"nl", "Schermafdrukken", "Schermafdruk"},
-    Translation{"pl", "Zrzuty ekranu", "Zrzut ekranu"},
-    Translation{"pt", "Capturas de tela", "Captura de tela"},
-    Translation{"pt", "Capturas de ecrã", "Captura de ecrã"},
-    Translation{"ru", "Снимки экрана", "Снимок экрана"},
-    Translation{"sv", "Skärmbilder", "Skärmbild"},
-    Translation{"tr", "Ekran Görüntüleri", "Ekran Görüntüsü"},
-    Translation{"uk", "Знімки екрана", "Знімок екрана"},
-    Translation{"zh", "截图", "截图"},
-    Translation{"zh", "屏幕截图", "屏幕截图"},
+    Translation{"en", "Screenshots"},        Translation{"ca", "Captures de pantalla"},
+    Translation{"cs", "Snímky obrazovky"},   Translation{"da", "Skærmbilleder"},
+    Translation{"de", "Bildschirmfotos"},    Translation{"es", "Capturas de pantalla"},
+    Translation{"fi", "Kuvakaappaukset"},    Translation{"fr", "Captures d’écran"},
+    Translation{"hu", "Képernyőképek"},      Translation{"it", "Schermate"},
+    Translation{"ja", "スクリーンショット"}, Translation{"ko", "스크린샷"},
+    Translation{"nb", "Skjermbilder"},       Translation{"nl", "Schermafdrukken"},
+    Translation{"pl", "Zrzuty ekranu"},      Translation{"pt", "Capturas de tela"},
+    Translation{"pt", "Capturas de ecrã"},   Translation{"ru", "Снимки экрана"},
+    Translation{"sv", "Skärmbilder"},        Translation{"tr", "Ekran Görüntüleri"},
+    Translation{"uk", "Знімки екрана"},      Translation{"zh", "截图"},
+    Translation{"zh", "屏幕截图"},
 };
-
-std::vector<std::string> namePrefixes()
-{
-    std::vector<std::string> prefixes;
-    for (const auto& translation : translations)
-        for (const char* separator : {" ", "_"})
-            prefixes.push_back(std::string(translation.word) + separator);
-    std::ranges::sort(prefixes);
-    prefixes.erase(std::unique(prefixes.begin(), prefixes.end()), prefixes.end());
-    return prefixes;
-}
-
-// "2026-01-05 10-31-12" (GNOME, MATE), "2026-01-05_10-31-12" (Xfce) and "2026-01-05_10-31"
-// (Flameshot); "20260105_103112" (Spectacle) and "20260105-103112" (ksnip).
-std::vector<std::string> nameDates()
-{
-    return {
-        R"((\d{4})-(\d{2})-(\d{2})[ _](\d{2})[-.:](\d{2})(?!\d))",
-        R"((\d{4})(\d{2})(\d{2})[_-](\d{2})(\d{2})\d{2}(?!\d))"};
-}
 
 // Those of the session's language first.
 std::vector<fs::path> screenshotFolders(const fs::path& pictures, const std::string& language)
@@ -105,11 +74,30 @@ std::string languageOfEnvironment()
     return {};
 }
 
-std::vector<std::string> gsettingsCommand(const SessionSurroundings& surroundings)
+// The tools of single window managers ask for these.
+std::vector<std::pair<fs::path, std::string>> foldersOfVariables()
+{
+    std::vector<std::pair<fs::path, std::string>> folders;
+    for (const char* name :
+         {"XDG_SCREENSHOTS_DIR", "HYPRSHOT_DIR", "GRIM_DEFAULT_DIR", "XDG_PICTURES_DIR"})
+        if (const auto folder = environmentFolder(name))
+            folders.emplace_back(*folder, name);
+    return folders;
+}
+
+std::vector<std::string> gsettingsCommand(
+    const SessionSurroundings& surroundings, const char* schema, const char* key)
 {
     if (surroundings.gsettings.empty())
         return {};
-    return {surroundings.gsettings, "get", "org.gnome.gnome-screenshot", "auto-save-directory"};
+    return {surroundings.gsettings, "get", schema, key};
+}
+
+std::optional<fs::path> folderFromSetting(
+    const std::optional<std::string>& printed, const fs::path& home)
+{
+    const auto text = printed ? unquotedSetting(*printed) : std::nullopt;
+    return text ? folderFromText(*text, home) : std::nullopt;
 }
 
 } // namespace
@@ -122,6 +110,7 @@ SessionSurroundings SessionSurroundings::ofEnvironment()
         .home = environmentHome(),
         .config = environmentConfigFolder(),
         .gsettings = executableOnSearchPath("gsettings"),
+        .variables = foldersOfVariables(),
     };
 }
 
@@ -130,14 +119,25 @@ LinuxDesktopSettings::LinuxDesktopSettings(Dispatch& dispatch, SessionSurroundin
     , userDirs(surroundings.config / "user-dirs.dirs")
     , spectacle(surroundings.config / "spectaclerc")
     , xfce(surroundings.config / "xfce4" / "xfce4-screenshooter")
+    , tools(surroundings.config, surroundings.home)
     , autoSaveDirectory(
-          dispatch, gsettingsCommand(surroundings), surroundings.config / "dconf" / "user")
+          dispatch,
+          gsettingsCommand(surroundings, "org.gnome.gnome-screenshot", "auto-save-directory"),
+          surroundings.config / "dconf" / "user")
+    , mateDirectory(
+          dispatch, gsettingsCommand(surroundings, "org.mate.screenshot", "last-save-directory"),
+          surroundings.config / "dconf" / "user")
 {
 }
 
 DesktopSettings LinuxDesktopSettings::settings()
 {
-    return {[this] { return screenshotFolder(); }, namePrefixes(), nameDates()};
+    return {
+        .screenshotFolder = [this] { return screenshotFolder(); },
+        .screenshotPlaces = [this] { return screenshotPlaces(); },
+        .screenshotNamePatterns = screenshotToolNames(),
+        .screenshotNameDates = screenshotToolDates(),
+    };
 }
 
 bool LinuxDesktopSettings::runs(std::string_view desktop) const
@@ -180,12 +180,17 @@ LinuxDesktopSettings::Folder LinuxDesktopSettings::gnomeScreenshotFolder()
 
 LinuxDesktopSettings::Folder LinuxDesktopSettings::chosenAutoSaveFolder()
 {
-    const auto& printed = autoSaveDirectory.lastKnown();
-    const auto text = printed ? unquotedSetting(*printed) : std::nullopt;
-    return text ? folderFromText(*text, surroundings.home) : std::nullopt;
+    return folderFromSetting(autoSaveDirectory.lastKnown(), surroundings.home);
 }
 
 LinuxDesktopSettings::Folder LinuxDesktopSettings::spectacleFolder()
+{
+    if (const auto chosen = chosenSpectacleFolder())
+        return chosen;
+    return presentFolder({pictures() / "Screenshots", pictures()});
+}
+
+LinuxDesktopSettings::Folder LinuxDesktopSettings::chosenSpectacleFolder()
 {
     // Group and key have changed from version to version.
     for (const char* group : {"ImageSave", "Save", "General"})
@@ -194,7 +199,7 @@ LinuxDesktopSettings::Folder LinuxDesktopSettings::spectacleFolder()
             if (const auto text = keyFileValue(spectacle.current(), group, key))
                 if (const auto folder = folderFromText(*text, surroundings.home))
                     return folder;
-    return presentFolder({pictures() / "Screenshots", pictures()});
+    return std::nullopt;
 }
 
 LinuxDesktopSettings::Folder LinuxDesktopSettings::xfceFolder()
@@ -203,10 +208,55 @@ LinuxDesktopSettings::Folder LinuxDesktopSettings::xfceFolder()
     return text ? folderFromText(*text, surroundings.home) : std::nullopt;
 }
 
-fs::path LinuxDesktopSettings::pictures()
+std::vector<ScreenshotPlace> LinuxDesktopSettings::screenshotPlaces()
 {
-    return picturesFolder(userDirs.current(), surroundings.home)
-        .value_or(surroundings.home / "Pictures");
+    PlaceList list;
+    list.keepForOthers(surroundings.home);
+    list.keepForOthers(pictures());
+    list.keepForOthers(userFolderOr("XDG_DESKTOP_DIR", "Desktop"));
+    list.keepForOthers(userFolderOr("XDG_DOWNLOAD_DIR", "Downloads"));
+    list.keepForOthers(userFolderOr("XDG_DOCUMENTS_DIR", "Documents"));
+    addChosen(list);
+    addUsual(list);
+    return list.places();
+}
+
+void LinuxDesktopSettings::addChosen(PlaceList& list)
+{
+    const auto add = [&](const Folder& folder, const std::string& tool) {
+        if (folder)
+            list.add(*folder, "set in " + tool);
+    };
+    add(chosenSpectacleFolder(), "Spectacle");
+    add(xfceFolder(), "Xfce's screenshooter");
+    add(chosenAutoSaveFolder(), "gnome-screenshot");
+    add(folderFromSetting(mateDirectory.lastKnown(), surroundings.home), "MATE's screenshot tool");
+    for (const auto& [folder, tool] : tools.chosen())
+        add(folder, tool);
+    for (const auto& [folder, variable] : surroundings.variables) {
+        list.add(folder, "named by $" + variable);
+        if (variable == "XDG_PICTURES_DIR")
+            list.keepForOthers(folder);
+    }
+}
+
+// All of them on every desktop: what is installed later, or started by a key, tells nobody.
+void LinuxDesktopSettings::addUsual(PlaceList& list)
+{
+    const auto screenshots = screenshotFolders(pictures(), surroundings.language);
+    list.add(screenshots.front(), "GNOME's folder for screenshots");
+    list.add(pictures() / "Screenshots", "the usual folder for screenshots");
+    if (const auto folder = screenshotFolder())
+        list.add(*folder, "this desktop's own tool saves here");
+    list.add(pictures(), "where Spectacle, Flameshot and the tools of GNOME and Xfce save");
+    list.add(userFolderOr("XDG_DESKTOP_DIR", "Desktop"), "where MATE and some scripts save");
+    list.add(surroundings.home, "where scrot, ksnip and grim save");
+}
+
+fs::path LinuxDesktopSettings::userFolderOr(const char* key, const char* usualName)
+{
+    return userFolder(userDirs.current(), key, surroundings.home)
+        .value_or(surroundings.home / usualName);
 }
 
 } // namespace tallowbay::posix

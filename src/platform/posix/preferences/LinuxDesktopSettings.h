@@ -3,6 +3,7 @@
 #include "platform/DesktopSettings.h"
 #include "platform/posix/files/CachedText.h"
 #include "platform/posix/preferences/BackgroundSetting.h"
+#include "platform/posix/preferences/ScreenshotToolFolders.h"
 
 namespace tallowbay::posix {
 
@@ -14,11 +15,15 @@ struct SessionSurroundings {
     std::filesystem::path config;
     std::filesystem::path gsettings; // the program; empty if there is none
 
+    // Folders that the user has set for screenshots in variables, with their names.
+    std::vector<std::pair<std::filesystem::path, std::string>> variables{};
+
     static SessionSurroundings ofEnvironment();
 };
 
-// The folder that the running desktop's own screenshot tool saves to, as far as its settings tell:
-// GNOME Shell, gnome-screenshot, Spectacle and Xfce's screenshooter.
+// The folder that the running desktop's own screenshot tool saves to, as far as its settings tell
+// (GNOME Shell, gnome-screenshot, Spectacle and Xfce's screenshooter), and all those that the tools
+// of any desktop save to.
 //
 // Thread: main queue. The settings that it hands out last as long as this object, the dispatch
 // outlives both.
@@ -36,14 +41,21 @@ private:
     Folder gnomeScreenshotFolder();
     Folder chosenAutoSaveFolder();
     Folder spectacleFolder();
+    Folder chosenSpectacleFolder();
     Folder xfceFolder();
-    std::filesystem::path pictures();
+    std::vector<ScreenshotPlace> screenshotPlaces();
+    void addChosen(PlaceList&);
+    void addUsual(PlaceList&);
+    std::filesystem::path pictures() { return userFolderOr("XDG_PICTURES_DIR", "Pictures"); }
+    std::filesystem::path userFolderOr(const char* key, const char* usualName);
 
     const SessionSurroundings surroundings;
     CachedText userDirs;
     CachedText spectacle;
     CachedText xfce;
+    ScreenshotToolFolders tools;
     BackgroundSetting autoSaveDirectory;
+    BackgroundSetting mateDirectory;
 };
 
 } // namespace tallowbay::posix

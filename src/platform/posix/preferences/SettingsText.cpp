@@ -2,6 +2,7 @@
 
 #include "platform/posix/files/FileUris.h"
 
+#include <algorithm>
 #include <charconv>
 
 namespace tallowbay::posix {
@@ -61,12 +62,14 @@ void appendUtf8(std::string& text, char32_t point)
     }
 }
 
-// Takes what follows a backslash: a letter stands for itself, except in \n, \t, \u1234, \U12345678.
+// Takes what follows a backslash: a letter stands for itself, except in \n, \t, \xfc, \u1234 and
+// \U12345678. As Qt writes it, \x has as many digits as follow.
 void takeEscape(std::string_view& rest, std::string& text)
 {
     const char kind = rest.front();
     rest.remove_prefix(1);
-    const std::size_t digits = kind == 'u' ? 4 : kind == 'U' ? 8 : 0;
+    const auto hexDigits = std::min(rest.find_first_not_of("0123456789abcdefABCDEF"), rest.size());
+    const std::size_t digits = kind == 'u' ? 4 : kind == 'U' ? 8 : kind == 'x' ? hexDigits : 0;
     std::uint32_t point = 0;
     if (digits > 0 && rest.size() >= digits
         && std::from_chars(rest.data(), rest.data() + digits, point, 16).ptr
@@ -130,15 +133,21 @@ std::optional<fs::path> folderFromText(std::string text, const fs::path& home)
     return text.starts_with('/') ? std::optional<fs::path>(text) : std::nullopt;
 }
 
-std::optional<fs::path> picturesFolder(std::string_view userDirs, const fs::path& home)
+std::optional<fs::path> userFolder(
+    std::string_view userDirs, std::string_view key, const fs::path& home)
 {
-    const auto value = keyFileValue(userDirs, "", "XDG_PICTURES_DIR");
+    const auto value = keyFileValue(userDirs, "", key);
     if (!value)
         return std::nullopt;
-    const auto folder = folderFromText(withoutBackslashes(withoutQuotes(*value)), home);
+    const auto folder = folderFromText(plainSetting(*value), home);
     const bool isHome =
         folder && (*folder / "").lexically_normal() == (home / "").lexically_normal();
     return isHome ? std::nullopt : folder;
+}
+
+std::string plainSetting(std::string_view written)
+{
+    return withoutBackslashes(withoutQuotes(written));
 }
 
 std::optional<std::string> unquotedSetting(std::string_view printed)

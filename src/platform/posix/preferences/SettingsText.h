@@ -19,10 +19,13 @@ std::optional<std::string> keyFileValue(
 std::optional<std::filesystem::path> folderFromText(
     std::string text, const std::filesystem::path& home);
 
-// The folder for pictures in the text of user-dirs.dirs. Empty if it names none, or the home folder
-// itself, which stands for none.
-std::optional<std::filesystem::path> picturesFolder(
-    std::string_view userDirs, const std::filesystem::path& home);
+// A folder in the text of user-dirs.dirs, by its key such as "XDG_PICTURES_DIR". Empty if it names
+// none, or the home folder itself, which stands for none.
+std::optional<std::filesystem::path> userFolder(
+    std::string_view userDirs, std::string_view key, const std::filesystem::path& home);
+
+// A text as key files hold it, without its quotes and backslashes.
+std::string plainSetting(std::string_view written);
 
 // A text as gsettings prints it, in quotes. Empty optional if it is none.
 std::optional<std::string> unquotedSetting(std::string_view printed);

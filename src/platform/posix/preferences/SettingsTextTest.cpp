@@ -69,7 +69,7 @@ TEST(PicturesFolderTest, ReadsTheFoldersOfTheUser)
         {"XDG_PICTURES_DIR=\"relative\"", std::nullopt},
         {"", std::nullopt}};
     for (const auto& [text, folder] : rows)
-        EXPECT_EQ(picturesFolder(text, "/home/u"), folder) << text;
+        EXPECT_EQ(userFolder(text, "XDG_PICTURES_DIR", "/home/u"), folder) << text;
 }
 
 TEST(UnquotedSettingTest, TakesTheQuotesAndEscapesAway)
