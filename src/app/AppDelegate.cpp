@@ -2,7 +2,9 @@
 
 #include "editor/EditorStrip.h"
 #include "platform/Application.h"
+#include "platform/FileSystem.h"
 #include "platform/Pasteboard.h"
+#include "platform/Permissions.h"
 #include "platform/Resources.h"
 #include "platform/Updater.h"
 #include "platform/UserDefaults.h"
@@ -159,6 +161,50 @@ void AppDelegate::activate()
 void AppDelegate::openAnnotationWindow(bool showSettings)
 {
     editorOpener.openAnnotationWindow(showSettings);
+}
+
+ProgramStatus AppDelegate::status() const
+{
+    ProgramStatus status;
+    status.setupDone = mainFeaturesStarted;
+    status.places = watcher.watchedPlaces();
+    for (const auto& place : status.places) {
+        if (!platform.fileSystem.isDirectory(place.place.folder))
+            status.absentPlaces.push_back(place.place.folder);
+    }
+    status.lastNoticed = watcher.lastNoticed();
+    status.hotkeys = hotkeyStatus();
+    status.troubles = troubles();
+    status.now = platform.clock.wallNow();
+    status.home = platform.fileSystem.homeFolder();
+    return status;
+}
+
+std::vector<ProgramStatus::Hotkey> AppDelegate::hotkeyStatus() const
+{
+    const auto statusOf = [this](std::string purpose, HotkeyTarget target) {
+        return ProgramStatus::Hotkey{
+            std::move(purpose), hotkeyCenter.config(target), hotkeyCenter.working(target)};
+    };
+    return {
+        statusOf("opens the editor", HotkeyTarget::openClose),
+        statusOf("copies the text in a region", HotkeyTarget::ocr),
+        statusOf("takes back the last screenshot", HotkeyTarget::undoLast),
+        statusOf("clears all screenshots", HotkeyTarget::clearAll)};
+}
+
+std::vector<std::string> AppDelegate::troubles() const
+{
+    std::vector<std::string> found = watcher.nameProblems();
+    if (location.targetIsClipboard())
+        found.emplace_back("Screenshots go to the clipboard instead of a folder");
+    const Permission keys = platform.permissions.accessibility();
+    if (!keys.granted())
+        found.push_back("Pastes are not seen: " + keys.reason);
+    const Permission screen = platform.permissions.screenRecording();
+    if (!screen.granted())
+        found.push_back("Text is not extracted: " + screen.reason);
+    return found;
 }
 
 HotkeyCenter::Actions AppDelegate::hotkeyActions()

@@ -9,6 +9,7 @@
 #include "app/PasteWatcher.h"
 #include "app/ScreenshotBatch.h"
 #include "app/ScreenshotWatcher.h"
+#include "app/StatusReport.h"
 #include "capture/ScreenshotLocation.h"
 #include "editor/EditorSlot.h"
 #include "hotkeys/HotkeyCenter.h"
@@ -50,6 +51,9 @@ public:
     // The one way to the editor: see EditorOpener.
     void openAnnotationWindow(bool showSettings);
 
+    // How the program fares at this moment.
+    ProgramStatus status() const;
+
     // Does what others ask for.
     CommandResult perform(Command);
 
@@ -67,6 +71,8 @@ private:
     void showSetupFlow();
     bool onboardingVisible() const { return onboardingWindow && onboardingWindow->visible(); }
     CommandResult carryOut(Command);
+    std::vector<ProgramStatus::Hotkey> hotkeyStatus() const;
+    std::vector<std::string> troubles() const;
     HotkeyCenter::Actions hotkeyActions();
     void forgetExpired(const AutomaticCleanup::Paths&);
     Menu makeMenu();

@@ -13,6 +13,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
 #include <iostream>
 #include <optional>
 
@@ -79,7 +80,8 @@ try {
     AppDelegate delegate(desktop->platform(), desktop->views());
     remoteControl.serve(
         {[&delegate](Command command) { return delegate.perform(command); },
-         [&delegate] { delegate.activate(); }});
+         [&delegate] { delegate.activate(); },
+         [&delegate] { return statusReport(delegate.status()); }});
     delegate.applicationDidFinishLaunching();
     const bool goesOn = !first || performFirst(delegate, *first);
     const int status = goesOn ? desktop->run() : 1;
@@ -106,6 +108,16 @@ int printReply(const CommandReply& reply)
     const bool running = reply.outcome != CommandReply::Outcome::notRunning;
     tell(running ? reply.problem : "Tallowbay is not running");
     return 1;
+}
+
+// Not running is an answer, too, so it goes where answers go.
+int printStatus(const CommandReply& reply)
+{
+    if (reply.outcome == CommandReply::Outcome::failed)
+        return printReply(reply);
+    const bool running = reply.outcome == CommandReply::Outcome::done;
+    std::cout << (running ? reply.answer : "Tallowbay is not running.\n") << std::flush;
+    return running ? 0 : 1;
 }
 
 // To the program that runs already.
@@ -144,8 +156,8 @@ int startProgram(DesktopKind kind, char* programName, std::optional<Command> com
     return runDesktop(kind, remoteControl, command);
 }
 
-// Needs no display.
-int sendOnly(char* programName, Command command)
+// Asks something of the program that runs. Needs no display.
+int askOnly(char* programName, const std::function<int()>& ask)
 {
     if (!hasSessionBus()) {
         tell("there is no session bus, by which Tallowbay is reached");
@@ -154,13 +166,13 @@ int sendOnly(char* programName, Command command)
     int argumentCount = 1;
     char* arguments[] = {programName, nullptr};
     const QCoreApplication application(argumentCount, arguments);
-    endAtOnce(printReply(sendCommand(command)));
+    endAtOnce(ask());
 }
 
 int start(char* programName, std::optional<Command> command)
 {
     if (command && !startsProgram(*command))
-        return sendOnly(programName, *command);
+        return askOnly(programName, [&] { return printReply(sendCommand(*command)); });
     const auto choice = chooseDesktop(SessionEnvironment::ofProcess());
     const auto* kind = std::get_if<DesktopKind>(&choice);
     const auto problem = kind ? displayProblem(*kind) : std::get<std::string>(choice);
@@ -178,6 +190,8 @@ int main(int argumentCount, char** arguments)
     const auto asked = parseCommandLine({arguments + 1, arguments + argumentCount});
     if (const auto* answer = std::get_if<PrintAndExit>(&asked))
         return print(*answer);
+    if (std::holds_alternative<ShowStatus>(asked))
+        return askOnly(arguments[0], [] { return printStatus(askForStatus()); });
     const auto* run = std::get_if<RunCommand>(&asked);
     return start(arguments[0], run ? std::optional(run->command) : std::nullopt);
 }

@@ -3,6 +3,7 @@
 #include "capture/ScreenshotLocation.h"
 #include "onboarding/OnboardingPort.h"
 #include "platform/Application.h"
+#include "platform/DesktopSettings.h"
 #include "platform/FileSystem.h"
 #include "platform/Permissions.h"
 #include "platform/Platform.h"
@@ -31,7 +32,10 @@ Step locationStep(const Platform& platform)
     const std::string title = "Screenshot Location";
     if (location.targetIsClipboard())
         return {title, "Screenshots must be saved to a folder", false};
-    const auto folder = location.systemScreenshotDirectory();
+    const auto places = location.places();
+    if (places.size() > 1)
+        return {title, "Screenshots of all usual tools are noticed", true};
+    const auto& folder = places.front().folder;
     return {
         title, "Screenshots are expected in " + forPeople(folder, platform.fileSystem.homeFolder()),
         true};

@@ -70,6 +70,15 @@ TEST_F(OnboardingWindowTest, TicksWhatIsThere)
         EXPECT_TRUE(step.done) << step.title;
 }
 
+TEST_F(OnboardingWindowTest, NamesNoFolderWhereScreenshotsAreExpectedInSeveral)
+{
+    desktop.settings.screenshotPlaces = [] {
+        return std::vector<ScreenshotPlace>{{"/home/u", false, ""}, {"/home/u/Shots", true, ""}};
+    };
+    EXPECT_EQ(open().steps()[0].description, "Screenshots of all usual tools are noticed");
+    EXPECT_TRUE(open().steps()[0].done);
+}
+
 TEST_F(OnboardingWindowTest, NamesAFolderOutsideOfTheUsersHomeInFull)
 {
     setScreenshotPreference("location", "/srv/pictures");

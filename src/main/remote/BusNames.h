@@ -12,4 +12,7 @@ inline const QString notAvailable = QStringLiteral("com.quarnel.tallowbay.Error.
 // The desktop's standard interface of programs.
 inline const QString application = QStringLiteral("org.freedesktop.Application");
 
+// What only this program has.
+inline const QString ownInterface = QStringLiteral("com.quarnel.tallowbay.Status");
+
 } // namespace tallowbay::busName

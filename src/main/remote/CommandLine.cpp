@@ -11,6 +11,7 @@ namespace {
 
 constexpr std::string_view usageHead = R"(Usage: tallowbay [OPTION]
        tallowbay COMMAND
+       tallowbay status
 
 Keeps every screenshot you take, compressed, ready for one single paste.
 
@@ -23,6 +24,10 @@ Commands, for the shortcuts of your desktop:
 )";
 
 constexpr std::string_view usageTail = R"(
+If screenshots go unnoticed or keys do nothing, status tells which folders are
+watched and why, what was noticed last, which hotkeys work, and what this
+session cannot do. It fails if Tallowbay does not run.
+
 The exit status is 0 if all went well, 1 if something failed, and 2 if the
 command line was wrong.
 )";
@@ -67,6 +72,14 @@ std::string usage(Command command)
                              : ". Fails if Tallowbay does not run.\n");
 }
 
+constexpr std::string_view statusName = "status";
+
+constexpr std::string_view statusUsage = R"(Usage: tallowbay status
+
+Tell which folders are watched and why, what was noticed last, which hotkeys
+work, and what this session cannot do. Fails if Tallowbay does not run.
+)";
+
 PrintAndExit misuse(const std::string& what, const std::string& argument)
 {
     return {
@@ -92,21 +105,29 @@ public:
     {
         if (!onlyOperands && isOption(argument))
             return takeOption(argument);
-        if (command || !(command = commandNamed(argument)))
-            return misuse("unexpected argument", argument);
-        return std::nullopt;
+        const bool isFirst = !command && !statusAsked;
+        statusAsked = statusAsked || argument == statusName;
+        if (isFirst && (statusAsked || (command = commandNamed(argument))))
+            return std::nullopt;
+        return misuse("unexpected argument", argument);
     }
 
     CommandLine meaning() const
     {
         if (help)
-            return show(command ? usage(*command) : usage());
+            return show(usageAsked());
         if (versionAsked)
             return show(version);
+        if (statusAsked)
+            return ShowStatus();
         return command ? CommandLine(RunCommand{*command}) : StartProgram();
     }
 
 private:
+    std::string usageAsked() const
+    {
+        return statusAsked ? std::string(statusUsage) : command ? usage(*command) : usage();
+    }
     std::optional<PrintAndExit> takeOption(const std::string& option)
     {
         if (option == "--")
@@ -121,6 +142,7 @@ private:
     }
 
     std::optional<Command> command;
+    bool statusAsked = false;
     bool help = false;
     bool versionAsked = false;
     bool onlyOperands = false;

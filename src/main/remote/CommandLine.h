@@ -8,8 +8,8 @@
 
 namespace tallowbay {
 
-// What the command line asks for: to start, to hand a command to the running program, or to print
-// something and end.
+// What the command line asks for: to start, to hand a command to the running program, to tell how
+// that fares, or to print something and end.
 struct StartProgram {
     bool operator==(const StartProgram&) const = default;
 };
@@ -17,6 +17,11 @@ struct StartProgram {
 struct RunCommand {
     Command command = Command::open;
     bool operator==(const RunCommand&) const = default;
+};
+
+// To tell how the running program fares.
+struct ShowStatus {
+    bool operator==(const ShowStatus&) const = default;
 };
 
 struct PrintAndExit {
@@ -27,7 +32,7 @@ struct PrintAndExit {
     bool operator==(const PrintAndExit&) const = default;
 };
 
-using CommandLine = std::variant<StartProgram, RunCommand, PrintAndExit>;
+using CommandLine = std::variant<StartProgram, RunCommand, ShowStatus, PrintAndExit>;
 
 // The arguments come without the program's name. What is wrong wins over --help, --help over all
 // else; after "--" nothing is an option.

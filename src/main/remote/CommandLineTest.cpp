@@ -67,6 +67,17 @@ TEST(CommandLineTest, HelpsWithEachCommandInsteadOfRunningIt)
     EXPECT_THAT(printed({"undo", "-h"}).text, HasSubstr("Fails if Tallowbay does not run."));
 }
 
+TEST(CommandLineTest, AsksForTheStatus)
+{
+    EXPECT_EQ(parseCommandLine({"status"}), CommandLine(ShowStatus()));
+    EXPECT_EQ(parseCommandLine({"--", "status"}), CommandLine(ShowStatus()));
+    EXPECT_THAT(printed({"status", "-h"}).text, testing::StartsWith("Usage: tallowbay status\n"));
+    EXPECT_THAT(printed({"--help"}).text, HasSubstr("\n       tallowbay status\n"));
+    EXPECT_EQ(printed({"status", "undo"}).status, 2);
+    EXPECT_EQ(printed({"undo", "status"}).status, 2);
+    EXPECT_EQ(printed({"status", "status"}).status, 2);
+}
+
 TEST(CommandLineTest, TakesNoOptionAfterTwoDashes)
 {
     const CommandLine undo = RunCommand{Command::undo};

@@ -6,6 +6,8 @@
 #include <QDBusMessage>
 #include <QVariantMap>
 
+#include <optional>
+
 namespace tallowbay {
 
 namespace {
@@ -14,10 +16,10 @@ using Outcome = CommandReply::Outcome;
 
 constexpr int patienceMilliseconds = 10'000;
 
-QDBusMessage requestFor(const QString& method)
+QDBusMessage requestFor(const QString& method, const QString& interfaceName = busName::application)
 {
-    auto request = QDBusMessage::createMethodCall(
-        busName::service, busName::path, busName::application, method);
+    auto request =
+        QDBusMessage::createMethodCall(busName::service, busName::path, interfaceName, method);
     request.setAutoStartService(false);
     return request;
 }
@@ -36,7 +38,7 @@ bool isNamed(const QDBusMessage& error, const char* name)
     return error.errorName() == QLatin1String("org.freedesktop.DBus.Error.") + QLatin1String(name);
 }
 
-CommandReply replyFor(Command command, const QDBusMessage& error)
+CommandReply replyFor(std::optional<Command> command, const QDBusMessage& error)
 {
     if (isNamed(error, "NameHasNoOwner") || isNamed(error, "ServiceUnknown"))
         return {Outcome::notRunning, {}};
@@ -49,17 +51,27 @@ CommandReply replyFor(Command command, const QDBusMessage& error)
         Outcome::failed, "Tallowbay does not answer (" + error.errorMessage().toStdString() + ")"};
 }
 
-} // namespace
-
-CommandReply sendCommand(Command command)
+CommandReply send(const QDBusMessage& request, std::optional<Command> command)
 {
     const auto bus = QDBusConnection::sessionBus();
     if (!bus.isConnected())
         return {Outcome::failed, "the session bus, by which Tallowbay is reached, does not answer"};
-    const auto answer = bus.call(requestFor(command), QDBus::Block, patienceMilliseconds);
+    const auto answer = bus.call(request, QDBus::Block, patienceMilliseconds);
     if (answer.type() == QDBusMessage::ErrorMessage)
         return replyFor(command, answer);
-    return {};
+    return {Outcome::done, {}, answer.arguments().value(0).toString().toStdString()};
+}
+
+} // namespace
+
+CommandReply sendCommand(Command command)
+{
+    return send(requestFor(command), command);
+}
+
+CommandReply askForStatus()
+{
+    return send(requestFor(QStringLiteral("Report"), busName::ownInterface), std::nullopt);
 }
 
 void activateRunningProgram()

@@ -29,7 +29,8 @@ void RemoteControl::serve(Program newProgram)
 
 bool RemoteControl::handleMessage(const QDBusMessage& request, const QDBusConnection& bus)
 {
-    if (!request.interface().isEmpty() && request.interface() != busName::application)
+    if (!request.interface().isEmpty() && request.interface() != busName::application
+        && request.interface() != busName::ownInterface)
         return false;
     const QDBusMessage reply = answer(request);
     if (request.isReplyRequired())
@@ -48,6 +49,8 @@ QDBusMessage RemoteControl::answer(const QDBusMessage& request)
         program.activate();
         return request.createReply();
     }
+    if (method == QStringLiteral("Report "))
+        return request.createReply(QString::fromStdString(program.status()));
     return request.createErrorReply(
         QDBusError::UnknownMethod, QStringLiteral("there is no method ") + method);
 }
@@ -80,6 +83,11 @@ QString RemoteControl::introspect(const QString& path) const
       <arg type="s" name="action_name" direction="in"/>
       <arg type="av" name="parameter" direction="in"/>
       <arg type="a{sv}" name="platform_data" direction="in"/>
+    </method>
+  </interface>
+  <interface name="com.quarnel.tallowbay.Status">
+    <method name="Report">
+      <arg type="s" name="lines" direction="out"/>
     </method>
   </interface>
 )");

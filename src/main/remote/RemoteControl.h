@@ -6,11 +6,13 @@
 
 #include <functional>
 #include <optional>
+#include <string>
 
 namespace tallowbay {
 
 // Lets others on the session's message bus ask for commands, by the desktop's standard interface of
-// programs: each command is an action, and to open something is to open the editor.
+// programs: each command is an action, and to open something is to open the editor. How the program
+// fares is told by an interface of its own.
 //
 // Thread: main queue. Needs the QCoreApplication.
 class RemoteControl final : public QDBusVirtualObject {
@@ -19,6 +21,7 @@ public:
     struct Program {
         std::function<CommandResult(Command)> perform;
         std::function<void()> activate; // it was started again
+        std::function<std::string()> status; // in lines for people
     };
 
     // Requests wait from now on until the main loop runs, so that none that comes early is lost.

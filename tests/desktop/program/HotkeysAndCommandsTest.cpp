@@ -355,6 +355,41 @@ TEST_F(HotkeysAndCommandsTest, SaysThatAWaylandSessionHidesItsScreenFromTheExtra
     EXPECT_TRUE(started.running());
 }
 
+TEST_F(HotkeysAndCommandsTest, TellsHowItFares)
+{
+    XClient owner(server.display());
+    xcb_grab_key(
+        owner.connection(), 0, owner.root(), XCB_MOD_MASK_4 | XCB_MOD_MASK_CONTROL, keyZ,
+        XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    owner.sync();
+    launch();
+    auto elsewhere = environment();
+    elsewhere["DISPLAY"] = std::nullopt;
+    const auto before = run({TALLOWBAY_PROGRAM, "status"}, elsewhere);
+    EXPECT_EQ(before.status, 0) << before.errors;
+    EXPECT_THAT(before.output, HasSubstr("Tallowbay is running.\n"));
+    EXPECT_THAT(before.output, HasSubstr("\n  ~/Desktop "));
+    EXPECT_THAT(before.output, HasSubstr("(not there yet)\n")) << "of the pictures";
+    EXPECT_THAT(before.output, HasSubstr("No screenshot has been noticed yet.\n"));
+    EXPECT_THAT(
+        before.output,
+        HasSubstr("Super+Ctrl+Z  takes back the last screenshot: does not work: another program"));
+    EXPECT_THAT(before.output, HasSubstr("Super+Ctrl+C  clears all screenshots: works\n"));
+    EXPECT_THAT(before.output, HasSubstr("Everything else works in this session.\n"));
+    takeScreenshots(1);
+    EXPECT_THAT(
+        run({TALLOWBAY_PROGRAM, "status"}, elsewhere).output,
+        HasSubstr("Noticed last: ~/Desktop/" + screenshots.front().filename().string() + ", "));
+}
+
+TEST_F(HotkeysAndCommandsTest, TellsThatItDoesNotRun)
+{
+    const auto answer = command("status");
+    EXPECT_EQ(answer.status, 1);
+    EXPECT_EQ(answer.output, "Tallowbay is not running.\n");
+    EXPECT_THAT(answer.errors, IsEmpty());
+}
+
 TEST_F(HotkeysAndCommandsTest, SaysThatNothingRunsThatCouldUndo)
 {
     for (const char* verb : {"undo", "clear", "quit"}) {
