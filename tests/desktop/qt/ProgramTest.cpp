@@ -294,5 +294,46 @@ TEST_F(ProgramTest, ShowsItsIconInATrayOnTheMessageBusThatStartsLaterAndAnew)
     EXPECT_EQ(program->wait(), 0);
 }
 
+// What a tray on the message bus is told of the icon.
+class TrayIconTest : public ProgramTest {
+protected:
+    std::string told(const std::string& desktop)
+    {
+        const XServer server;
+        const SessionBus bus;
+        auto withBus = environmentOn(server);
+        withBus["DBUS_SESSION_BUS_ADDRESS"] = bus.address();
+        withBus["XDG_CURRENT_DESKTOP"] = desktop;
+        const ChildProcess host({TALLOWBAY_NOTIFIER_HOST}, withBus);
+        const auto program = start({}, withBus);
+        waitUntil([&] { return host.output().find("on white") != std::string::npos; });
+        program->signal(SIGTERM);
+        EXPECT_EQ(program->wait(), 0);
+        return host.output();
+    }
+
+    static int number(const std::string& text, const std::string& after)
+    {
+        const auto at = text.find(after);
+        return at == std::string::npos ? 0 : std::stoi(text.substr(at + after.size()));
+    }
+};
+
+// The icon was black on black where the panel is dark and the windows are light.
+TEST_F(TrayIconTest, ShowsOnAnyGround)
+{
+    const std::string look = told("sway");
+    EXPECT_THAT(look, HasSubstr("name \"\""));
+    EXPECT_GT(number(look, "on black "), 80) << look;
+    EXPECT_GT(number(look, "on white "), 40) << look;
+}
+
+TEST_F(TrayIconTest, GoesByNameWhereThePanelColorsSymbolsItself)
+{
+    const std::string look = told("XFCE");
+    EXPECT_THAT(look, HasSubstr("name \"com.quarnel.tallowbay-symbolic\""));
+    EXPECT_GT(number(look, "on black "), 80) << look; // for where the name is not known
+}
+
 } // namespace
 } // namespace tallowbay::test

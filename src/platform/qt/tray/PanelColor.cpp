@@ -16,13 +16,18 @@ namespace {
 constexpr QRgb onLightPanel = 0xff2e2e32;
 constexpr QRgb onDarkPanel = 0xfff4f4f6;
 
+bool desktopIsOneOf(std::initializer_list<const char*> known)
+{
+    const QList<QByteArray> names = qgetenv("XDG_CURRENT_DESKTOP").split(':');
+    return std::any_of(known.begin(), known.end(), [&](const char* name) {
+        return names.contains(QByteArray(name));
+    });
+}
+
 // Desktops whose panel is dark whatever the windows are.
 bool panelIsAlwaysDark()
 {
-    const QList<QByteArray> names = qgetenv("XDG_CURRENT_DESKTOP").split(':');
-    return std::any_of(names.begin(), names.end(), [](const QByteArray& name) {
-        return name == "GNOME" || name == "Unity" || name == "X-Cinnamon" || name == "Budgie";
-    });
+    return desktopIsOneOf({"GNOME", "Unity", "X-Cinnamon", "Budgie"});
 }
 
 int lightnessAt(QScreen& screen, const QPoint& place)
@@ -54,7 +59,7 @@ bool windowsAreDark(const WindowSystem& windows)
 
 } // namespace
 
-QColor panelForeground(
+std::optional<QColor> panelForeground(
     const TrayHost& host, const EmbeddingTray& tray, const WindowSystem& windows,
     const QRect& embeddedIcon)
 {
@@ -63,7 +68,14 @@ QColor panelForeground(
         return qtColor(*color);
     if (embeds && !embeddedIcon.isEmpty())
         return panelIsDarkAt(embeddedIcon) ? onDarkPanel : onLightPanel;
-    return panelIsAlwaysDark() || windowsAreDark(windows) ? onDarkPanel : onLightPanel;
+    if (panelIsAlwaysDark() || windowsAreDark(windows))
+        return onDarkPanel;
+    return std::nullopt;
+}
+
+bool panelColorsNamedSymbols(const TrayHost& host)
+{
+    return !host.notifierOwner.isEmpty() && desktopIsOneOf({"XFCE"});
 }
 
 } // namespace tallowbay::qt

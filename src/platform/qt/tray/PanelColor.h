@@ -6,12 +6,18 @@
 #include <QColor>
 #include <QRect>
 
+#include <optional>
+
 namespace tallowbay::qt {
 
 // The colour in which a template picture stands out from the panel of this host: what the panel
 // itself asks for where it says so; else dark or light as the panel is at the icon's corners, if
-// the icon is embedded and its place is known; else as the desktop's windows are.
-QColor panelForeground(
+// the icon is embedded and its place is known; else light where the desktop's windows are dark.
+// Empty where nothing tells: below light windows there are panels of either kind.
+std::optional<QColor> panelForeground(
     const TrayHost&, const EmbeddingTray&, const WindowSystem&, const QRect& embeddedIcon = {});
+
+// Whether the panels of this desktop give a symbol that they find by its name their own colour.
+bool panelColorsNamedSymbols(const TrayHost&);
 
 } // namespace tallowbay::qt

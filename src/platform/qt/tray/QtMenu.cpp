@@ -1,13 +1,14 @@
 #include "platform/qt/tray/QtMenu.h"
 
-#include <QApplication>
+#include <QMenu>
 #include <QPainter>
-#include <QPalette>
-#include <QStyle>
 
 namespace tallowbay::qt {
 
 namespace {
+
+// A panel shows the menu in its own colours, light or dark, and tells nobody which.
+constexpr QColor onAnyGround(0x87, 0x87, 0x8a);
 
 // Two strokes through the square's middle, as wide as the text beside them.
 QPixmap crossPixmap(int size)
@@ -16,8 +17,7 @@ QPixmap crossPixmap(int size)
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
     painter.setRenderHint(QPainter::Antialiasing);
-    const QColor color = QGuiApplication::palette().color(QPalette::WindowText);
-    painter.setPen(QPen(color, size / 11.0, Qt::SolidLine, Qt::RoundCap));
+    painter.setPen(QPen(onAnyGround, size / 11.0, Qt::SolidLine, Qt::RoundCap));
     const double inset = size * 0.25;
     const QRectF square(inset, inset, size - 2 * inset, size - 2 * inset);
     painter.drawLine(square.topLeft(), square.bottomRight());

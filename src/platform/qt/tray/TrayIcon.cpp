@@ -1,13 +1,11 @@
 #include "platform/qt/tray/TrayIcon.h"
 
-#include "platform/qt/Artwork.h"
 #include "platform/qt/QtScreens.h"
-#include "platform/qt/graphics/GraphicsFonts.h"
 #include "platform/qt/tray/PanelColor.h"
+#include "platform/qt/tray/TrayPicture.h"
 
 #include <QCursor>
 #include <QGuiApplication>
-#include <QPainter>
 #include <QScreen>
 #include <QTimer>
 
@@ -21,38 +19,6 @@ using namespace std::chrono_literals;
 // when an embedded icon has got its place.
 constexpr auto recolorFirst = 300ms;
 constexpr auto recolorEvery = 5s;
-
-// The sizes in pixels that panels give their icons.
-constexpr int panelSizes[] = {16, 18, 20, 22, 24, 26, 28, 30, 32, 36, 40, 44, 48, 64, 96};
-
-// A picture drawn for a smaller size, with a margin: crisper than one scaled to fit.
-QPixmap centered(const QPixmap& picture, int size)
-{
-    QPixmap canvas(size, size);
-    canvas.fill(Qt::transparent);
-    QPainter painter(&canvas);
-    painter.drawPixmap((size - picture.width()) / 2, (size - picture.height()) / 2, picture);
-    return canvas;
-}
-
-QIcon fittedToPanels(const QIcon& drawn)
-{
-    QIcon icon;
-    for (int size : panelSizes)
-        icon.addPixmap(centered(drawn.pixmap(QSize(size, size), 1.0), size));
-    return icon;
-}
-
-QPixmap titlePixmap(const QString& title, const QColor& color, int size)
-{
-    QPixmap pixmap(size, size);
-    pixmap.fill(Qt::transparent);
-    QPainter painter(&pixmap);
-    painter.setFont(interfaceFont({size * 0.6, FontWeight::semibold}));
-    painter.setPen(color);
-    painter.drawText(pixmap.rect(), Qt::AlignCenter, title);
-    return pixmap;
-}
 
 } // namespace
 
@@ -77,7 +43,8 @@ void TrayIcon::moveTo(const TrayHost& found)
     if (!host.present())
         return;
     color = panelForeground(host, embeddingTray, windows);
-    icon = std::make_unique<QSystemTrayIcon>(picture(color));
+    icon = std::make_unique<QSystemTrayIcon>(
+        trayPicture(button, color, panelColorsNamedSymbols(host)));
     icon->setToolTip(QGuiApplication::applicationDisplayName());
     icon->setContextMenu(&menu);
     QObject::connect(
@@ -100,11 +67,11 @@ void TrayIcon::recolor()
     const QRect place = icon->geometry();
     if (!place.isEmpty() && !embeddingTray.showsIconAt(desktopPixels(place)))
         return;
-    const QColor wanted = panelForeground(host, embeddingTray, windows, place);
+    const auto wanted = panelForeground(host, embeddingTray, windows, place);
     if (wanted == color)
         return;
     color = wanted;
-    icon->setIcon(picture(color));
+    icon->setIcon(trayPicture(button, color, panelColorsNamedSymbols(host)));
 }
 
 // Beside the icon, away from the screen's edge; hosts on the message bus do not tell where it is.
@@ -117,17 +84,6 @@ QPoint TrayIcon::menuPlace() const
     const bool atTop = place.center().y() < screen->geometry().center().y();
     return atTop ? QPoint(place.left(), place.bottom() + 1)
                  : QPoint(place.left(), place.top() - menu.sizeHint().height());
-}
-
-QIcon TrayIcon::picture(const QColor& tint) const
-{
-    const QIcon drawn = Artwork().tinted(QString::fromStdString(button.imageName), tint);
-    if (!drawn.isNull())
-        return fittedToPanels(drawn);
-    QIcon title;
-    for (int size : panelSizes)
-        title.addPixmap(titlePixmap(QString::fromStdString(button.title), tint, size));
-    return title;
 }
 
 } // namespace tallowbay::qt

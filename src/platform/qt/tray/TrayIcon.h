@@ -3,11 +3,12 @@
 #include "platform/StatusBar.h"
 #include "platform/qt/tray/TrayHosts.h"
 
-#include <QIcon>
+#include <QColor>
 #include <QMenu>
 #include <QSystemTrayIcon>
 
 #include <memory>
+#include <optional>
 
 namespace tallowbay::qt {
 
@@ -19,7 +20,6 @@ public:
 private:
     void moveTo(const TrayHost&);
     void recolor();
-    QIcon picture(const QColor&) const;
     QPoint menuPlace() const;
 
     StatusButton button;
@@ -27,7 +27,7 @@ private:
     const EmbeddingTray& embeddingTray;
     const WindowSystem& windows;
     TrayHost host;
-    QColor color;
+    std::optional<QColor> color; // empty: whatever the panel's is, the picture must show
     std::unique_ptr<QSystemTrayIcon> icon;
     QTimer recolorTimer;
     TrayHosts hosts;
