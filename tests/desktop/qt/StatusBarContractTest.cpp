@@ -48,11 +48,24 @@ public:
     void middleClick()
     {
         const std::string icon = icons().substr(0, icons().find('\n'));
+        Presses presses;
         desktop.server().run({"xdotool", "mousemove", "--window", icon, "8", "8", "click", "2"});
-        desktop.runFor(std::chrono::milliseconds(200));
+        desktop.runUntil([&] { return presses.count > 0; });
+        desktop.runFor(std::chrono::milliseconds(50)); // for what the press sets off
     }
 
 private:
+    // Of mouse buttons, in windows of this program.
+    struct Presses : QObject {
+        Presses() { QCoreApplication::instance()->installEventFilter(this); }
+        bool eventFilter(QObject* receiver, QEvent* event) override
+        {
+            count += receiver->isWidgetType() && event->type() == QEvent::MouseButtonPress ? 1 : 0;
+            return false;
+        }
+        int count = 0;
+    };
+
     static QList<QAction*> actions()
     {
         for (const QWidget* widget : QApplication::topLevelWidgets())
