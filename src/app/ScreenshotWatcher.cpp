@@ -72,8 +72,8 @@ std::unique_ptr<ScreenshotWatcher::Stream> ScreenshotWatcher::startStream(
 {
     auto stream = std::make_unique<Stream>();
     stream->place = place;
-    const auto depth = place.withSubfolders ? FileEvents::Depth::withSubfolders
-                                            : FileEvents::Depth::folderAlone;
+    const auto depth =
+        place.withSubfolders ? FileEvents::Depth::withSubfolders : FileEvents::Depth::folderAlone;
     stream->token = fileEvents.start(
         {place.folder, depth, existing, 500ms},
         {[this](const std::vector<fs::path>& paths) { handleEvents(paths); },

@@ -165,8 +165,7 @@ TEST_F(ScreenshotPlacesTest, AreAllWatchedEachToItsDepth)
     create("/home/u/Pictures/holidays/" + name);
     create("/home/u/Pictures/Shots/2026/" + name);
     create("/home/u/Desktop/" + name);
-    EXPECT_EQ(
-        reported, (Paths{"/home/u/Pictures/" + name, "/home/u/Pictures/Shots/2026/" + name}));
+    EXPECT_EQ(reported, (Paths{"/home/u/Pictures/" + name, "/home/u/Pictures/Shots/2026/" + name}));
 }
 
 TEST_F(ScreenshotPlacesTest, AreFollowedWithoutAGapForThoseThatStay)
