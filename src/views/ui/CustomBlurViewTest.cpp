@@ -106,6 +106,30 @@ TEST_F(CustomBlurViewTest, WhatCameIntoItBlursAlikeWhenItIsLaidOutOrShown)
     EXPECT_EQ(third.blurRadius(), 7);
 }
 
+TEST_F(CustomBlurViewTest, AGlassCardIsCutAtItsFourCornersAndNowhereElse)
+{
+    GlassCard card(backdrop, 16, &window);
+    card.resize(90, 60);
+    QImage seen(card.size(), QImage::Format_ARGB32_Premultiplied);
+    seen.fill(Qt::transparent);
+    card.render(&seen, QPoint(), QRegion(), QWidget::DrawChildren);
+    const auto alphaFrom = [&](int x, int y) { // at the upper left corner, and at its mirrors
+        const int right = seen.width() - 1 - x;
+        const int below = seen.height() - 1 - y;
+        const int alpha = qAlpha(seen.pixel(x, y));
+        EXPECT_EQ(qAlpha(seen.pixel(right, y)), alpha);
+        EXPECT_EQ(qAlpha(seen.pixel(x, below)), alpha);
+        EXPECT_EQ(qAlpha(seen.pixel(right, below)), alpha);
+        return alpha;
+    };
+    EXPECT_EQ(alphaFrom(1, 1), 0);
+    EXPECT_EQ(alphaFrom(3, 3), 0);
+    EXPECT_EQ(alphaFrom(6, 6), 255);
+    EXPECT_EQ(alphaFrom(1, 20), 255);
+    EXPECT_EQ(alphaFrom(30, 1), 255);
+    EXPECT_EQ(alphaFrom(40, 25), 255);
+}
+
 TEST_F(CustomBlurViewTest, IsDenseWhereNothingIsKnownOfTheDesktop)
 {
     backdrop.forget();

@@ -6,6 +6,9 @@
 
 #include <QPainter>
 
+#include <algorithm>
+#include <cmath>
+
 namespace tallowbay::views {
 
 namespace {
@@ -30,22 +33,45 @@ void GlassCard::resizeEvent(QResizeEvent* event)
     rim->raise();
 }
 
-// Cut out rather than clipped, since only so the corners are smooth.
 void GlassCard::drawOnGround(QPainter& painter) const
 {
     painter.fillRect(rect(), qt::qtColor(glassTint));
     if (onCard)
         painter.fillRect(rect(), shadeOnCard);
+    painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
+    for (const QRect& part : partsToCut())
+        painter.drawPixmap(part.topLeft(), shapeOf(part));
+}
+
+// The corners, since a large card has millions of pixels that stay as they are. Between whole
+// pixels they would leave seams.
+std::vector<QRect> GlassCard::partsToCut() const
+{
     const double scale = devicePixelRatioF();
-    QPixmap shape((QSizeF(size()) * scale).toSize());
+    const int side = static_cast<int>(std::ceil(cornerRadius));
+    if (scale != std::round(scale) || 2 * side > std::min(width(), height()))
+        return {rect()};
+    const int right = width() - side;
+    const int bottom = height() - side;
+    return {
+        {0, 0, side, side},
+        {right, 0, side, side},
+        {0, bottom, side, side},
+        {right, bottom, side, side}};
+}
+
+// Cut out rather than clipped, since only so the corners are smooth.
+QPixmap GlassCard::shapeOf(const QRect& part) const
+{
+    const double scale = devicePixelRatioF();
+    QPixmap shape((QSizeF(part.size()) * scale).toSize());
     shape.setDevicePixelRatio(scale);
     shape.fill(Qt::transparent);
-    QPainter shapePainter(&shape);
-    shapePainter.setRenderHint(QPainter::Antialiasing);
-    shapePainter.fillPath(roundedPath(rect(), cornerRadius), Qt::black);
-    shapePainter.end();
-    painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
-    painter.drawPixmap(0, 0, shape);
+    QPainter painter(&shape);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(-part.topLeft());
+    painter.fillPath(roundedPath(rect(), cornerRadius), Qt::black);
+    return shape;
 }
 
 GlassBorderOverlay::GlassBorderOverlay(double cornerRadius, QWidget* parent)

@@ -2,6 +2,8 @@
 
 #include "views/ui/CustomBlurView.h"
 
+#include <vector>
+
 namespace tallowbay::views {
 
 // A card of dark glass: what lies behind the window is seen through it, blurred and tinted.
@@ -21,6 +23,9 @@ protected:
     void resizeEvent(QResizeEvent*) override;
 
 private:
+    std::vector<QRect> partsToCut() const;
+    QPixmap shapeOf(const QRect& part) const;
+
     const double cornerRadius;
     QWidget* const rim;
     bool onCard = false;
