@@ -9,6 +9,21 @@
 
 namespace tallowbay::bench {
 
+namespace {
+
+// Of what the kernel tells of a process behind its name: this field, as user, and the next one.
+double secondsOfFields(pid_t process, std::size_t first)
+{
+    std::ifstream file("/proc/" + std::to_string(process) + "/stat");
+    std::string text{std::istreambuf_iterator<char>(file), {}};
+    std::istringstream fields(text.substr(text.rfind(')') + 2));
+    std::vector<std::string> values{std::istream_iterator<std::string>(fields), {}};
+    const double ticks = std::stod(values.at(first)) + std::stod(values.at(first + 1));
+    return ticks / double(sysconf(_SC_CLK_TCK));
+}
+
+} // namespace
+
 double millisecondsSince(Steady::time_point start)
 {
     return std::chrono::duration<double, std::milli>(Steady::now() - start).count();
@@ -36,12 +51,12 @@ std::map<std::string, long> statusOf(pid_t process)
 
 double cpuSeconds(pid_t process)
 {
-    std::ifstream file("/proc/" + std::to_string(process) + "/stat");
-    std::string text{std::istreambuf_iterator<char>(file), {}};
-    std::istringstream fields(text.substr(text.rfind(')') + 2));
-    std::vector<std::string> values{std::istream_iterator<std::string>(fields), {}};
-    const double ticks = std::stod(values.at(11)) + std::stod(values.at(12));
-    return ticks / double(sysconf(_SC_CLK_TCK));
+    return secondsOfFields(process, 11);
+}
+
+double cpuSecondsOfChildren(pid_t process)
+{
+    return secondsOfFields(process, 13);
 }
 
 void forgetPeakMemory(pid_t process)

@@ -22,6 +22,9 @@ std::map<std::string, long> statusOf(pid_t);
 // What it has used so far, of all cores together.
 double cpuSeconds(pid_t);
 
+// What those of its children have used that have ended, with theirs.
+double cpuSecondsOfChildren(pid_t);
+
 // Its greatest memory, "VmHWM:", counts from here on.
 void forgetPeakMemory(pid_t);
 

@@ -54,6 +54,8 @@ public:
     // setxkbmap's arguments, such as {"-layout", "us,ru"}.
     void setKeyboard(const std::vector<std::string>& arguments) const;
 
+    pid_t process() const { return server->pid(); }
+
     // Ends the server with all its clients.
     void kill();
 
