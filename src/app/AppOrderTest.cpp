@@ -148,6 +148,8 @@ struct NotedPasteboard final : Pasteboard {
         journal.push_back("pasteboard is cleared");
         real.clear();
     }
+    void holdPaste(std::chrono::milliseconds limit) override { real.holdPaste(limit); }
+    bool releasePaste() override { return real.releasePaste(); }
     void writeFiles(const std::vector<std::filesystem::path>& files) override
     {
         real.writeFiles(files);
@@ -198,7 +200,8 @@ protected:
             all.updater,
             all.application,
             all.screens,
-            all.textMeasurer};
+            all.textMeasurer,
+            all.windowSystem};
     }
 
     headless::Desktop desktop;

@@ -22,6 +22,9 @@ namespace {
 
 constexpr auto freshFor = 60s;
 
+// Some programs do nothing else while they wait for what they paste; none takes this for failure.
+constexpr auto pastePatience = 800ms;
+
 std::string kibibytes(const FileSystem& fileSystem, const fs::path& file)
 {
     return std::to_string(fileSystem.size(file).value_or(0) / 1024) + "KB";
@@ -139,9 +142,17 @@ void ScreenshotBatch::firePasteIfComplete()
 void ScreenshotBatch::fireQueuedPaste()
 {
     pasteQueued = false;
-    platform.console.line(
-        ">>> Firing queued paste with " + std::to_string(publishedURLs.size()) + " image(s)");
-    firePaste();
+    const std::string images = std::to_string(publishedURLs.size()) + " image(s)";
+    if (platform.pasteboard.releasePaste()) {
+        platform.console.line(">>> Queued paste has waited for " + images);
+    } else if (platform.windowSystem.activeWindow() == pasteWindow) {
+        platform.console.line(">>> Firing queued paste with " + images);
+        firePaste();
+    } else {
+        platform.console.line(">>> Queued paste not fired — another window is active");
+        toasts.show("Ready — paste again");
+        return;
+    }
     resetBatch();
 }
 
@@ -245,7 +256,8 @@ void ScreenshotBatch::handlePaste()
         resetBatch();
         return;
     }
-    platform.pasteboard.clear();
+    platform.pasteboard.holdPaste(pastePatience);
+    pasteWindow = platform.windowSystem.activeWindow();
     pasteQueued = true;
     toasts.show("Pasting...");
     platform.console.line(">>> CMD+V QUEUED — clipboard cleared, waiting for compression");

@@ -4,6 +4,7 @@
 #include "base/Lifetime.h"
 #include "capture/ImageCompressor.h"
 #include "platform/Platform.h"
+#include "platform/WindowSystem.h"
 
 #include <atomic>
 #include <cstdint>
@@ -25,7 +26,9 @@ class ToastGate;
 // the whole batch stands on the pasteboard, so that one paste inserts all screenshots since the
 // last paste. A paste ends the batch; one that comes while something is still being compressed, or
 // while an edit of what stands on the pasteboard is being written, is held: the pasteboard is
-// emptied, and the paste fired when the last of both has ended.
+// emptied, and the paste fired when the last of both has ended. Where that does not take long the
+// user's own paste waits for it. Otherwise it is posted anew, but only into the window in which the
+// user pressed; if another one is active by then, the batch stays on the pasteboard.
 //
 // A file whose last edit could not be written still shows what was there before, perhaps what the
 // edit was to hide. Until an edit of it is written, it is left out of all that stands on the
@@ -121,6 +124,7 @@ private:
     std::vector<std::string> pendingOCRTexts;
     int compressionInProgress = 0;
     bool pasteQueued = false;
+    NativeWindow pasteWindow = 0; // in which the queued paste was pressed last
     bool pasteAwaitsWrite = false; // the queued paste is held for an edit, too
     std::vector<std::filesystem::path> clipboardURLs; // what is wanted on the pasteboard
     std::vector<std::filesystem::path> publishedURLs; // what was put there last

@@ -86,6 +86,8 @@ protected:
         {
         }
         void clear() override { real.clear(); }
+        void holdPaste(std::chrono::milliseconds limit) override { real.holdPaste(limit); }
+        bool releasePaste() override { return real.releasePaste(); }
         void writeFiles(const Paths& files) override
         {
             published.push_back(files);

@@ -76,6 +76,89 @@ TEST_F(ScreenshotBatchPasteTest, FiresAHeldPasteWithTheWholeBatchAndResetsIt)
     EXPECT_EQ(pasted.size(), 1u);
 }
 
+TEST_F(ScreenshotBatchPasteTest, LetsTheUsersOwnPasteWaitForTheWholeBatch)
+{
+    accept("Screenshot 1.png");
+    accept("Screenshot 2.png");
+    batch.handlePaste();
+    desktop.pasteboard.askForFiles();
+    desktop.dispatch.runBackground(1);
+    EXPECT_FALSE(desktop.pasteboard.given);
+    desktop.windowSystem.active = 7; // it goes where it was pressed all the same
+    desktop.dispatch.runUntilIdle();
+    ASSERT_TRUE(desktop.pasteboard.given);
+    EXPECT_EQ(desktop.pasteboard.given->size(), 2u);
+    EXPECT_THAT(pasted, IsEmpty()) << "it would be a second one";
+    EXPECT_THAT(batch.urls(), IsEmpty());
+    EXPECT_EQ(
+        desktop.console.lines[desktop.console.lines.size() - 2],
+        ">>> Queued paste has waited for 2 image(s)");
+}
+
+TEST_F(ScreenshotBatchPasteTest, FiresThePasteIfTheUsersOwnCouldWaitNoLonger)
+{
+    accept("Screenshot 1.png");
+    batch.handlePaste();
+    desktop.pasteboard.askForFiles();
+    desktop.pasteboard.endPatience();
+    EXPECT_THAT(*desktop.pasteboard.given, IsEmpty());
+    desktop.dispatch.runUntilIdle();
+    EXPECT_THAT(pasted, ElementsAre(ElementsAre(copyOf("Screenshot 1.png"))));
+}
+
+TEST_F(ScreenshotBatchPasteTest, FiresNothingIntoAnotherWindowAndKeepsTheBatch)
+{
+    desktop.windowSystem.active = 5;
+    accept("Screenshot 1.png");
+    batch.handlePaste();
+    desktop.windowSystem.active = 7;
+    desktop.dispatch.runUntilIdle();
+    EXPECT_THAT(pasted, IsEmpty());
+    EXPECT_EQ(views.messages().back(), "Ready — paste again");
+    EXPECT_EQ(desktop.pasteboard.files, Paths{copyOf("Screenshot 1.png")});
+    EXPECT_EQ(batch.urls().size(), 1u);
+    EXPECT_EQ(
+        desktop.console.lines.back(), ">>> Queued paste not fired — another window is active");
+
+    batch.handlePaste();
+    EXPECT_THAT(batch.urls(), IsEmpty()) << "the user has pasted again";
+    EXPECT_EQ(desktop.pasteboard.files, Paths{copyOf("Screenshot 1.png")});
+}
+
+TEST_F(ScreenshotBatchPasteTest, FiresIntoTheWindowOfTheLastPress)
+{
+    desktop.windowSystem.active = 5;
+    accept("Screenshot 1.png");
+    batch.handlePaste();
+    desktop.windowSystem.active = 7;
+    batch.handlePaste();
+    desktop.dispatch.runUntilIdle();
+    EXPECT_EQ(pasted.size(), 1u);
+}
+
+TEST_F(ScreenshotBatchPasteTest, FiresIntoAWindowThatTheUserCameBackTo)
+{
+    desktop.windowSystem.active = 5;
+    accept("Screenshot 1.png");
+    batch.handlePaste();
+    desktop.windowSystem.active = 7;
+    desktop.dispatch.runMain();
+    desktop.windowSystem.active = 5;
+    desktop.dispatch.runUntilIdle();
+    EXPECT_EQ(pasted.size(), 1u);
+}
+
+TEST_F(ScreenshotBatchPasteTest, FiresNothingOnceTheWindowIsGone)
+{
+    desktop.windowSystem.active = 5;
+    accept("Screenshot 1.png");
+    batch.handlePaste();
+    desktop.windowSystem.active = 0;
+    desktop.dispatch.runUntilIdle();
+    EXPECT_THAT(pasted, IsEmpty());
+    EXPECT_EQ(batch.urls().size(), 1u);
+}
+
 TEST_F(ScreenshotBatchPasteTest, FiresAHeldPasteOnlyWhenTheLastCompressionEnds)
 {
     accept("Screenshot 1.png");

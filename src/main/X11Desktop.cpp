@@ -73,6 +73,7 @@ Platform X11Desktop::platform()
         .application = shared.application,
         .screens = shared.screens,
         .textMeasurer = shared.textMeasurer,
+        .windowSystem = windowSystem,
     };
 }
 

@@ -20,6 +20,16 @@ public:
     // back.
     virtual void clear() = 0;
 
+    // As clear(), for a paste that the user has just begun and whose content is still to come: if
+    // the program that has the keyboard asks now, it is not answered before releasePaste(). When
+    // the limit is over it is told that there is nothing, and so it is when another paste is to be
+    // held before that; then neither is held, or both would insert what comes. May hold nothing.
+    virtual void holdPaste(std::chrono::milliseconds limit) = 0;
+
+    // Gives the program whose paste is held what the pasteboard holds now. False if none is held,
+    // or if it has not asked: then nothing has been pasted.
+    virtual bool releasePaste() = 0;
+
     // A paste target receives the files, in this order; no text and no image beside them. The paths
     // are absolute; every byte of a name arrives. No files: as clear().
     virtual void writeFiles(const std::vector<std::filesystem::path>&) = 0;

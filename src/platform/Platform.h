@@ -26,6 +26,7 @@ class TextMeasurer;
 class TextRecognizer;
 class Updater;
 class UserDefaultsStore;
+class WindowSystem;
 struct DesktopSettings;
 struct ToolPaths;
 
@@ -57,6 +58,7 @@ struct Platform {
     Application& application;
     Screens& screens;
     TextMeasurer& textMeasurer;
+    WindowSystem& windowSystem;
 };
 
 } // namespace tallowbay

@@ -14,6 +14,11 @@ namespace tallowbay::contract {
 //   std::string pastedText(); // what another program receives as text
 //   void copyFilesElsewhere(const std::vector<std::filesystem::path>&); // in another program
 //   void copyTextElsewhere(const std::string&);
+//   void askForFiles(); // the program that has the keyboard does
+//   std::optional<std::vector<std::filesystem::path>> given(); // to it, empty until the answer
+//   bool runUntil(condition); // runs the main queue until it holds; false after long
+//   void settle(); // handles what was asked so far
+//   void letTimePass(); // 300 ms of it
 //   void startKeeper(); // the desktop's keeper of texts; none is there before
 //   std::string keptText(); // what it was given
 template <typename Backend> class PasteboardContract : public testing::Test {
@@ -21,6 +26,13 @@ protected:
     Backend backend;
     Pasteboard& pasteboard = backend.pasteboard();
     const std::vector<std::filesystem::path> files{"/b.png", "/folder/a.png", "/c.png"};
+
+    // What the program that has the keyboard is given, now that it is given something.
+    std::vector<std::filesystem::path> awaitFiles()
+    {
+        EXPECT_TRUE(backend.runUntil([this] { return backend.given().has_value(); }));
+        return backend.given().value_or(std::vector<std::filesystem::path>{"/no answer"});
+    }
 };
 
 TYPED_TEST_SUITE_P(PasteboardContract);
@@ -141,6 +153,57 @@ TYPED_TEST_P(PasteboardContract, OthersPastingChangesNoCount)
     EXPECT_EQ(this->pasteboard.changeCount(), written);
 }
 
+TYPED_TEST_P(PasteboardContract, AHeldPasteReceivesWhatIsThereAtItsRelease)
+{
+    this->pasteboard.writeFiles({"/stale.png"});
+    this->pasteboard.holdPaste(std::chrono::hours(1));
+    this->backend.askForFiles();
+    this->pasteboard.writeFiles({"/half.png"});
+    this->backend.settle();
+    EXPECT_FALSE(this->backend.given());
+    this->pasteboard.clear();
+    this->pasteboard.writeFiles(this->files);
+    EXPECT_TRUE(this->pasteboard.releasePaste());
+    EXPECT_EQ(this->awaitFiles(), this->files);
+    EXPECT_FALSE(this->pasteboard.releasePaste()) << "it has been answered";
+    EXPECT_EQ(this->backend.pastedFiles(), this->files);
+}
+
+TYPED_TEST_P(PasteboardContract, AHeldPasteReceivesNothingOnceItsTimeIsOver)
+{
+    this->pasteboard.writeFiles({"/stale.png"});
+    this->pasteboard.holdPaste(std::chrono::milliseconds(100));
+    this->backend.askForFiles();
+    this->pasteboard.writeFiles({"/half.png"});
+    this->backend.letTimePass();
+    EXPECT_THAT(this->awaitFiles(), testing::IsEmpty());
+    EXPECT_FALSE(this->pasteboard.releasePaste());
+}
+
+TYPED_TEST_P(PasteboardContract, OfTwoPastesNoneIsHeld)
+{
+    this->pasteboard.holdPaste(std::chrono::hours(1));
+    this->backend.askForFiles();
+    this->backend.settle();
+    this->pasteboard.holdPaste(std::chrono::hours(1));
+    EXPECT_THAT(this->awaitFiles(), testing::IsEmpty());
+    this->backend.askForFiles();
+    EXPECT_THAT(this->awaitFiles(), testing::IsEmpty());
+    this->pasteboard.writeFiles(this->files);
+    EXPECT_FALSE(this->pasteboard.releasePaste());
+}
+
+TYPED_TEST_P(PasteboardContract, NothingIsPastedByAReleaseIfNobodyHasAsked)
+{
+    this->pasteboard.writeFiles({"/stale.png"});
+    this->pasteboard.holdPaste(std::chrono::hours(1));
+    EXPECT_THAT(this->pasteboard.readFiles(), testing::IsEmpty());
+    EXPECT_FALSE(this->pasteboard.releasePaste());
+    this->pasteboard.writeFiles(this->files);
+    this->backend.askForFiles();
+    EXPECT_EQ(this->awaitFiles(), this->files);
+}
+
 TYPED_TEST_P(PasteboardContract, HandsItsTextOver)
 {
     this->backend.startKeeper();
@@ -174,7 +237,9 @@ REGISTER_TYPED_TEST_SUITE_P(
     TextArrivesWithoutFiles, AfterClearNothingIsPasted, NoFilesAreAsClear,
     AWriteReplacesWhatWasThere, ReadsItsOwnFiles, ReadsTheFilesOfOthers,
     ReadsNoFilesFromTheTextOfOthers, CountsItsOwnChanges, CountsTheChangesOfOthers,
-    OthersPastingChangesNoCount, HandsItsTextOver, HandsNothingElseOver,
+    OthersPastingChangesNoCount, AHeldPasteReceivesWhatIsThereAtItsRelease,
+    AHeldPasteReceivesNothingOnceItsTimeIsOver, OfTwoPastesNoneIsHeld,
+    NothingIsPastedByAReleaseIfNobodyHasAsked, HandsItsTextOver, HandsNothingElseOver,
     TellsThatNobodyKeepsTheText);
 
 } // namespace tallowbay::contract

@@ -14,6 +14,7 @@
 #include "platform/headless/HeadlessStatusBar.h"
 #include "platform/headless/HeadlessTextMeasurer.h"
 #include "platform/headless/HeadlessUpdater.h"
+#include "platform/headless/HeadlessWindows.h"
 #include "platform/headless/MemoryFileSystem.h"
 #include "platform/headless/MemoryPasteboard.h"
 #include "platform/headless/MemoryUserDefaults.h"
@@ -54,17 +55,18 @@ struct Desktop {
     HeadlessApplication application{dispatch};
     HeadlessScreens screens;
     HeadlessTextMeasurer textMeasurer;
+    HeadlessWindowSystem windowSystem;
 
     Platform platform() { return platformWith(files, pasteboard); }
 
     // With others' files or pasteboard, as of the machine's own disk.
     Platform platformWith(FileSystem& disk, Pasteboard& board)
     {
-        return {dispatch,       clock,       calendar,  console, disk,       fileEvents,
-                folderEvents,   processes,   resources, tools,   imageCodec, offscreenGraphics,
-                textRecognizer, defaults,    settings,  board,   keyTap,     keyPoster,
-                hotkeys,        permissions, statusBar, alerts,  updater,    application,
-                screens,        textMeasurer};
+        return {dispatch,       clock,        calendar,    console, disk,       fileEvents,
+                folderEvents,   processes,    resources,   tools,   imageCodec, offscreenGraphics,
+                textRecognizer, defaults,     settings,    board,   keyTap,     keyPoster,
+                hotkeys,        permissions,  statusBar,   alerts,  updater,    application,
+                screens,        textMeasurer, windowSystem};
     }
 };
 

@@ -167,6 +167,11 @@ struct MemoryPasteboardBackend {
         memory.copyElsewhere(files);
     }
     void copyTextElsewhere(const std::string& text) { memory.copyTextElsewhere(text); }
+    void askForFiles() { memory.askForFiles(); }
+    std::optional<std::vector<std::filesystem::path>> given() { return memory.given; }
+    bool runUntil(const std::function<bool()>& condition) { return condition(); }
+    void settle() { }
+    void letTimePass() { memory.endPatience(); }
     void startKeeper() { memory.desktopKeepsTexts = true; }
     std::string keptText() { return memory.keptText; }
 };

@@ -17,6 +17,38 @@ void MemoryPasteboard::clear()
     replace({}, {});
 }
 
+void MemoryPasteboard::holdPaste(std::chrono::milliseconds)
+{
+    clear();
+    const bool another = holdsPaste;
+    endPatience();
+    holdsPaste = !another;
+}
+
+bool MemoryPasteboard::releasePaste()
+{
+    holdsPaste = false;
+    if (!std::exchange(hasAsked, false))
+        return false;
+    given = files;
+    return true;
+}
+
+void MemoryPasteboard::askForFiles()
+{
+    given.reset();
+    hasAsked = holdsPaste;
+    if (!holdsPaste)
+        given = files;
+}
+
+void MemoryPasteboard::endPatience()
+{
+    holdsPaste = false;
+    if (std::exchange(hasAsked, false))
+        given.emplace();
+}
+
 void MemoryPasteboard::writeFiles(const std::vector<std::filesystem::path>& paths)
 {
     replace(paths, {});

@@ -2,6 +2,7 @@
 
 #include "platform/Pasteboard.h"
 
+#include <optional>
 #include <string>
 #include <variant>
 
@@ -11,11 +12,20 @@ namespace tallowbay::headless {
 class MemoryPasteboard final : public Pasteboard {
 public:
     void clear() override;
+    void holdPaste(std::chrono::milliseconds limit) override;
+    bool releasePaste() override;
     void writeFiles(const std::vector<std::filesystem::path>& paths) override;
     void writeText(const std::string& written) override;
     std::vector<std::filesystem::path> readFiles() const override { return files; }
     std::int64_t changeCount() const override { return changes; }
     bool handOver(std::chrono::milliseconds limit) override;
+
+    // The program that has the keyboard asks for files; what it is given stands in `given`.
+    void askForFiles();
+    std::optional<std::vector<std::filesystem::path>> given;
+
+    // The time for which a paste is held is over.
+    void endPatience();
 
     // Another program copies something.
     void copyElsewhere(std::vector<std::filesystem::path> paths);
@@ -32,6 +42,8 @@ private:
     void replace(std::vector<std::filesystem::path> paths, std::string written);
 
     bool textIsOurs = false;
+    bool holdsPaste = false;
+    bool hasAsked = false; // and is not answered yet
     std::int64_t changes = 0;
 };
 

@@ -76,6 +76,62 @@ void X11Pasteboard::clear()
     own({});
 }
 
+// The key that began the paste has been handled before any request that it provokes. Who hears of a
+// new owner asks for the list of forms, paste or not; so an owner we become only if we are none.
+void X11Pasteboard::holdPaste(std::chrono::milliseconds limit)
+{
+    const bool another = heldPaste.has_value();
+    if (offer())
+        empty();
+    else
+        own({});
+    refuseHeldPaste();
+    const Client program = clientInFront();
+    if (another || program.base == 0 || program.base == toolkit.base)
+        return;
+    heldPaste = HeldPaste{program, {}};
+    dispatch.mainAfter(limit, lifetime.guard([this, number = ++lastHeldPaste] {
+        if (number == lastHeldPaste)
+            refuseHeldPaste();
+    }));
+}
+
+bool X11Pasteboard::releasePaste()
+{
+    const auto paste = std::exchange(heldPaste, std::nullopt);
+    if (!paste)
+        return false;
+    for (const auto& request : paste->requests)
+        respond(request);
+    return !paste->requests.empty();
+}
+
+// Whatever the clipboard holds by now.
+void X11Pasteboard::refuseHeldPaste()
+{
+    const ClipboardOffer nothing{std::make_shared<const ClipboardContent>()};
+    const auto paste = std::exchange(heldPaste, std::nullopt);
+    if (!paste)
+        return;
+    for (const auto& request : paste->requests)
+        answers.answer(request, &nothing);
+}
+
+X11Pasteboard::Client X11Pasteboard::clientOf(xcb_window_t window) const
+{
+    const std::uint32_t mask = xcb_get_setup(session.connection())->resource_id_mask;
+    return {window & ~mask, mask};
+}
+
+// None if no certain window has the keyboard.
+X11Pasteboard::Client X11Pasteboard::clientInFront() const
+{
+    const auto reply = owned(xcb_get_input_focus_reply(
+        session.connection(), xcb_get_input_focus(session.connection()), nullptr));
+    const bool isCertain = reply && reply->focus != XCB_INPUT_FOCUS_POINTER_ROOT;
+    return isCertain ? clientOf(reply->focus) : Client();
+}
+
 void X11Pasteboard::writeFiles(const Files& files)
 {
     own(files.empty() ? ClipboardContent() : ClipboardContent(files));
@@ -138,6 +194,15 @@ void X11Pasteboard::own(ClipboardContent content)
         before ? before->ownedSince : now, now}));
 }
 
+// Without a word to anyone.
+void X11Pasteboard::empty()
+{
+    ++changes;
+    ClipboardOffer nothing = *offer();
+    nothing.content = std::make_shared<const ClipboardContent>();
+    setOffer(std::make_shared<const ClipboardOffer>(std::move(nothing)));
+}
+
 X11Pasteboard::Offer X11Pasteboard::offer() const
 {
     const std::scoped_lock lock(offerMutex);
@@ -178,6 +243,7 @@ void X11Pasteboard::noteLoss(const X11Event& event)
     const Offer current = offer();
     if (!isBefore(event.sequence(), writtenBy)) {
         setOffer(nullptr);
+        refuseHeldPaste();
     } else if (current) { // we have become the owner again since then
         ClipboardOffer interrupted = *current;
         interrupted.ownedSince = interrupted.writtenAt;
@@ -199,6 +265,14 @@ void X11Pasteboard::answer(const xcb_selection_request_event_t& request)
     transfers.forget(request.requestor, request.property);
     if (toolkit.has(request.requestor))
         return;
+    if (heldPaste && heldPaste->program.has(request.requestor))
+        hold(request);
+    else
+        respond(request);
+}
+
+void X11Pasteboard::respond(const xcb_selection_request_event_t& request)
+{
     const Offer current = offer();
     if (current && isForTransfer(request, *current))
         fileTransfers->answer(request, *current->content);
@@ -211,6 +285,20 @@ bool X11Pasteboard::isForTransfer(
 {
     return fileTransfers && request.target == session.atom(TransferAnswers::form)
         && answers.mayAsk(request, current) && fileTransfers->offers(*current.content);
+}
+
+// That there will be files is known. Only who asks for them is pasting; many programs ask for the
+// forms as soon as they hear of a change.
+void X11Pasteboard::hold(const xcb_selection_request_event_t& request)
+{
+    const ClipboardOffer files{std::make_shared<const ClipboardContent>(Files())};
+    const Offer own = offer();
+    if (!own || !answers.mayAsk(request, *own))
+        answers.answer(request, own.get());
+    else if (request.target == session.atom("TARGETS"))
+        answers.answer(request, &files);
+    else
+        heldPaste->requests.push_back(request);
 }
 
 void X11Pasteboard::answerToolkit(const Client& client, const X11Event& event)
@@ -242,8 +330,7 @@ bool X11Pasteboard::sendWhole(
 // has fallen silent. Owning the clipboard anew makes it begin.
 void X11Pasteboard::showEmptinessTo(xcb_window_t manager, std::chrono::milliseconds limit)
 {
-    const std::uint32_t mask = xcb_get_setup(session.connection())->resource_id_mask;
-    const Client reader{manager & ~mask, mask};
+    const Client reader = clientOf(manager);
     int questions = 0;
     const auto counting = session.watchOnMain([&](const X11Event& event) {
         if (event.type() == XCB_SELECTION_REQUEST

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Lifetime.h"
 #include "platform/Pasteboard.h"
 #include "platform/x11/clipboard/SelectionAnswers.h"
 #include "platform/x11/clipboard/SelectionTransfers.h"
@@ -27,6 +28,8 @@ public:
     void offerTransfers(FileTransfer&);
 
     void clear() override;
+    void holdPaste(std::chrono::milliseconds limit) override;
+    bool releasePaste() override;
     void writeFiles(const std::vector<std::filesystem::path>&) override;
     void writeText(const std::string&) override;
     std::vector<std::filesystem::path> readFiles() const override;
@@ -45,15 +48,27 @@ private:
     };
     using Offer = std::shared_ptr<const ClipboardOffer>;
 
+    // A program that pastes, and what it has asked for.
+    struct HeldPaste {
+        Client program;
+        std::vector<xcb_selection_request_event_t> requests;
+    };
+
     void own(ClipboardContent);
+    void empty();
     Offer offer() const;
     void setOffer(Offer);
     xcb_window_t currentOwner(xcb_atom_t selection) const;
+    Client clientOf(xcb_window_t) const;
+    Client clientInFront() const;
+    void refuseHeldPaste();
     void handle(const X11Event&);
     void noteLoss(const X11Event&);
     void noteOtherOwner(const X11Event&);
     void answer(const xcb_selection_request_event_t&);
+    void respond(const xcb_selection_request_event_t&);
     bool isForTransfer(const xcb_selection_request_event_t&, const ClipboardOffer&) const;
+    void hold(const xcb_selection_request_event_t&);
     void answerToolkit(const Client&, const X11Event&);
     bool sendWhole(xcb_window_t, xcb_atom_t property, xcb_atom_t type, const std::string&);
     void showEmptinessTo(xcb_window_t manager, std::chrono::milliseconds limit);
@@ -69,12 +84,15 @@ private:
     Client toolkit;
     std::uint32_t writtenBy = 0; // the number of the request that made us the owner
     std::int64_t changes = 0;
+    std::optional<HeldPaste> heldPaste;
+    int lastHeldPaste = 0;
 
     mutable std::mutex offerMutex;
     Offer currentOffer; // null while another one is the owner
 
     Subscription events;
     Subscription toolkitEvents;
+    Lifetime lifetime;
 };
 
 } // namespace tallowbay::x11

@@ -12,6 +12,8 @@ using std::filesystem::path;
 
 class X11PasteboardBackend {
 public:
+    X11PasteboardBackend() { inFront.takeFocus(); }
+
     Pasteboard& pasteboard() { return board; }
 
     std::vector<path> pastedFiles()
@@ -41,6 +43,29 @@ public:
     }
 
     void copyTextElsewhere(const std::string& text) { copyElsewhere("UTF8_STRING", text); }
+
+    void askForFiles()
+    {
+        answer.reset();
+        inFront.request("text/uri-list");
+        inFront.sync();
+    }
+    std::optional<std::vector<path>> given()
+    {
+        const auto event = inFront.nextOf(XCB_SELECTION_NOTIFY, std::chrono::milliseconds(0));
+        if (event) {
+            const bool granted =
+                reinterpret_cast<xcb_selection_notify_event_t&>(*event).property != XCB_NONE;
+            answer = granted ? filesOf(inFront.take().bytes, "\r\n") : std::vector<path>();
+        }
+        return answer;
+    }
+    bool runUntil(const std::function<bool()>& condition) { return desktop.run(condition); }
+    void settle() { desktop.settle(); }
+    void letTimePass()
+    {
+        desktop.dispatch.runUntil([] { return false; }, std::chrono::milliseconds(300));
+    }
 
     void startKeeper() { keeper.emplace(desktop.server.display()); }
     std::string keptText() { return keeper->kept; }
@@ -74,6 +99,8 @@ private:
     X11Pasteboard board{*desktop.session, desktop.dispatch};
     std::vector<std::unique_ptr<test::ChildProcess>> owners;
     std::optional<Keeper> keeper;
+    test::XClient inFront{desktop.server.display()};
+    std::optional<std::vector<path>> answer;
 };
 
 } // namespace

@@ -205,5 +205,38 @@ TEST_F(X11PasteboardTest, SurvivesTheEndOfTheServer)
     EXPECT_EQ(desktop.lostCount, 1);
 }
 
+// It would have been taken for a paste.
+TEST_F(X11PasteboardTest, TellsAProgramWhosePasteIsHeldAtOnceThatThereWillBeFiles)
+{
+    client.takeFocus();
+    pasteboard.holdPaste(1h);
+    EXPECT_THAT(targets(), testing::Contains("x-special/gnome-copied-files"));
+    pasteboard.writeFiles({"/a"});
+    EXPECT_FALSE(pasteboard.releasePaste());
+}
+
+TEST_F(X11PasteboardTest, KeepsNobodyWaitingButTheProgramInFront)
+{
+    client.takeFocus();
+    pasteboard.writeFiles({"/a"});
+    pasteboard.holdPaste(1h);
+    XClient other(desktop.server.display());
+    EXPECT_EQ(desktop.beside([&] { return other.paste("text/uri-list"); }), std::nullopt);
+    EXPECT_THAT(
+        desktop.beside([&] { return other.targets(); }), ElementsAre("TARGETS", "TIMESTAMP"));
+}
+
+TEST_F(X11PasteboardTest, GivesAHeldPasteNothingOnceAnotherProgramOwnsTheClipboard)
+{
+    client.takeFocus();
+    pasteboard.holdPaste(1h);
+    client.request("text/uri-list");
+    desktop.settle();
+    XClient other(desktop.server.display());
+    other.own("CLIPBOARD");
+    EXPECT_FALSE(granted());
+    EXPECT_FALSE(pasteboard.releasePaste());
+}
+
 } // namespace
 } // namespace tallowbay::x11
