@@ -23,8 +23,8 @@ struct DefaultsValue {
 // Thread: main queue. Another process may write the same domain at any time; a read sees what was
 // written before it. A write keeps every key that it does not name, is on the disk when it
 // returns, and is lost silently if the disk refuses it, or if the domain grows too large to be read
-// again. A file that cannot be understood reads as empty, which the user is told, and is kept aside,
-// not lost, when something is written.
+// again. A file that cannot be understood reads as empty, which the user is told, and is kept
+// aside, not lost, when something is written.
 class UserDefaults {
 public:
     virtual ~UserDefaults() = default;
