@@ -15,8 +15,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using Paths = std::vector<std::filesystem::path>;
 using Arguments = std::vector<std::string>;
-
-const std::filesystem::path optimized = "/home/u/Downloads/Tallowbay/optimized";
+using headless::optimized;
 
 class AppDelegateTest : public testing::Test {
 protected:

@@ -13,8 +13,8 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using Path = std::filesystem::path;
+using headless::optimized;
 
-const Path optimized = "/home/u/Downloads/Tallowbay/optimized";
 const Path originals = "/home/u/Desktop";
 constexpr auto limit = 2'592'000s;
 

@@ -14,8 +14,7 @@ namespace tallowbay {
 namespace {
 
 using Paths = std::vector<std::filesystem::path>;
-
-const std::filesystem::path optimized = "/home/u/Downloads/Tallowbay/optimized";
+using headless::optimized;
 
 class OutputFolderWatcherTest : public testing::Test {
 protected:

@@ -10,8 +10,7 @@ namespace {
 
 using Arguments = std::vector<std::string>;
 using Call = headless::ScriptedProcesses::Call;
-
-const std::filesystem::path optimized = "/home/u/Downloads/Tallowbay/optimized";
+using headless::optimized;
 
 class ImageCompressorTest : public testing::Test {
 protected:

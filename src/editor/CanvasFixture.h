@@ -29,6 +29,10 @@ inline AnnotationItem blurAt(Rect rect, Color color = systemYellow)
     return {AnnotationTool::blur, rect, std::nullopt, color};
 }
 
+// How a blur's fills end in a recording.
+inline const std::string blurBase = " color(0.12 0.12 0.12 1)";
+inline const std::string blurCell = " color(0.18 0.18 0.18 1)";
+
 // The view in memory: a field whose text the test types, and a journal of what the canvas asked
 // for, such as "redraw", "cursor crosshair", "field shown".
 class JournalCanvasPort final : public AnnotationCanvasPort {

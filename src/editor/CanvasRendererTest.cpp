@@ -257,37 +257,36 @@ TEST_F(CanvasRendererTest, DrawsNothingOfATextThatIsEmptyOrAbsent)
 
 // Blurs
 
-const std::string base = " color(0.12 0.12 0.12 1)";
-const std::string cell = " color(0.18 0.18 0.18 1)";
-
 TEST_F(CanvasRendererTest, DrawsABlurAsACheckerboardOfCellsAnEighthOfItsShorterSide)
 {
     // 80 by 100 has cells of 10, in 8 columns and 10 rows.
-    Lines expected{"fill rect(100 200 80 100)" + base};
+    Lines expected{"fill rect(100 200 80 100)" + blurBase};
     for (int row = 0; row < 10; ++row)
         for (int column = 0; column < 8; ++column)
             if ((row + column) % 2 == 0)
                 expected.push_back(
                     "fill rect(" + std::to_string(100 + column * 10) + " "
-                    + std::to_string(200 + row * 10) + " 10 10)" + cell);
+                    + std::to_string(200 + row * 10) + " 10 10)" + blurCell);
     EXPECT_EQ(drawnItem(blurAt({{100, 200}, {80, 100}})), expected);
 }
 
 TEST_F(CanvasRendererTest, UsesCellsOf6PointsInANarrowBlur)
 {
     const auto lines = drawnItem(blurAt({{0, 0}, {20, 100}}));
-    EXPECT_EQ(lines[1], "fill rect(0 0 6 6)" + cell);
+    EXPECT_EQ(lines[1], "fill rect(0 0 6 6)" + blurCell);
     // Four columns and seventeen rows, the last ones clipped to 2 and 4 points.
     EXPECT_EQ(lines.size(), 1u + 4 * 17 / 2);
-    EXPECT_EQ(lines[2], "fill rect(12 0 6 6)" + cell);
-    EXPECT_EQ(lines[4], "fill rect(18 6 2 6)" + cell);
-    EXPECT_EQ(lines.back(), "fill rect(12 96 6 4)" + cell);
+    EXPECT_EQ(lines[2], "fill rect(12 0 6 6)" + blurCell);
+    EXPECT_EQ(lines[4], "fill rect(18 6 2 6)" + blurCell);
+    EXPECT_EQ(lines.back(), "fill rect(12 96 6 4)" + blurCell);
 }
 
 TEST_F(CanvasRendererTest, PaintsOnlyTheBaseOfABlurWithoutWidthOrHeight)
 {
-    EXPECT_THAT(drawnItem(blurAt({{5, 6}, {0, 50}})), ElementsAre("fill rect(5 6 0 50)" + base));
-    EXPECT_THAT(drawnItem(blurAt({{5, 6}, {50, 0}})), ElementsAre("fill rect(5 6 50 0)" + base));
+    EXPECT_THAT(
+        drawnItem(blurAt({{5, 6}, {0, 50}})), ElementsAre("fill rect(5 6 0 50)" + blurBase));
+    EXPECT_THAT(
+        drawnItem(blurAt({{5, 6}, {50, 0}})), ElementsAre("fill rect(5 6 50 0)" + blurBase));
 }
 
 TEST_F(CanvasRendererTest, DecoratesABlurLikeAHighlight)

@@ -5,7 +5,7 @@
 namespace tallowbay {
 namespace {
 
-struct Row {
+struct TraitsRow {
     const char* name;
     HotkeyTarget target;
     std::uint32_t signature;
@@ -14,12 +14,12 @@ struct Row {
     HotkeyConfig config;
 };
 
-void PrintTo(const Row& row, std::ostream* out)
+void PrintTo(const TraitsRow& row, std::ostream* out)
 {
     *out << row.name;
 }
 
-class HotkeyTargetTest : public testing::TestWithParam<Row> { };
+class HotkeyTargetTest : public testing::TestWithParam<TraitsRow> { };
 
 TEST_P(HotkeyTargetTest, HasItsOwnIdKeyAndDefault)
 {
@@ -32,20 +32,23 @@ TEST_P(HotkeyTargetTest, HasItsOwnIdKeyAndDefault)
 INSTANTIATE_TEST_SUITE_P(
     All, HotkeyTargetTest,
     testing::Values(
-        Row{"openClose",
+        TraitsRow{
+            "openClose",
             HotkeyTarget::openClose,
             0x5353414E,
             2,
             "hotkeyOpenClose",
             {49, 0x800, "Opt+Space"}},
-        Row{"ocr", HotkeyTarget::ocr, 0x53534F58, 1, "hotkeyOCR", {7, 0x300, "Cmd+Shift+X"}},
-        Row{"undoLast",
+        TraitsRow{"ocr", HotkeyTarget::ocr, 0x53534F58, 1, "hotkeyOCR", {7, 0x300, "Cmd+Shift+X"}},
+        TraitsRow{
+            "undoLast",
             HotkeyTarget::undoLast,
             0x5353554C,
             4,
             "hotkeyUndoLast",
             {6, 0x1100, "Cmd+Ctrl+Z"}},
-        Row{"clearAll",
+        TraitsRow{
+            "clearAll",
             HotkeyTarget::clearAll,
             0x5353434C,
             5,

@@ -7,18 +7,18 @@
 namespace tallowbay {
 namespace {
 
-struct Row {
+struct ShortcutRow {
     const char* combination;
     KeyCode keyCode;
     HotkeyModifiers modifiers;
 };
 
-void PrintTo(const Row& row, std::ostream* out)
+void PrintTo(const ShortcutRow& row, std::ostream* out)
 {
     *out << row.combination;
 }
 
-constexpr Row rows[] = {
+constexpr ShortcutRow rows[] = {
     {"Cmd+Space", 49, 0x100},     {"Cmd+Tab", 48, 0x100},     {"Cmd+Shift+Tab", 48, 0x300},
     {"Cmd+Shift+3", 20, 0x300},   {"Cmd+Shift+4", 21, 0x300}, {"Cmd+Shift+5", 23, 0x300},
     {"Cmd+Shift+6", 22, 0x300},   {"Opt+Cmd+Esc", 53, 0x900}, {"Opt+Cmd+D", 2, 0x900},
@@ -35,7 +35,7 @@ constexpr Row rows[] = {
     {"Cmd+Shift+Z", 6, 0x300},    {"Cmd+Delete", 51, 0x100},  {"Cmd+,", 43, 0x100},
 };
 
-class SystemShortcutTest : public testing::TestWithParam<Row> { };
+class SystemShortcutTest : public testing::TestWithParam<ShortcutRow> { };
 
 TEST_P(SystemShortcutTest, Conflicts)
 {

@@ -13,10 +13,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using Arguments = std::vector<std::string>;
 using Lines = std::vector<std::string>;
-
-const std::filesystem::path optimized = "/home/u/Downloads/Tallowbay/optimized";
-const std::string base = " color(0.12 0.12 0.12 1)";
-const std::string cell = " color(0.18 0.18 0.18 1)";
+using headless::optimized;
 
 // Compressing tools that take away nothing, and a disk that remembers what its visible files held.
 class AnnotationExporterTest : public testing::Test {
@@ -132,14 +129,14 @@ TEST_F(AnnotationExporterTest, LeavesNoTraceOfATextThatIsEmptyOrAbsent)
 TEST_F(AnnotationExporterTest, UsesBlurCellsOf8PixelsWhereATenthIsLess)
 {
     // 50 x 50 pixels: 7 x 7 cells, the last row and column 2 pixels wide.
-    Lines expected{"fill rect(10 20 50 50)" + base};
+    Lines expected{"fill rect(10 20 50 50)" + blurBase};
     for (int row = 0; row < 7; ++row)
         for (int column = 0; column < 7; ++column)
             if ((row + column) % 2 == 0)
                 expected.push_back(
                     "fill rect(" + std::to_string(10 + column * 8) + " "
                     + std::to_string(20 + row * 8) + (column == 6 ? " 2" : " 8")
-                    + (row == 6 ? " 2)" : " 8)") + cell);
+                    + (row == 6 ? " 2)" : " 8)") + blurCell);
     EXPECT_EQ(flattened({blurAt({{68, 88}, {100, 100}})}), expected);
     EXPECT_EQ(flattened({blurAt({{168, 188}, {-100, -100}})}), expected);
 }
@@ -147,24 +144,25 @@ TEST_F(AnnotationExporterTest, UsesBlurCellsOf8PixelsWhereATenthIsLess)
 TEST_F(AnnotationExporterTest, UsesBlurCellsOfATenthOfTheShorterSide)
 {
     const auto lines = flattened({blurAt({{48, 48}, {400, 300}})});
-    EXPECT_EQ(lines.at(0), "fill rect(0 0 200 150)" + base);
-    EXPECT_EQ(lines.at(1), "fill rect(0 0 15 15)" + cell);
-    EXPECT_EQ(lines.at(2), "fill rect(30 0 15 15)" + cell);
+    EXPECT_EQ(lines.at(0), "fill rect(0 0 200 150)" + blurBase);
+    EXPECT_EQ(lines.at(1), "fill rect(0 0 15 15)" + blurCell);
+    EXPECT_EQ(lines.at(2), "fill rect(30 0 15 15)" + blurCell);
     EXPECT_EQ(lines.size(), 1u + 14 * 10 / 2);
 }
 
 TEST_F(AnnotationExporterTest, HidesPixelsThatABlurTouchesInPartAndKeepsItsCells)
 {
     const auto lines = flattened({blurAt({{69, 89}, {40.5, 20.5}})});
-    EXPECT_EQ(lines.at(0), "fill rect(10 20 21 11)" + base);
-    EXPECT_EQ(lines.at(1), "fill rect(10.5 20.5 8 8)" + cell);
-    EXPECT_EQ(lines.at(2), "fill rect(26.5 20.5 4.25 8)" + cell);
+    EXPECT_EQ(lines.at(0), "fill rect(10 20 21 11)" + blurBase);
+    EXPECT_EQ(lines.at(1), "fill rect(10.5 20.5 8 8)" + blurCell);
+    EXPECT_EQ(lines.at(2), "fill rect(26.5 20.5 4.25 8)" + blurCell);
 }
 
 TEST_F(AnnotationExporterTest, PaintsOnlyTheBaseOfABlurWithoutWidth)
 {
     EXPECT_THAT(
-        flattened({blurAt({{69, 89}, {0, 20}})}), ElementsAre("fill rect(10.5 20.5 0 10)" + base));
+        flattened({blurAt({{69, 89}, {0, 20}})}),
+        ElementsAre("fill rect(10.5 20.5 0 10)" + blurBase));
 }
 
 TEST_F(AnnotationExporterTest, StopsAtABlurWithoutAFiniteNumberOfCells)

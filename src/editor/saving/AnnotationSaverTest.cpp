@@ -12,8 +12,7 @@ using namespace test;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using Arguments = std::vector<std::string>;
-
-const std::filesystem::path optimized = "/home/u/Downloads/Tallowbay/optimized";
+using headless::optimized;
 
 class AnnotationSaverTest : public testing::Test {
 protected:

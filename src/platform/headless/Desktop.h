@@ -27,6 +27,9 @@
 
 namespace tallowbay::headless {
 
+// Where the compressed copies of its user go.
+inline const std::filesystem::path optimized = "/home/u/Downloads/Tallowbay/optimized";
+
 // A whole desktop in memory: every seam, with the controls of each.
 struct Desktop {
     VirtualClock clock;

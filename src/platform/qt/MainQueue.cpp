@@ -12,7 +12,7 @@ namespace tallowbay::qt {
 
 namespace {
 
-const auto wakeUp = QEvent::Type(QEvent::registerEventType());
+const auto wakeUpEvent = QEvent::Type(QEvent::registerEventType());
 
 } // namespace
 
@@ -23,7 +23,7 @@ void MainQueue::async(Task task)
     std::lock_guard lock(mutex);
     tasks.push_back(std::move(task));
     if (!std::exchange(wakeUpPosted, true))
-        QCoreApplication::postEvent(this, new QEvent(wakeUp)); // the event loop owns it
+        QCoreApplication::postEvent(this, new QEvent(wakeUpEvent)); // the event loop owns it
 }
 
 void MainQueue::after(std::chrono::milliseconds delay, Task task)
@@ -67,7 +67,7 @@ Subscription MainQueue::repeatEvery(std::chrono::milliseconds interval, Task tas
 
 bool MainQueue::event(QEvent* event)
 {
-    if (event->type() != wakeUp)
+    if (event->type() != wakeUpEvent)
         return QObject::event(event);
     drain();
     return true;

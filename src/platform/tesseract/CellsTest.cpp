@@ -8,9 +8,6 @@
 namespace tallowbay::tesseract {
 namespace {
 
-constexpr QRgb grey = 0xFFD4D4D4u;
-constexpr QRgb dark = 0xFF1E1E1Eu;
-
 std::vector<Cell> cellsOf(const std::string& text, const TextDrawing::Look& look)
 {
     // A line alone may be too short to tell how wide its characters are.
@@ -47,7 +44,8 @@ TEST(CellsTest, TellHowManyUnderscoresThereAre)
     for (const char* typeface : typefaces) {
         for (const int pixels : {11, 12, 13, 15, 18}) {
             expectShape("__attribute__((__packed__)) count_;", {typeface, pixels});
-            expectShape("a_b a__b a___b ____ (__LINE__)", {typeface, pixels, grey, dark});
+            expectShape(
+                "a_b a__b a___b ____ (__LINE__)", TextDrawing::greyOnDark(typeface, pixels));
         }
     }
 }
@@ -57,7 +55,8 @@ TEST(CellsTest, TellOnWhichSideOfABlankAnUnderscoreIs)
     for (const char* typeface : typefaces) {
         for (const int pixels : {11, 13, 17}) {
             expectShape("u8 _slot, size_t n_ = _last_ - __first;", {typeface, pixels});
-            expectShape("none _ __ _  a_ e _c _, (_) [_] x", {typeface, pixels, grey, dark});
+            expectShape(
+                "none _ __ _  a_ e _c _, (_) [_] x", TextDrawing::greyOnDark(typeface, pixels));
         }
     }
 }

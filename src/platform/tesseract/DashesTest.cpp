@@ -210,9 +210,6 @@ protected:
     TesseractRecognizer recognizer{dispatch};
 };
 
-constexpr QRgb grey = 0xFFD4D4D4u;
-constexpr QRgb dark = 0xFF1E1E1Eu;
-
 TEST_F(DashesOfTypefacesTest, EnDashesAreTold)
 {
     for (const char* typeface : {"DejaVu Sans", "Noto Sans", "Liberation Serif", "DejaVu Serif"}) {
@@ -220,7 +217,7 @@ TEST_F(DashesOfTypefacesTest, EnDashesAreTold)
             EXPECT_EQ(
                 dashesOf(
                     {"The office is open 10–17 hours", "in winter – if at all – so far"},
-                    {typeface, pixels, grey, dark}),
+                    TextDrawing::greyOnDark(typeface, pixels)),
                 "–––")
                 << typeface << " " << pixels;
     }

@@ -22,6 +22,12 @@ public:
         QRgb background = 0xFFFFFFFFu;
     };
 
+    // As editors and terminals have it.
+    static Look greyOnDark(const char* typeface, int pixels)
+    {
+        return {typeface, pixels, 0xFFD4D4D4u, 0xFF1E1E1Eu};
+    }
+
     static Image draw(const std::vector<std::string>& lines) { return draw(lines, Look()); }
     static Image draw(const std::vector<std::string>& lines, const Look& look)
     {

@@ -18,7 +18,7 @@ namespace {
 
 using test::OffscreenProgram;
 
-QByteArray feed(const QByteArray& version)
+QByteArray feedReply(const QByteArray& version)
 {
     const QByteArray body =
         "<rss xmlns:sparkle=\"http://www.andymatuschak.org/xml-namespaces/sparkle\"><channel><item>"
@@ -32,9 +32,9 @@ QByteArray reply(contract::UpdateOutcome outcome)
 {
     switch (outcome) {
     case contract::UpdateOutcome::newer:
-        return feed("2.0.0");
+        return feedReply("2.0.0");
     case contract::UpdateOutcome::upToDate:
-        return feed("1.0.0");
+        return feedReply("1.0.0");
     case contract::UpdateOutcome::failure:
         return "HTTP/1.1 500 Broken\r\nContent-Length: 0\r\n\r\n";
     }

@@ -11,7 +11,6 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr HardwareKey placeOfV = 55;
 constexpr HardwareKey placeOfPeriod = 60;
 constexpr HardwareKey placeOfA = 38;
 constexpr SeenKey pasteKey{placeOfV, XCB_MOD_MASK_CONTROL};

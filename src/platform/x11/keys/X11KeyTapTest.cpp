@@ -13,7 +13,6 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr HardwareKey placeOfV = 55;
 constexpr HardwareKey placeOfCtrl = 37;
 constexpr KeyPress paste{keyCode::v, eventFlag::command};
 constexpr KeyPress shiftedPaste{keyCode::v, eventFlag::command | eventFlag::shift};

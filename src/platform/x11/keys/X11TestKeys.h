@@ -10,6 +10,8 @@
 
 namespace tallowbay::x11 {
 
+constexpr HardwareKey placeOfV = 55;
+
 // A key as a focused program is told of it.
 struct SeenKey {
     HardwareKey key;
