@@ -31,6 +31,10 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_L
   # GCC 12 takes std::string's own copying for an overlap once it has inlined it (GCC bug 105651).
   target_compile_options(tallowbay_options INTERFACE -Wno-restrict)
 endif()
+if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  # It takes a source that is built together with others for a header.
+  target_compile_options(tallowbay_options INTERFACE -Wno-subobject-linkage)
+endif()
 target_include_directories(tallowbay_options INTERFACE "${PROJECT_SOURCE_DIR}/src")
 # Qt's keywords are macros: a member function could not be called emit.
 target_compile_definitions(tallowbay_options INTERFACE QT_NO_KEYWORDS)
