@@ -1,4 +1,5 @@
 #include "support/EditorFixture.h"
+#include "support/Sanitizers.h"
 
 #include <map>
 #include <random>
@@ -145,8 +146,9 @@ protected:
     void confirmAndShow()
     {
         window->confirmAndDismiss();
-        if (window->showsImages())
+        if (window->showsImages()) {
             EXPECT_EQ(confirmed.back(), clipboardNow());
+        }
         desktop.dispatch.advance(std::chrono::milliseconds(150));
         EXPECT_FALSE(window->visible());
         window->show();
@@ -171,8 +173,9 @@ protected:
             selected += window->cell(index).selected;
         ASSERT_EQ(selected, window->showsImages() ? 1u : 0u);
         expectItems();
-        if (!window->showsImages())
+        if (!window->showsImages()) {
             ASSERT_FALSE(hasPicture());
+        }
     }
     void expectItems()
     {
@@ -192,8 +195,9 @@ protected:
             ASSERT_EQ(itemsIn(name), expected.written) << name;
         }
         ASSERT_EQ(hasPicture(), window->showsImages());
-        if (const auto saved = SessionStore::load(desktop.files))
+        if (const auto saved = SessionStore::load(desktop.files)) {
             ASSERT_EQ(saved->size(), window->slots().size());
+        }
         ASSERT_TRUE(views.messages().empty());
     }
 
@@ -213,9 +217,11 @@ protected:
 };
 
 // A hundred thousand steps in all.
+constexpr int stepsOfASeed = test::isSanitized ? 1'000 : 10'000;
+
 TEST_P(WindowPropertyTest, RandomUseLeavesEveryItemAndEveryFileAsItIsExpected)
 {
-    for (int step = 0; step < 10'000 && !HasFailure(); ++step) {
+    for (int step = 0; step < stepsOfASeed && !HasFailure(); ++step) {
         SCOPED_TRACE("step " + std::to_string(step));
         WindowPropertyTest::step();
         expectSound();
