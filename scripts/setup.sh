@@ -103,11 +103,13 @@ configure() {
 }
 
 # build PRESET TARGET...
+# Its progress is for a person who watches.
 build() {
-  local preset=$1
+  local preset=$1 quiet=()
   shift
+  [ -t 1 ] || quiet=(--quiet)
   say "Building $preset"
-  ninja -C "build/$preset" "$@"
+  ninja "${quiet[@]}" -C "build/$preset" "$@"
 }
 
 # set_up LIST...: the packages of these lists, and mozjpeg.
