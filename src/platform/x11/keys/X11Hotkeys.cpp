@@ -4,6 +4,7 @@
 #include "platform/x11/keys/X11Keymap.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tallowbay::x11 {
 
@@ -119,11 +120,18 @@ void X11Hotkeys::followManager()
         xcb_change_window_attributes_checked(server, managersWindow, XCB_CW_EVENT_MASK, &end)));
 }
 
-void X11Hotkeys::tellFreed()
+// A window manager takes its keys anew when the keyboard changes, and a new one takes them when the
+// old one has gone: those come first.
+void X11Hotkeys::tellFreedSoon()
 {
-    holdKeys();
-    if (const auto told = freedHandler)
-        (*told)();
+    if (std::exchange(tellingSoon, true))
+        return;
+    dispatch.mainAfter(successionTime, lifetime.guard([this] {
+        tellingSoon = false;
+        holdKeys();
+        if (const auto told = freedHandler)
+            (*told)();
+    }));
 }
 
 std::set<X11KeyGrabs::Key> X11Hotkeys::keysOf(const Registration& registration) const
@@ -164,7 +172,7 @@ void X11Hotkeys::showOnThread(const X11Event& event)
         dispatch.mainAfter(settleTime, lifetime.guard([this] {
             readingSoon->store(false);
             readKeyboard();
-            tellFreed();
+            tellFreedSoon();
         }));
     }
 }
@@ -187,7 +195,8 @@ void X11Hotkeys::setGroup(xkb_layout_index_t now)
     if (now == group)
         return;
     group = now;
-    tellFreed();
+    holdKeys();
+    tellFreedSoon();
 }
 
 // Presses.
@@ -197,7 +206,7 @@ void X11Hotkeys::handle(const X11Event& event)
     if (event.type() == XCB_DESTROY_NOTIFY
         && event.as<xcb_destroy_notify_event_t>().window == managersWindow) {
         managersWindow = XCB_NONE;
-        dispatch.mainAfter(successionTime, lifetime.guard([this] { tellFreed(); }));
+        tellFreedSoon();
     }
     if (event.type() != XCB_KEY_PRESS && event.type() != XCB_KEY_RELEASE)
         return;

@@ -44,7 +44,7 @@ private:
     std::set<X11KeyGrabs::Key> keysOf(const Registration&) const;
     void holdKeys();
     void followManager();
-    void tellFreed();
+    void tellFreedSoon();
     void handle(const X11Event&);
     void press(HardwareKey, std::uint16_t state);
     void release(HardwareKey);
@@ -63,6 +63,7 @@ private:
     std::shared_ptr<Handler> handler;
     std::shared_ptr<std::function<void()>> freedHandler;
     xcb_window_t managersWindow = XCB_NONE; // whose end is told to us
+    bool tellingSoon = false;
     std::shared_ptr<std::atomic<bool>> readingSoon = std::make_shared<std::atomic<bool>>(false);
     Lifetime lifetime;
     Subscription watchingThread;
