@@ -12,6 +12,13 @@ namespace tallowbay {
 using namespace std::chrono_literals;
 namespace fs = std::filesystem;
 
+namespace {
+
+// A tool tells its folder with its first picture there, or soon after.
+constexpr auto recent = 10s;
+
+} // namespace
+
 ScreenshotWatcher::ScreenshotWatcher(const Platform& platform, const ScreenshotLocation& location)
     : fileEvents(platform.fileEvents)
     , dispatch(platform.dispatch)
@@ -28,7 +35,7 @@ void ScreenshotWatcher::start()
 {
     names.refresh();
     streams.clear();
-    watch(location.places(), FileEvents::Existing::ignored);
+    watch(location.places(), 0s);
 }
 
 void ScreenshotWatcher::followPlaces()
@@ -38,17 +45,15 @@ void ScreenshotWatcher::followPlaces()
     const bool someStay = std::ranges::any_of(streams, [&](const auto& stream) {
         return std::ranges::find(places, stream->place) != places.end();
     });
-    watch(
-        std::move(places),
-        someStay ? FileEvents::Existing::reported : FileEvents::Existing::ignored);
+    watch(std::move(places), someStay ? recent : 0s);
 }
 
-void ScreenshotWatcher::watch(std::vector<ScreenshotPlace> places, FileEvents::Existing existing)
+void ScreenshotWatcher::watch(std::vector<ScreenshotPlace> places, std::chrono::seconds lookBack)
 {
     Streams wanted;
     for (const ScreenshotPlace& place : places) {
         auto stream = takeStream(place);
-        wanted.push_back(stream ? std::move(stream) : startStream(place, existing));
+        wanted.push_back(stream ? std::move(stream) : startStream(place, lookBack));
     }
     streams = std::move(wanted);
 }
@@ -68,14 +73,14 @@ std::unique_ptr<ScreenshotWatcher::Stream> ScreenshotWatcher::takeStream(
 }
 
 std::unique_ptr<ScreenshotWatcher::Stream> ScreenshotWatcher::startStream(
-    const ScreenshotPlace& place, FileEvents::Existing existing)
+    const ScreenshotPlace& place, std::chrono::seconds lookBack)
 {
     auto stream = std::make_unique<Stream>();
     stream->place = place;
     const auto depth =
         place.withSubfolders ? FileEvents::Depth::withSubfolders : FileEvents::Depth::folderAlone;
     stream->token = fileEvents.start(
-        {place.folder, depth, existing, 500ms},
+        {place.folder, depth, lookBack, 500ms},
         {[this](const std::vector<fs::path>& paths) { handleEvents(paths); },
          [this, &stream = *stream] { tellLimit(stream); }});
     stream->isIdle = !stream->token;

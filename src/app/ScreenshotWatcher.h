@@ -62,9 +62,9 @@ private:
         std::optional<Subscription> token;
     };
     using Streams = std::vector<std::unique_ptr<Stream>>;
-    void watch(std::vector<ScreenshotPlace>, FileEvents::Existing);
+    void watch(std::vector<ScreenshotPlace>, std::chrono::seconds);
     std::unique_ptr<Stream> takeStream(const ScreenshotPlace&);
-    std::unique_ptr<Stream> startStream(const ScreenshotPlace&, FileEvents::Existing);
+    std::unique_ptr<Stream> startStream(const ScreenshotPlace&, std::chrono::seconds);
     void tellLimit(Stream&);
     void report(const std::filesystem::path&);
     void reportOnce(const std::filesystem::path&);

@@ -20,12 +20,12 @@ namespace tallowbay {
 class FileEvents {
 public:
     enum class Depth { folderAlone, withSubfolders };
-    enum class Existing { ignored, reported };
 
     struct Watch {
         std::filesystem::path folder;
         Depth depth = Depth::withSubfolders;
-        Existing existing = Existing::ignored; // what is there already
+        // Of the files that are there already, those that came within this time are reported.
+        std::chrono::milliseconds lookBack{0};
         std::chrono::milliseconds latency{500};
     };
 

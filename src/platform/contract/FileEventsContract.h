@@ -23,15 +23,14 @@ protected:
     using Paths = std::vector<Path>;
 
     using Depth = FileEvents::Depth;
-    using Existing = FileEvents::Existing;
 
     void start() { token = startOn(folder); }
     Subscription startOn(
         const Path& watched, Depth depth = Depth::withSubfolders,
-        Existing existing = Existing::ignored)
+        std::chrono::milliseconds lookBack = {})
     {
         auto started =
-            backend.events().start({watched, depth, existing}, {[this](const auto& paths) {
+            backend.events().start({watched, depth, lookBack}, {[this](const auto& paths) {
                                        reported.insert(reported.end(), paths.begin(), paths.end());
                                    }});
         EXPECT_TRUE(started);
@@ -135,17 +134,28 @@ TYPED_TEST_P(FileEventsContract, ReportsNothingThatIsMovedOutOrRemoved)
     EXPECT_TRUE(this->reported.empty());
 }
 
-TYPED_TEST_P(FileEventsContract, ReportsFilesThatAreThereAlreadyWhereThatIsWanted)
+TYPED_TEST_P(FileEventsContract, ReportsFilesThatCameJustBeforeTheStartWhereThatIsWanted)
 {
     this->backend.makeFolder(this->folder / "sub");
     this->backend.write(this->folder / "old.png");
     this->backend.write(this->folder / "sub" / "old.png");
     this->token =
-        this->startOn(this->folder, FileEvents::Depth::folderAlone, FileEvents::Existing::reported);
+        this->startOn(this->folder, FileEvents::Depth::folderAlone, std::chrono::minutes(1));
     EXPECT_TRUE(this->isReported(this->folder / "old.png"));
     this->backend.write(this->folder / "new.png");
     EXPECT_TRUE(this->isReported(this->folder / "new.png"));
     EXPECT_EQ(this->reported.size(), 2u);
+}
+
+TYPED_TEST_P(FileEventsContract, ReportsNoneThatCameLongBeforeTheStart)
+{
+    this->backend.write(this->folder / "old.png");
+    this->backend.settle();
+    this->token =
+        this->startOn(this->folder, FileEvents::Depth::folderAlone, std::chrono::milliseconds(100));
+    this->backend.write(this->folder / "new.png");
+    EXPECT_TRUE(this->isReported(this->folder / "new.png"));
+    EXPECT_EQ(this->reported.size(), 1u);
 }
 
 TYPED_TEST_P(FileEventsContract, ReportsNothingOfSubfoldersWhereTheFolderAloneIsWatched)
@@ -282,12 +292,13 @@ TYPED_TEST_P(FileEventsContract, ServesSeveralStreams)
 
 REGISTER_TYPED_TEST_SUITE_P(
     FileEventsContract, ReportsANewFileOnce, ReportsEveryFileOfABurst,
-    ReportsNoFileThatIsThereAlready, ReportsFilesThatAreThereAlreadyWhereThatIsWanted,
-    ReportsNothingOfSubfoldersWhereTheFolderAloneIsWatched, ReportsAFileThatIsWrittenAgain,
-    ReportsAFileOnceItsWriterIsDone, ReportsAFileThatIsMovedIn, ReportsTheNewNameOfARenamedFile,
-    ReportsNothingThatIsMovedOutOrRemoved, ReportsFilesOfASubfolder,
-    ReportsFilesOfASubfolderThatIsMadeLater, ReportsTheFilesOfAFolderThatIsMovedIn, ReportsNoFolder,
-    ReportsNothingOfOtherFolders, KeepsEveryByteOfAName, WatchesAFolderAgainThatVanishedAndCameBack,
+    ReportsNoFileThatIsThereAlready, ReportsFilesThatCameJustBeforeTheStartWhereThatIsWanted,
+    ReportsNoneThatCameLongBeforeTheStart, ReportsNothingOfSubfoldersWhereTheFolderAloneIsWatched,
+    ReportsAFileThatIsWrittenAgain, ReportsAFileOnceItsWriterIsDone, ReportsAFileThatIsMovedIn,
+    ReportsTheNewNameOfARenamedFile, ReportsNothingThatIsMovedOutOrRemoved,
+    ReportsFilesOfASubfolder, ReportsFilesOfASubfolderThatIsMadeLater,
+    ReportsTheFilesOfAFolderThatIsMovedIn, ReportsNoFolder, ReportsNothingOfOtherFolders,
+    KeepsEveryByteOfAName, WatchesAFolderAgainThatVanishedAndCameBack,
     WaitsForAFolderThatIsNotThereYet, ReportsNothingOnceTheTokenHasEnded,
     LetsATokenEndInsideItsOwnHandler, ServesSeveralStreams);
 

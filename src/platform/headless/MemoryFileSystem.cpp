@@ -205,6 +205,12 @@ void MemoryFileSystem::setModificationDate(const fs::path& path, WallTime date)
     nodes.at(path).modified = date;
 }
 
+bool MemoryFileSystem::hasChangedWithin(std::chrono::milliseconds time, const fs::path& path) const
+{
+    const Node& node = nodes.at(path);
+    return std::max(node.modified, node.created.value_or(node.modified)) >= clock.wallNow() - time;
+}
+
 Subscription MemoryFileSystem::listen(Listener listener)
 {
     const int id = ++lastListener;
@@ -226,13 +232,14 @@ void MemoryFileEvents::report(const std::weak_ptr<Stream>& stream, const fs::pat
     });
 }
 
-void MemoryFileEvents::reportExisting(const std::shared_ptr<Stream>& stream, const fs::path& folder)
+void MemoryFileEvents::reportRecent(const std::shared_ptr<Stream>& stream, const fs::path& folder)
 {
     for (const fs::path& entry : files.list(folder).value_or(std::vector<fs::path>{})) {
-        if (!files.isDirectory(entry))
-            report(stream, entry);
-        else if (stream->depth == Depth::withSubfolders)
-            reportExisting(stream, entry);
+        if (!files.isDirectory(entry)) {
+            if (files.hasChangedWithin(stream->lookBack, entry))
+                report(stream, entry);
+        } else if (stream->depth == Depth::withSubfolders)
+            reportRecent(stream, entry);
     }
 }
 
@@ -247,8 +254,8 @@ std::optional<Subscription> MemoryFileEvents::start(const Watch& watch, Handlers
             if (change == MemoryFileSystem::Change::fileCompleted && isWatched(watch, path))
                 report(weak, path);
         });
-    if (watch.existing == Existing::reported)
-        reportExisting(stream, watch.folder);
+    if (watch.lookBack > std::chrono::milliseconds(0))
+        reportRecent(stream, watch.folder);
     streams.emplace(id, std::move(stream));
     return Subscription(
         [this, id, listening = std::make_shared<Subscription>(std::move(listening))] {

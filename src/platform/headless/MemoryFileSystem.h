@@ -47,6 +47,7 @@ public:
     void link(const std::filesystem::path& file, const std::filesystem::path& furtherName);
     void setCreationDate(const std::filesystem::path&, std::optional<WallTime>);
     void setModificationDate(const std::filesystem::path&, WallTime);
+    bool hasChangedWithin(std::chrono::milliseconds, const std::filesystem::path&) const;
 
     // From now on nothing below this folder can be changed, or the folder not be listed.
     void makeReadOnly(const std::filesystem::path& folder) { readOnly.insert(folder); }
@@ -109,7 +110,7 @@ public:
 private:
     static bool isWatched(const Watch&, const std::filesystem::path& file);
     void report(const std::weak_ptr<Stream>&, const std::filesystem::path&);
-    void reportExisting(const std::shared_ptr<Stream>&, const std::filesystem::path& folder);
+    void reportRecent(const std::shared_ptr<Stream>&, const std::filesystem::path& folder);
 
     MemoryFileSystem& files;
     Dispatch& dispatch;

@@ -84,9 +84,10 @@ private:
     WatchedRoot root{tree};
     CompleteFiles files;
     bool explored = true;
-    bool reportFound; // at first, whether what is there already is reported
+    bool reportFound = false; // what was there at the start is not reported
+    const std::chrono::milliseconds lookBack;
     bool cutReported = false;
-    std::optional<FileTime> startedAt;
+    std::optional<FileTime> newsSince;
     std::optional<InotifyThread> thread;
 };
 
@@ -96,7 +97,7 @@ FileStream::FileStream(const FileEvents::Watch& watch, std::size_t mostFolders, 
           inotify, watch.folder, fileMask,
           watch.depth == FileEvents::Depth::folderAlone ? 1 : mostFolders)
     , files(watch.latency, lookAtFile)
-    , reportFound(watch.existing == FileEvents::Existing::reported)
+    , lookBack(watch.lookBack)
 {
 }
 
@@ -104,11 +105,14 @@ bool FileStream::start()
 {
     if (!inotify)
         return false;
+    if (lookBack > 0ms)
+        newsSince = fileTimeNow() - lookBack;
     if (tree.watchRoot())
         exploreMore();
     else
         reportFound = true;
-    startedAt = fileTimeNow();
+    if (!newsSince)
+        newsSince = fileTimeNow();
     thread.emplace(inotify, [this](Events events) { return turn(std::move(events)); });
     return true;
 }
@@ -193,7 +197,7 @@ void FileStream::exploreMore()
 // A folder that is come to after the start may have got a file since.
 bool FileStream::isNews(const fs::path& path) const
 {
-    return reportFound || (startedAt && hasChangedSince(path, *startedAt));
+    return reportFound || (newsSince && hasChangedSince(path, *newsSince));
 }
 
 void FileStream::reportComplete()

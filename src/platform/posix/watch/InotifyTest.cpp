@@ -72,8 +72,7 @@ protected:
     void start() { start(folder); }
     void start(const fs::path& watched, std::chrono::milliseconds latency = 500ms)
     {
-        const FileEvents::Watch watch{
-            watched, FileEvents::Depth::withSubfolders, FileEvents::Existing::ignored, latency};
+        const FileEvents::Watch watch{watched, FileEvents::Depth::withSubfolders, 0ms, latency};
         auto started = events.start(
             watch,
             {[this](const std::vector<fs::path>& paths) {
