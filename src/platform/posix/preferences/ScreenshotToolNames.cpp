@@ -22,7 +22,7 @@ constexpr std::array spellings{
     Spelling{
         "GNOME, MATE, Xfce and most that follow them", "{words}", "%Y-%m-%d[ _]%H[-.:]%M[-.:]%S",
         "(-[0-9]+| - [0-9]+)?"},
-    Spelling{"Spectacle", "Screenshot_", "%Y%m%d_%H%M%S", "(-[0-9]+)?"},
+    Spelling{"Spectacle", "{words}", "%Y%m%d_%H%M%S", "(-[0-9]+)?"},
     Spelling{"Deepin", "{words}", "%Y%m%d%H%M%S", ""},
     Spelling{"Flameshot", "", "%Y-%m-%d_%H-%M", "(_[0-9]+)?"},
     Spelling{"ksnip", "ksnip_", "%Y%m%d-%H%M%S", R"((\([0-9]+\))?)"},

@@ -45,6 +45,9 @@ TEST(ScreenshotToolNamesTest, KnowTheNameAndTheTimeOfEachTool)
              "Screenshot_2026-01-05_10-31-12-1",
              "Screenshot_20260105_103112", // Spectacle
              "Screenshot_20260105_103112-1",
+             "Captura de pantalla_20260105_103112",
+             "Снимок экрана_20260105_103112",
+             "Snímek obrazovky_20260105_103112",
              "Screenshot_select-area_20260105103112", // Deepin
              "2026-01-05_10-31", // Flameshot
              "2026-01-05_10-31_1",
