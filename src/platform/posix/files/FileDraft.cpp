@@ -62,15 +62,19 @@ std::string randomName()
 
 FileDraft::FileDraft(const fs::path& folder, mode_t permissions)
 {
+    int attempts = 10;
     do {
+        if (file)
+            ::unlink(path.c_str());
         path = folder / randomName();
         constexpr int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
         file = FileDescriptor(::open(path.c_str(), flags, permissions));
         problem = file ? 0 : errno;
-    } while (file && !lock());
+    } while (file && !lock() && --attempts > 0);
 }
 
-// False if it was removed before it was locked, as one that is abandoned.
+// False if it was removed before it was locked, as one that is abandoned. A file system that counts
+// no links looks the same every time.
 bool FileDraft::lock() const
 {
     ::flock(file.get(), LOCK_EX); // not every file system can do it
