@@ -72,10 +72,12 @@ Environment Home::environment() const
         {"XDG_CONFIG_HOME", root / ".config"},
         {"XDG_RUNTIME_DIR", root / "run"},
         {"XDG_CURRENT_DESKTOP", desktop},
+        {"LC_ALL", "C.UTF-8"},
         {"PATH", searchPath}};
     for (const char* name :
          {"DBUS_SESSION_BUS_ADDRESS", "WAYLAND_DISPLAY", "XDG_SESSION_TYPE", "XDG_DATA_HOME",
-          "XDG_CACHE_HOME", "SESSION_MANAGER", "QT_QPA_PLATFORM"})
+          "XDG_CACHE_HOME", "XDG_PICTURES_DIR", "XDG_SCREENSHOTS_DIR", "HYPRSHOT_DIR",
+          "GRIM_DEFAULT_DIR", "LANGUAGE", "SESSION_MANAGER", "QT_QPA_PLATFORM"})
         environment[name] = std::nullopt;
     return environment;
 }
