@@ -46,12 +46,13 @@ SelectionAnswers::SelectionAnswers(X11Session& session, Send send)
 {
 }
 
-void SelectionAnswers::answer(
+bool SelectionAnswers::answer(
     const xcb_selection_request_event_t& request, const ClipboardOffer* offer)
 {
     const xcb_atom_t property = propertyOf(request);
     const bool given = offer && mayAsk(request, *offer) && give(request, property, *offer);
     notify(session, request, given ? property : xcb_atom_t(XCB_ATOM_NONE));
+    return given;
 }
 
 void SelectionAnswers::answerLate(

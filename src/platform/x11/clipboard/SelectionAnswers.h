@@ -25,8 +25,8 @@ public:
 
     SelectionAnswers(X11Session&, Send);
 
-    // Null offers nothing: the request is refused.
-    void answer(const xcb_selection_request_event_t&, const ClipboardOffer*);
+    // Null offers nothing: the request is refused. True if something was given.
+    bool answer(const xcb_selection_request_event_t&, const ClipboardOffer*);
 
     // A request from before we became the owner was meant for another one.
     bool mayAsk(const xcb_selection_request_event_t&, const ClipboardOffer&) const;

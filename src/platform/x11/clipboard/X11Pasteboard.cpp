@@ -81,13 +81,14 @@ void X11Pasteboard::clear()
 void X11Pasteboard::holdPaste(std::chrono::milliseconds limit)
 {
     const bool another = heldPaste.has_value();
-    if (offer())
+    const bool ours = offer() != nullptr;
+    if (ours)
         empty();
     else
-        own({});
+        own({}); // the paste may have been answered already, by another owner or by none
     refuseHeldPaste();
     const Client program = clientInFront();
-    if (another || program.base == 0 || program.base == toolkit.base)
+    if (!ours || another || program.base == 0 || program.base == toolkit.base)
         return;
     heldPaste = HeldPaste{program, {}};
     dispatch.mainAfter(limit, lifetime.guard([this, number = ++lastHeldPaste] {
@@ -101,9 +102,22 @@ bool X11Pasteboard::releasePaste()
     const auto paste = std::exchange(heldPaste, std::nullopt);
     if (!paste)
         return false;
-    for (const auto& request : paste->requests)
-        respond(request);
-    return !paste->requests.empty();
+    const Offer current = offer();
+    bool given = false;
+    for (const auto& request : paste->requests) {
+        const auto asked = current ? std::optional(askedOf(*current, request)) : std::nullopt;
+        given |= answers.answer(request, asked ? &*asked : nullptr);
+    }
+    return given;
+}
+
+// The paste that is held came before the content that it is held for, and maybe before we became
+// the owner.
+ClipboardOffer X11Pasteboard::askedOf(
+    ClipboardOffer offer, const xcb_selection_request_event_t& request)
+{
+    offer.ownedSince = request.time;
+    return offer;
 }
 
 // Whatever the clipboard holds by now.
@@ -291,14 +305,17 @@ bool X11Pasteboard::isForTransfer(
 // forms as soon as they hear of a change.
 void X11Pasteboard::hold(const xcb_selection_request_event_t& request)
 {
-    const ClipboardOffer files{std::make_shared<const ClipboardContent>(Files())};
-    const Offer own = offer();
-    if (!own || !answers.mayAsk(request, *own))
-        answers.answer(request, own.get());
-    else if (request.target == session.atom("TARGETS"))
+    const ClipboardOffer files =
+        askedOf({std::make_shared<const ClipboardContent>(Files())}, request);
+    const auto forms = answers.forms(*files.content);
+    const bool isForFiles = request.target == session.atom("MULTIPLE")
+        || std::ranges::find(forms, request.target) != forms.end();
+    if (request.target == session.atom("TARGETS"))
         answers.answer(request, &files);
-    else
+    else if (isForFiles && answers.mayAsk(request, files))
         heldPaste->requests.push_back(request);
+    else
+        answers.answer(request, offer().get());
 }
 
 void X11Pasteboard::answerToolkit(const Client& client, const X11Event& event)

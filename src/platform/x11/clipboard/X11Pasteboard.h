@@ -68,6 +68,7 @@ private:
     void answer(const xcb_selection_request_event_t&);
     void respond(const xcb_selection_request_event_t&);
     bool isForTransfer(const xcb_selection_request_event_t&, const ClipboardOffer&) const;
+    static ClipboardOffer askedOf(ClipboardOffer, const xcb_selection_request_event_t&);
     void hold(const xcb_selection_request_event_t&);
     void answerToolkit(const Client&, const X11Event&);
     bool sendWhole(xcb_window_t, xcb_atom_t property, xcb_atom_t type, const std::string&);

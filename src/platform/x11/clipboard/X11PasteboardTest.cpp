@@ -209,8 +209,34 @@ TEST_F(X11PasteboardTest, SurvivesTheEndOfTheServer)
 TEST_F(X11PasteboardTest, TellsAProgramWhosePasteIsHeldAtOnceThatThereWillBeFiles)
 {
     client.takeFocus();
+    pasteboard.writeFiles({"/old"});
     pasteboard.holdPaste(1h);
     EXPECT_THAT(targets(), testing::Contains("x-special/gnome-copied-files"));
+    pasteboard.writeFiles({"/a"});
+    EXPECT_FALSE(pasteboard.releasePaste());
+}
+
+// It is answered already, and a program that reads each new clipboard would be taken for the paste.
+TEST_F(X11PasteboardTest, HoldsNoPasteThatBeganBeforeWeOwnedTheClipboard)
+{
+    client.takeFocus();
+    XClient other(desktop.server.display());
+    other.own("CLIPBOARD");
+    pasteboard.holdPaste(1h);
+    client.request("text/uri-list");
+    EXPECT_FALSE(granted());
+    pasteboard.writeFiles({"/a"});
+    EXPECT_FALSE(pasteboard.releasePaste());
+}
+
+// The batch would be over, and nothing inserted.
+TEST_F(X11PasteboardTest, TakesNoQuestionForAnotherFormForTheHeldPaste)
+{
+    client.takeFocus();
+    pasteboard.writeFiles({"/old"});
+    pasteboard.holdPaste(1h);
+    client.request("UTF8_STRING");
+    EXPECT_FALSE(granted());
     pasteboard.writeFiles({"/a"});
     EXPECT_FALSE(pasteboard.releasePaste());
 }
@@ -229,6 +255,7 @@ TEST_F(X11PasteboardTest, KeepsNobodyWaitingButTheProgramInFront)
 TEST_F(X11PasteboardTest, GivesAHeldPasteNothingOnceAnotherProgramOwnsTheClipboard)
 {
     client.takeFocus();
+    pasteboard.writeFiles({"/old"});
     pasteboard.holdPaste(1h);
     client.request("text/uri-list");
     desktop.settle();
