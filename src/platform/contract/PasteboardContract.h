@@ -182,6 +182,7 @@ TYPED_TEST_P(PasteboardContract, AHeldPasteReceivesNothingOnceItsTimeIsOver)
 
 TYPED_TEST_P(PasteboardContract, OfTwoPastesNoneIsHeld)
 {
+    this->pasteboard.writeFiles({"/stale.png"});
     this->pasteboard.holdPaste(std::chrono::hours(1));
     this->backend.askForFiles();
     this->backend.settle();

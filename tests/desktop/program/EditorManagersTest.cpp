@@ -1,6 +1,7 @@
 #include "desktop/program/EditorFixture.h"
 
 #include <algorithm>
+#include <optional>
 
 using testing::IsSupersetOf;
 
@@ -107,9 +108,14 @@ protected:
 
 TEST_P(EditorManagersTest, CoversTheScreenAndEveryPanel)
 {
-    const Panel panel(server);
     const Place onPanel{640, 790};
-    ASSERT_TRUE(editor.waitForPixel(onPanel, Panel::color));
+    std::optional<Panel> panel;
+    // Now and then a manager that has just started leaves it out of sight.
+    ASSERT_TRUE(waitUntil([&] {
+        panel.emplace(server);
+        return waitUntil(
+            [&] { return editor.shows(onPanel, Panel::color); }, std::chrono::seconds(5));
+    }));
     openEditorWith(1);
     EXPECT_TRUE(editor.waitForPixel(onPanel, 0xcc0000)) << "dimmed";
     EXPECT_THAT(geometry(), testing::HasSubstr("X=0\nY=0\nWIDTH=1280\nHEIGHT=800"));
