@@ -111,8 +111,8 @@ bool X11Pasteboard::releasePaste()
     return given;
 }
 
-// The paste that is held came before the content that it is held for, and maybe before we became
-// the owner.
+// A held paste is older than the content that it waits for, and if another owner came between the
+// two, than our owning the clipboard.
 ClipboardOffer X11Pasteboard::askedOf(
     ClipboardOffer offer, const xcb_selection_request_event_t& request)
 {
