@@ -106,8 +106,7 @@ TEST_P(EditorScreensTest, StaysOnTheMainScreenWhenAnotherComesAndGoes)
     xrandr({"--setmonitor", "left", "1000/300x800/200+0+0", "screen"});
     xrandr({"--setmonitor", "right", "280/80x800/200+1000+0", "none"});
     const auto width = [this] {
-        const std::string id =
-            server.run({"xdotool", "search", "--onlyvisible", "--name", "^Tallowbay$"}).output;
+        const std::string id = server.search({"--name", "^Tallowbay$"}).output;
         const std::string told =
             server.run({"xdotool", "getwindowgeometry", "--shell", id.substr(0, id.find('\n'))})
                 .output;
@@ -131,8 +130,7 @@ TEST_P(EditorScreensTest, MovesWhenAnotherScreenBecomesTheMainOne)
     takeScreenshots(1);
     openEditor();
     const auto covers = [this](const std::string& place) {
-        const std::string id =
-            server.run({"xdotool", "search", "--onlyvisible", "--name", "^Tallowbay$"}).output;
+        const std::string id = server.search({"--name", "^Tallowbay$"}).output;
         return server.run({"xdotool", "getwindowgeometry", "--shell", id.substr(0, id.find('\n'))})
                    .output.find(place)
             != std::string::npos;
@@ -186,7 +184,7 @@ TEST_P(EditorScreensTest, AGestureThatLosesTheKeyboardEnds)
         {"xdotool", "mousemove", std::to_string(start.x), std::to_string(start.y), "mousedown", "1",
          "mousemove_relative", "60", "15", "mousemove_relative", "60", "15"});
     ASSERT_TRUE(editor.waitForChange(editor.canvas(0, clearRow), pictureColor()));
-    server.run({"xdotool", "search", "--onlyvisible", "--name", name, "windowfocus"});
+    server.search({"--name", name, "windowfocus"});
     EXPECT_TRUE(editor.waitForPixel(editor.canvas(0, clearRow), pictureColor()));
     server.run({"xdotool", "mouseup", "1"});
     editor.click(editor.canvas(200, clearRow)); // back, with nothing in hand
@@ -231,7 +229,7 @@ TEST_P(EditorScreensTest, AClickBringsTheKeyboardBack)
     const std::string name = activeWindow();
     openEditorWith(2);
     ASSERT_TRUE(waitForActive("Tallowbay"));
-    server.run({"xdotool", "search", "--onlyvisible", "--name", name, "windowfocus"});
+    server.search({"--name", name, "windowfocus"});
     ASSERT_TRUE(waitForActive(name));
     // The toolkit takes its time to believe that the keyboard is gone.
     EXPECT_TRUE(waitUntil([this] {

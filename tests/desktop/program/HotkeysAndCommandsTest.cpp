@@ -56,11 +56,7 @@ protected:
         ASSERT_EQ(server.run({"xdotool", "key", keys}).status, 0);
     }
 
-    bool editorIsThere() const
-    {
-        return server.run({"xdotool", "search", "--onlyvisible", "--name", "^Tallowbay$"}).status
-            == 0;
-    }
+    bool editorIsThere() const { return server.search({"--name", "^Tallowbay$"}).status == 0; }
 
     Environment environment() const
     {
@@ -331,8 +327,7 @@ TEST_F(HotkeysAndCommandsTest, StartsForACommandThatNeedsNoScreenshots)
     ASSERT_TRUE(waitUntil(
         [&] { return started.output().find("Paste watcher running") != std::string::npos; }));
     const auto asksForARegion = [this] {
-        return server.run({"xdotool", "search", "--onlyvisible", "--class", "screencapture"}).status
-            == 0;
+        return server.search({"--class", "screencapture"}).status == 0;
     };
     EXPECT_TRUE(waitUntil(asksForARegion));
     EXPECT_EQ(command("quit").status, 0);

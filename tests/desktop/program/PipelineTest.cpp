@@ -355,16 +355,10 @@ TEST_F(PipelineTest, ScreenshotsThatGoToTheClipboardRaiseTheAlertAndItsButtonCha
 {
     writeFile(home.preferences("com.apple.screencapture"), R"({"target": "Clipboard"})");
     Tallowbay tallowbay(server, home);
-    const auto alertShown = [&] {
-        return server.run({"xdotool", "search", "--onlyvisible", "--name", "Tallowbay"}).status
-            == 0;
-    };
+    const auto alertShown = [&] { return server.search({"--name", "Tallowbay"}).status == 0; };
     ASSERT_TRUE(waitUntil(alertShown));
     ASSERT_TRUE(waitUntil([&] {
-        return server
-                   .run(
-                       {"xdotool", "search", "--onlyvisible", "--name", "Tallowbay", "windowfocus",
-                        "--sync", "key", "Return"})
+        return server.search({"--name", "Tallowbay", "windowfocus", "--sync", "key", "Return"})
                    .status
             == 0
             && !alertShown();

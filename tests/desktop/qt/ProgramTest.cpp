@@ -65,8 +65,7 @@ protected:
 
     static bool setupIsShown(const XServer& server)
     {
-        return server.run({"xdotool", "search", "--onlyvisible", "--name", "^Tallowbay$"}).status
-            == 0;
+        return server.search({"--name", "^Tallowbay$"}).status == 0;
     }
 
     static std::string activeWindow(const XServer& server)

@@ -73,7 +73,7 @@ QImage QtDesktop::picture(const QRect& place) const
 
 bool QtDesktop::focusWindow(const std::string& name) const
 {
-    xServer.run({"xdotool", "search", "--onlyvisible", "--name", name, "windowfocus", "--sync"});
+    xServer.search({"--name", name, "windowfocus", "--sync"});
     return focusedWindowName() == name;
 }
 

@@ -89,12 +89,7 @@ private:
     }
 
     // Their windows, a line for each.
-    std::string icons()
-    {
-        return desktop.server()
-            .run({"xdotool", "search", "--onlyvisible", "--class", "tallowbay"})
-            .output;
-    }
+    std::string icons() { return desktop.server().search({"--class", "tallowbay"}).output; }
     std::size_t iconCount() { return static_cast<std::size_t>(std::ranges::count(icons(), '\n')); }
 
     QtDesktop desktop;

@@ -41,8 +41,7 @@ protected:
     // Icons in a tray are the only windows of ours.
     bool iconIsShown()
     {
-        const auto found =
-            desktop.server().run({"xdotool", "search", "--onlyvisible", "--class", "tallowbay"});
+        const auto found = desktop.server().search({"--class", "tallowbay"});
         return found.status == 0;
     }
 

@@ -112,6 +112,18 @@ Finished XServer::run(const std::vector<std::string>& command, const std::string
     return {status, child->output(), child->errors()};
 }
 
+Finished XServer::search(const std::vector<std::string>& pattern) const
+{
+    std::vector<std::string> command{"xdotool", "search", "--onlyvisible"};
+    command.insert(command.end(), pattern.begin(), pattern.end());
+    Finished found;
+    waitUntil([&] {
+        found = run(command);
+        return found.errors.find("X Error") == std::string::npos;
+    });
+    return found;
+}
+
 std::unique_ptr<ChildProcess> XServer::start(
     const std::vector<std::string>& command, const std::string& input) const
 {

@@ -48,6 +48,11 @@ public:
     // Runs a program to its end.
     Finished run(const std::vector<std::string>& command, const std::string& input = {}) const;
 
+    // The windows in sight that match, a line for each, after which xdotool does what follows in
+    // the pattern; status 1 if there is none. Asked again where a window ended meanwhile, of which
+    // xdotool dies.
+    Finished search(const std::vector<std::string>& pattern) const;
+
     std::unique_ptr<ChildProcess> start(
         const std::vector<std::string>& command, const std::string& input = {}) const;
 
