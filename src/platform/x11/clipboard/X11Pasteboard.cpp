@@ -355,14 +355,16 @@ void X11Pasteboard::showEmptinessTo(xcb_window_t manager, std::chrono::milliseco
             ++questions;
     });
     own({});
-    const auto end = std::chrono::steady_clock::now() + limit;
+    const auto remaining = [end = std::chrono::steady_clock::now() + limit] {
+        return std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
+    };
     const auto asksWithin = [&](std::chrono::milliseconds time) {
         const int seen = questions;
         return session.handleUntil([&] { return questions > seen; }, time);
     };
-    bool reads = asksWithin(std::min(limit, managerBegins));
-    while (reads && std::chrono::steady_clock::now() < end)
-        reads = asksWithin(managerGoesOn);
+    bool reads = asksWithin(std::min(managerBegins, remaining()));
+    while (reads && remaining() > 0ms)
+        reads = asksWithin(std::min(managerGoesOn, remaining()));
 }
 
 // The manager reads the content from us meanwhile, so requests are answered while we wait.

@@ -91,9 +91,12 @@ private:
 // hurry.
 class SlowReader {
 public:
-    SlowReader(const std::string& display, int questions)
+    SlowReader(
+        const std::string& display, int questions,
+        std::chrono::milliseconds pause = std::chrono::milliseconds(10))
         : client(display)
         , questions(questions)
+        , pause(pause)
     {
         client.own("CLIPBOARD_MANAGER");
         watchOwners();
@@ -132,7 +135,7 @@ private:
     {
         bool answered = true;
         for (int i = 0; i < questions && answered && !ended; ++i) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+            std::this_thread::sleep_for(pause);
             client.request("TARGETS");
             answered = client.nextOf(XCB_SELECTION_NOTIFY, std::chrono::seconds(1)) != nullptr;
         }
@@ -141,6 +144,7 @@ private:
 
     test::XClient client;
     const int questions;
+    const std::chrono::milliseconds pause;
     std::atomic<bool> ended = false;
     std::thread thread;
 };
