@@ -149,7 +149,11 @@ struct NotedPasteboard final : Pasteboard {
         real.clear();
     }
     void holdPaste(std::chrono::milliseconds limit) override { real.holdPaste(limit); }
-    bool releasePaste() override { return real.releasePaste(); }
+    void releasePaste(std::function<void(bool)> ended) override
+    {
+        real.releasePaste(std::move(ended));
+    }
+    void dropPaste() override { real.dropPaste(); }
     void writeFiles(const std::vector<std::filesystem::path>& files) override
     {
         real.writeFiles(files);

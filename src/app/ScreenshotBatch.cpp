@@ -139,21 +139,41 @@ void ScreenshotBatch::firePasteIfComplete()
         fireQueuedPaste();
 }
 
+// The user's own paste may still ask for what is there now, and a second one would insert it again.
 void ScreenshotBatch::fireQueuedPaste()
 {
     pasteQueued = false;
-    const std::string images = std::to_string(publishedURLs.size()) + " image(s)";
-    if (platform.pasteboard.releasePaste()) {
-        platform.console.line(">>> Queued paste has waited for " + images);
+    pasteReleased = true;
+    platform.pasteboard.releasePaste(lifetime.guard([this](bool taken) {
+        pasteReleased = false;
+        if (!taken) {
+            postQueuedPaste();
+            return;
+        }
+        sayImages(">>> Queued paste has waited for ");
+        resetBatch();
+    }));
+}
+
+void ScreenshotBatch::sayImages(const std::string& event) const
+{
+    platform.console.line(event + std::to_string(publishedURLs.size()) + " image(s)");
+}
+
+void ScreenshotBatch::postQueuedPaste()
+{
+    if (publishedURLs.empty())
+        return; // undone meanwhile
+    if (!pasteboardIsOurs()) {
+        platform.console.line(">>> Queued paste not fired — something else has been copied");
     } else if (platform.windowSystem.activeWindow() == pasteWindow) {
-        platform.console.line(">>> Firing queued paste with " + images);
+        sayImages(">>> Firing queued paste with ");
         firePaste();
+        resetBatch();
     } else {
         platform.console.line(">>> Queued paste not fired — another window is active");
         toasts.show("Ready — paste again");
-        return;
     }
-    resetBatch();
 }
 
 void ScreenshotBatch::editWritten(const fs::path& url, bool succeeded)
@@ -174,7 +194,7 @@ void ScreenshotBatch::keepBack(const fs::path& url)
     if (!pasteIsHeld && !pasteboardIsOurs())
         return;
     if (pasteIsHeld)
-        pasteQueued = false; // no compression that is under way may fire it either
+        dropPaste(); // no compression that is under way may fire it either
     publish();
     toasts.show("Compression failed — screenshot skipped");
 }
@@ -205,8 +225,15 @@ void ScreenshotBatch::firePasteIfWritten()
 void ScreenshotBatch::forgetClipboard()
 {
     clipboardURLs.clear();
-    if (std::exchange(pasteAwaitsWrite, false) && compressionInProgress == 0)
-        pasteQueued = false;
+    if ((std::exchange(pasteAwaitsWrite, false) && compressionInProgress == 0) || pasteReleased)
+        dropPaste();
+}
+
+void ScreenshotBatch::dropPaste()
+{
+    pasteQueued = false;
+    pasteReleased = false;
+    platform.pasteboard.dropPaste();
 }
 
 bool ScreenshotBatch::showsFileBeingWritten() const
@@ -245,17 +272,22 @@ void ScreenshotBatch::publish()
     if (!pasteQueued || !showsFileBeingWritten())
         platform.pasteboard.writeFiles(publishedURLs);
     lastClipboardWriteCount = platform.pasteboard.changeCount();
-    platform.console.line(
-        "Clipboard updated: " + std::to_string(publishedURLs.size()) + " image(s)");
+    sayImages("Clipboard updated: ");
 }
 
 void ScreenshotBatch::handlePaste()
 {
     pasteAwaitsWrite = pasteAwaitsWrite || (showsFileBeingWritten() && pasteboardIsOurs());
+    const bool isReleased = pasteReleased && platform.windowSystem.activeWindow() == pasteWindow;
     if (compressionInProgress < 1 && !pasteAwaitsWrite) {
+        if (isReleased)
+            return; // the first of the two that asks ends the batch
+        if (pasteReleased)
+            dropPaste();
         resetBatch();
         return;
     }
+    pasteReleased = false;
     platform.pasteboard.holdPaste(pastePatience);
     pasteWindow = platform.windowSystem.activeWindow();
     pasteQueued = true;

@@ -111,6 +111,9 @@ private:
     void firePasteIfComplete();
     void firePasteIfWritten();
     void fireQueuedPaste();
+    void postQueuedPaste();
+    void dropPaste();
+    void sayImages(const std::string& event) const;
     void forgetClipboard();
     void drop(const std::function<bool(const std::filesystem::path&)>& isGone);
     bool removeLastFromBatch();
@@ -124,6 +127,7 @@ private:
     std::vector<std::string> pendingOCRTexts;
     int compressionInProgress = 0;
     bool pasteQueued = false;
+    bool pasteReleased = false; // the user's own paste may have the batch, and may not have asked
     NativeWindow pasteWindow = 0; // in which the queued paste was pressed last
     bool pasteAwaitsWrite = false; // the queued paste is held for an edit, too
     std::vector<std::filesystem::path> clipboardURLs; // what is wanted on the pasteboard

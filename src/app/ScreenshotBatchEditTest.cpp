@@ -268,5 +268,27 @@ TEST_F(ScreenshotBatchEditTest, DropsAHeldPasteWithWhatItWasHeldFor)
     EXPECT_EQ(desktop.pasteboard.files, Paths{copyOf("Screenshot 3.png")});
 }
 
+// Bug: the next paste was held too, and inserted nothing.
+TEST_F(ScreenshotBatchEditTest, HoldsNoPasteAnyMoreOnceWhatItWasHeldForIsGone)
+{
+    desktop.pasteboard.holdsPastes = true;
+    openEditor();
+    take("Screenshot 1.png");
+    beginEdit("Screenshot 1.png");
+    batch.handlePaste();
+    desktop.pasteboard.askForFiles();
+    EXPECT_TRUE(desktop.pasteboard.holdsPaste());
+    batch.undoLastScreenshot();
+    endEdit("Screenshot 1.png");
+    EXPECT_FALSE(desktop.pasteboard.holdsPaste());
+    EXPECT_EQ(desktop.pasteboard.given, Paths());
+
+    take("Screenshot 2.png");
+    beginEdit("Screenshot 2.png");
+    batch.handlePaste();
+    batch.clearAllScreenshots();
+    EXPECT_FALSE(desktop.pasteboard.holdsPaste());
+}
+
 } // namespace
 } // namespace tallowbay

@@ -197,5 +197,21 @@ TEST_F(ScreenshotBatchFailedEditTest, TakesOurFilesFromAClipboardManagerWhenAnEd
     EXPECT_THAT(desktop.pasteboard.files, IsEmpty());
 }
 
+// Bug: the next paste was held too, and inserted nothing.
+TEST_F(ScreenshotBatchFailedEditTest, HoldsNoPasteAnyMoreAfterAnEditThatFailed)
+{
+    desktop.pasteboard.holdsPastes = true;
+    take("Screenshot 1.png");
+    take("Screenshot 2.png");
+    beginEdit("Screenshot 2.png");
+    batch.handlePaste();
+    desktop.pasteboard.askForFiles();
+    endEdit("Screenshot 2.png", false);
+    EXPECT_EQ(desktop.pasteboard.given, Paths()) << "not the half of it";
+    EXPECT_FALSE(desktop.pasteboard.holdsPaste());
+    desktop.pasteboard.askForFiles();
+    EXPECT_EQ(desktop.pasteboard.given, Paths{copyOf("Screenshot 1.png")});
+}
+
 } // namespace
 } // namespace tallowbay

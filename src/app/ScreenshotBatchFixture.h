@@ -87,7 +87,11 @@ protected:
         }
         void clear() override { real.clear(); }
         void holdPaste(std::chrono::milliseconds limit) override { real.holdPaste(limit); }
-        bool releasePaste() override { return real.releasePaste(); }
+        void releasePaste(std::function<void(bool)> ended) override
+        {
+            real.releasePaste(std::move(ended));
+        }
+        void dropPaste() override { real.dropPaste(); }
         void writeFiles(const Paths& files) override
         {
             published.push_back(files);

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -23,12 +24,21 @@ public:
     // As clear(), for a paste that the user has just begun and whose content is still to come: if
     // the program that has the keyboard asks now, it is not answered before releasePaste(). When
     // the limit is over it is told that there is nothing, and so it is when another paste is to be
-    // held before that; then neither is held, or both would insert what comes. May hold nothing.
+    // held before that; then neither is held, or both would insert what comes. What is written
+    // meanwhile is there, but those who watch the pasteboard may not hear of it before the end. May
+    // hold nothing.
     virtual void holdPaste(std::chrono::milliseconds limit) = 0;
 
-    // Gives the program whose paste is held what the pasteboard holds now. False if none is held,
-    // or if it has not asked: then nothing has been pasted.
-    virtual bool releasePaste() = 0;
+    // Gives the program whose paste is held what the pasteboard holds: now, or when it asks, which
+    // it may do later than its key was pressed. The handler is told once, perhaps during the call,
+    // whether it has got it. False if none is held, or if it has not asked within the limit, or was
+    // told that there is nothing: then nothing has been pasted, and the program has had the time to
+    // say so to its user.
+    virtual void releasePaste(std::function<void(bool taken)>) = 0;
+
+    // No paste is held any more. Whoever waits is told that there is nothing, and the handler of a
+    // release is told nothing.
+    virtual void dropPaste() = 0;
 
     // A paste target receives the files, in this order; no text and no image beside them. The paths
     // are absolute; every byte of a name arrives. No files: as clear().
@@ -49,7 +59,7 @@ public:
     // once, unless it holds nothing because of us: then once the desktop's clipboard manager has
     // seen that, and brings nothing back after our end. Blocks no longer than the limit, and never
     // longer than a second; others can read the content meanwhile, but no other task of the main
-    // queue runs. For the shutdown.
+    // queue runs. No paste is held any more. For the shutdown.
     virtual bool handOver(std::chrono::milliseconds limit) = 0;
 };
 

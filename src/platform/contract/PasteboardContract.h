@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 
+#include <optional>
 #include <utility>
 
 namespace tallowbay::contract {
@@ -32,6 +33,21 @@ protected:
     {
         EXPECT_TRUE(backend.runUntil([this] { return backend.given().has_value(); }));
         return backend.given().value_or(std::vector<std::filesystem::path>{"/no answer"});
+    }
+
+    std::optional<bool> taken; // what the release was told
+    void release()
+    {
+        taken.reset();
+        pasteboard.releasePaste([this](bool given) {
+            EXPECT_EQ(taken, std::nullopt) << "it is told once";
+            taken = given;
+        });
+    }
+    std::optional<bool> awaitEnd()
+    {
+        EXPECT_TRUE(backend.runUntil([this] { return taken.has_value(); }));
+        return taken;
     }
 };
 
@@ -163,10 +179,47 @@ TYPED_TEST_P(PasteboardContract, AHeldPasteReceivesWhatIsThereAtItsRelease)
     EXPECT_FALSE(this->backend.given());
     this->pasteboard.clear();
     this->pasteboard.writeFiles(this->files);
-    EXPECT_TRUE(this->pasteboard.releasePaste());
+    this->release();
+    EXPECT_EQ(this->awaitEnd(), true);
     EXPECT_EQ(this->awaitFiles(), this->files);
-    EXPECT_FALSE(this->pasteboard.releasePaste()) << "it has been answered";
+    this->release();
+    EXPECT_EQ(this->awaitEnd(), false) << "it has been answered";
     EXPECT_EQ(this->backend.pastedFiles(), this->files);
+}
+
+TYPED_TEST_P(PasteboardContract, AHeldPasteThatAsksOnlyAfterItsReleaseReceivesWhatIsThereThen)
+{
+    this->pasteboard.writeFiles({"/stale.png"});
+    this->pasteboard.holdPaste(std::chrono::hours(1));
+    EXPECT_THAT(this->pasteboard.readFiles(), testing::IsEmpty());
+    this->pasteboard.writeFiles({"/half.png"});
+    this->release();
+    this->pasteboard.writeFiles(this->files);
+    this->backend.settle();
+    EXPECT_EQ(this->taken, std::nullopt);
+    this->backend.askForFiles();
+    EXPECT_EQ(this->awaitFiles(), this->files);
+    EXPECT_EQ(this->awaitEnd(), true);
+}
+
+TYPED_TEST_P(PasteboardContract, NothingIsPastedByAReleaseIfNobodyAsksInTime)
+{
+    this->pasteboard.writeFiles({"/stale.png"});
+    this->pasteboard.holdPaste(std::chrono::milliseconds(100));
+    this->pasteboard.writeFiles(this->files);
+    this->release();
+    EXPECT_EQ(this->taken, std::nullopt);
+    this->backend.letTimePass();
+    EXPECT_EQ(this->awaitEnd(), false);
+    this->backend.askForFiles();
+    EXPECT_EQ(this->awaitFiles(), this->files);
+}
+
+TYPED_TEST_P(PasteboardContract, NothingIsPastedByAReleaseWhereNoneIsHeld)
+{
+    this->pasteboard.writeFiles(this->files);
+    this->release();
+    EXPECT_EQ(this->awaitEnd(), false);
 }
 
 TYPED_TEST_P(PasteboardContract, AHeldPasteReceivesNothingOnceItsTimeIsOver)
@@ -177,7 +230,8 @@ TYPED_TEST_P(PasteboardContract, AHeldPasteReceivesNothingOnceItsTimeIsOver)
     this->pasteboard.writeFiles({"/half.png"});
     this->backend.letTimePass();
     EXPECT_THAT(this->awaitFiles(), testing::IsEmpty());
-    EXPECT_FALSE(this->pasteboard.releasePaste());
+    this->release();
+    EXPECT_EQ(this->awaitEnd(), false);
 }
 
 TYPED_TEST_P(PasteboardContract, OfTwoPastesNoneIsHeld)
@@ -186,23 +240,53 @@ TYPED_TEST_P(PasteboardContract, OfTwoPastesNoneIsHeld)
     this->pasteboard.holdPaste(std::chrono::hours(1));
     this->backend.askForFiles();
     this->backend.settle();
-    this->pasteboard.holdPaste(std::chrono::hours(1));
-    EXPECT_THAT(this->awaitFiles(), testing::IsEmpty());
-    this->backend.askForFiles();
+    this->pasteboard.holdPaste(std::chrono::milliseconds(100));
     EXPECT_THAT(this->awaitFiles(), testing::IsEmpty());
     this->pasteboard.writeFiles(this->files);
-    EXPECT_FALSE(this->pasteboard.releasePaste());
+    this->release();
+    this->backend.askForFiles();
+    EXPECT_THAT(this->awaitFiles(), testing::IsEmpty());
+    this->backend.letTimePass();
+    EXPECT_EQ(this->awaitEnd(), false);
+    this->backend.askForFiles();
+    EXPECT_EQ(this->awaitFiles(), this->files);
 }
 
-TYPED_TEST_P(PasteboardContract, NothingIsPastedByAReleaseIfNobodyHasAsked)
+TYPED_TEST_P(PasteboardContract, APasteThatIsDroppedReceivesNothingAndTheNextOneAll)
 {
     this->pasteboard.writeFiles({"/stale.png"});
     this->pasteboard.holdPaste(std::chrono::hours(1));
-    EXPECT_THAT(this->pasteboard.readFiles(), testing::IsEmpty());
-    EXPECT_FALSE(this->pasteboard.releasePaste());
+    this->backend.askForFiles();
+    this->backend.settle();
+    this->pasteboard.dropPaste();
+    EXPECT_THAT(this->awaitFiles(), testing::IsEmpty());
+    this->pasteboard.holdPaste(std::chrono::hours(1));
     this->pasteboard.writeFiles(this->files);
+    this->release();
+    this->pasteboard.dropPaste();
     this->backend.askForFiles();
     EXPECT_EQ(this->awaitFiles(), this->files);
+    EXPECT_EQ(this->taken, std::nullopt);
+}
+
+TYPED_TEST_P(PasteboardContract, AHeldPasteIsOverOnceSomethingElseIsCopied)
+{
+    this->pasteboard.writeFiles({"/stale.png"});
+    this->pasteboard.holdPaste(std::chrono::hours(1));
+    this->pasteboard.writeFiles(this->files);
+    this->release();
+    this->backend.copyTextElsewhere("text");
+    EXPECT_EQ(this->awaitEnd(), false);
+}
+
+TYPED_TEST_P(PasteboardContract, NobodyIsKeptWaitingAtTheEnd)
+{
+    this->pasteboard.writeFiles({"/stale.png"});
+    this->pasteboard.holdPaste(std::chrono::hours(1));
+    this->backend.askForFiles();
+    this->backend.settle();
+    EXPECT_FALSE(this->pasteboard.handOver(std::chrono::seconds(1)));
+    EXPECT_THAT(this->awaitFiles(), testing::IsEmpty());
 }
 
 TYPED_TEST_P(PasteboardContract, HandsItsTextOver)
@@ -239,8 +323,11 @@ REGISTER_TYPED_TEST_SUITE_P(
     AWriteReplacesWhatWasThere, ReadsItsOwnFiles, ReadsTheFilesOfOthers,
     ReadsNoFilesFromTheTextOfOthers, CountsItsOwnChanges, CountsTheChangesOfOthers,
     OthersPastingChangesNoCount, AHeldPasteReceivesWhatIsThereAtItsRelease,
+    AHeldPasteThatAsksOnlyAfterItsReleaseReceivesWhatIsThereThen,
+    NothingIsPastedByAReleaseIfNobodyAsksInTime, NothingIsPastedByAReleaseWhereNoneIsHeld,
     AHeldPasteReceivesNothingOnceItsTimeIsOver, OfTwoPastesNoneIsHeld,
-    NothingIsPastedByAReleaseIfNobodyHasAsked, HandsItsTextOver, HandsNothingElseOver,
+    APasteThatIsDroppedReceivesNothingAndTheNextOneAll, AHeldPasteIsOverOnceSomethingElseIsCopied,
+    NobodyIsKeptWaitingAtTheEnd, HandsItsTextOver, HandsNothingElseOver,
     TellsThatNobodyKeepsTheText);
 
 } // namespace tallowbay::contract

@@ -158,7 +158,11 @@ struct JournalKeyPosterBackend {
 struct MemoryPasteboardBackend {
     MemoryPasteboard memory;
 
-    MemoryPasteboardBackend() { memory.desktopKeepsTexts = false; }
+    MemoryPasteboardBackend()
+    {
+        memory.desktopKeepsTexts = false;
+        memory.holdsPastes = true;
+    }
     Pasteboard& pasteboard() { return memory; }
     std::vector<std::filesystem::path> pastedFiles() { return memory.files; }
     std::string pastedText() { return memory.text; }

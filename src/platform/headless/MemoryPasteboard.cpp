@@ -20,33 +20,62 @@ void MemoryPasteboard::clear()
 void MemoryPasteboard::holdPaste(std::chrono::milliseconds)
 {
     clear();
-    const bool another = holdsPaste;
-    endPatience();
-    holdsPaste = !another;
+    const Hold next = holdsPaste() ? Hold::refuses : Hold::waits;
+    dropPaste();
+    if (holdsPastes)
+        hold = next;
 }
 
-bool MemoryPasteboard::releasePaste()
+void MemoryPasteboard::releasePaste(std::function<void(bool taken)> ended)
 {
-    holdsPaste = false;
-    if (!std::exchange(hasAsked, false))
-        return false;
-    given = files;
-    return true;
+    released = std::move(ended);
+    if (!holdsPaste())
+        endHold(false);
+    else if (hasAsked)
+        give();
+}
+
+void MemoryPasteboard::dropPaste()
+{
+    refuse();
+    released = nullptr;
+    hold = Hold::none;
 }
 
 void MemoryPasteboard::askForFiles()
 {
     given.reset();
-    hasAsked = holdsPaste;
-    if (!holdsPaste)
-        given = files;
+    hasAsked = true;
+    if (hold == Hold::refuses)
+        refuse();
+    else if (!holdsPaste() || released)
+        give();
 }
 
 void MemoryPasteboard::endPatience()
 {
-    holdsPaste = false;
+    endHold(false);
+}
+
+void MemoryPasteboard::give()
+{
+    given = files;
+    hasAsked = false;
+    endHold(!files.empty());
+}
+
+void MemoryPasteboard::refuse()
+{
     if (std::exchange(hasAsked, false))
         given.emplace();
+}
+
+void MemoryPasteboard::endHold(bool taken)
+{
+    const auto ended = std::exchange(released, nullptr);
+    dropPaste();
+    if (ended)
+        ended(taken);
 }
 
 void MemoryPasteboard::writeFiles(const std::vector<std::filesystem::path>& paths)
@@ -62,6 +91,7 @@ void MemoryPasteboard::writeText(const std::string& written)
 
 bool MemoryPasteboard::handOver(std::chrono::milliseconds)
 {
+    dropPaste();
     if (!textIsOurs || !desktopKeepsTexts)
         return false;
     keptText = text;
@@ -71,11 +101,13 @@ bool MemoryPasteboard::handOver(std::chrono::milliseconds)
 void MemoryPasteboard::copyElsewhere(std::vector<std::filesystem::path> paths)
 {
     replace(std::move(paths), {});
+    endHold(false);
 }
 
 void MemoryPasteboard::copyTextElsewhere(std::string copied)
 {
     replace({}, std::move(copied));
+    endHold(false);
 }
 
 } // namespace tallowbay::headless

@@ -13,7 +13,8 @@ class MemoryPasteboard final : public Pasteboard {
 public:
     void clear() override;
     void holdPaste(std::chrono::milliseconds limit) override;
-    bool releasePaste() override;
+    void releasePaste(std::function<void(bool taken)>) override;
+    void dropPaste() override;
     void writeFiles(const std::vector<std::filesystem::path>& paths) override;
     void writeText(const std::string& written) override;
     std::vector<std::filesystem::path> readFiles() const override { return files; }
@@ -23,6 +24,10 @@ public:
     // The program that has the keyboard asks for files; what it is given stands in `given`.
     void askForFiles();
     std::optional<std::vector<std::filesystem::path>> given;
+
+    // Whether pastes are held at all, and whether one is.
+    bool holdsPastes = false;
+    bool holdsPaste() const { return hold != Hold::none; }
 
     // The time for which a paste is held is over.
     void endPatience();
@@ -39,11 +44,17 @@ public:
     std::string keptText;
 
 private:
+    enum class Hold { none, waits, refuses };
+
     void replace(std::vector<std::filesystem::path> paths, std::string written);
+    void give();
+    void refuse();
+    void endHold(bool taken);
 
     bool textIsOurs = false;
-    bool holdsPaste = false;
+    Hold hold = Hold::none;
     bool hasAsked = false; // and is not answered yet
+    std::function<void(bool)> released;
     std::int64_t changes = 0;
 };
 

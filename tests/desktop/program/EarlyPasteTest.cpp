@@ -10,6 +10,8 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <csignal>
+#include <stdexcept>
 
 using namespace tallowbay::test;
 using testing::ElementsAre;
@@ -75,6 +77,37 @@ protected:
         const auto path = home.takeScreenshot(second);
         EXPECT_TRUE(waitForCompression(server, home)) << path;
         return path.filename();
+    }
+
+    // Among the lines after the first so many.
+    static bool hasLine(const Tallowbay& tallowbay, const std::string& beginning, std::size_t after)
+    {
+        const auto lines = tallowbay.lines();
+        return std::any_of(
+            lines.begin() + std::ptrdiff_t(after), lines.end(),
+            [&](const std::string& line) { return line.starts_with(beginning); });
+    }
+
+    // What came to a program before F9 was pressed in it.
+    struct Received {
+        int keys = 0; // V alone
+        int grants = 0;
+    };
+    static Received receivedBeforeF9(XClient& target)
+    {
+        constexpr std::uint8_t v = 55;
+        constexpr std::uint8_t f9 = 75;
+        Received received;
+        while (const auto event = target.next(std::chrono::seconds(20))) {
+            const int type = event->response_type & 0x7f;
+            const auto key = reinterpret_cast<xcb_key_press_event_t&>(*event).detail;
+            const auto& answer = reinterpret_cast<xcb_selection_notify_event_t&>(*event);
+            if (type == XCB_KEY_PRESS && key == f9)
+                return received;
+            received.keys += type == XCB_KEY_PRESS && key == v;
+            received.grants += type == XCB_SELECTION_NOTIFY && answer.property != XCB_NONE;
+        }
+        throw std::runtime_error("F9 has not arrived");
     }
 
     bool hasArrived(const std::string& name) const
@@ -184,4 +217,59 @@ TEST_F(EarlyPasteTest, AProgramThatWaitsGetsTheWholeBatchWithItsOwnPaste)
         return target.granted() && target.take().bytes.find(endOfName) != std::string::npos;
     }));
     EXPECT_EQ(linesThatBegin(">>> Queued paste has waited"), 1u);
+}
+
+// Bug: a paste was posted beside its own, and all arrived twice.
+TEST_F(EarlyPasteTest, AProgramThatAsksJustAfterTheBatchIsCompleteGetsItOnce)
+{
+    Tallowbay tallowbay(server, home);
+    takeFirst(tallowbay);
+    XClient target(server.display());
+    target.takeFocus();
+    target.sync();
+    int attempt = 0;
+    // It has less than a second, which a busy machine may need for the compression alone.
+    EXPECT_TRUE(waitUntil([&] {
+        const auto lines = tallowbay.lines().size();
+        beginScreenshot(++attempt);
+        press("ctrl+v");
+        EXPECT_TRUE(tallowbay.waitForLine(queued, std::size_t(attempt)));
+        home.openGate();
+        EXPECT_TRUE(waitUntil([&] { return hasLine(tallowbay, "Clipboard updated", lines); }));
+        target.request("text/uri-list");
+        target.sync();
+        EXPECT_TRUE(waitUntil([&] { return hasLine(tallowbay, ">>> resetBatch", lines); }));
+        press("F9");
+        const Received received = receivedBeforeF9(target);
+        EXPECT_EQ(received.grants, 1);
+        const bool waited = hasLine(tallowbay, ">>> Queued paste has waited", lines);
+        EXPECT_EQ(received.keys, waited ? 1 : 2);
+        return waited;
+    })) << tallowbay.process.output();
+}
+
+// Bug: it was asked whether to replace what it had just inserted.
+TEST_F(EarlyPasteTest, AFileManagerThatIsBusyWhenTheBatchIsCompleteInsertsItOnce)
+{
+    Tallowbay tallowbay(server, home);
+    startThunar(tallowbay);
+    int attempt = 0;
+    EXPECT_TRUE(waitUntil([&] {
+        const auto lines = tallowbay.lines().size();
+        const auto name = beginScreenshot(++attempt);
+        thunar->signal(SIGSTOP);
+        press("ctrl+v");
+        EXPECT_TRUE(tallowbay.waitForLine(queued, std::size_t(attempt)));
+        home.openGate();
+        EXPECT_TRUE(waitUntil([&] { return hasLine(tallowbay, "Clipboard updated", lines); }));
+        thunar->signal(SIGCONT);
+        EXPECT_TRUE(waitUntil([&] { return hasArrived(name); }));
+        if (hasLine(tallowbay, ">>> Queued paste has waited", lines))
+            return true;
+        press("Escape"); // it took too long, and the paste was posted
+        return false;
+    }));
+    press("ctrl+shift+n");
+    EXPECT_TRUE(waitUntil([&] { return activeWindow().ends_with("New Folder"); }))
+        << activeWindow();
 }

@@ -1,5 +1,6 @@
 #include "platform/x11/clipboard/SelectionAnswers.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -135,6 +136,21 @@ std::vector<std::uint32_t> SelectionAnswers::targets(const ClipboardContent& con
     const auto late = lateForms ? lateForms(content) : std::vector<xcb_atom_t>();
     list.insert(list.end(), late.begin(), late.end());
     return list;
+}
+
+bool SelectionAnswers::isForForms(const xcb_selection_request_event_t& request) const
+{
+    return request.target == session.atom("TARGETS");
+}
+
+bool SelectionAnswers::isForContent(
+    const xcb_selection_request_event_t& request, const ClipboardContent& content) const
+{
+    std::vector<xcb_atom_t> all = forms(content);
+    const auto late = lateForms ? lateForms(content) : std::vector<xcb_atom_t>();
+    all.insert(all.end(), late.begin(), late.end());
+    all.push_back(session.atom("MULTIPLE"));
+    return std::ranges::find(all, request.target) != all.end();
 }
 
 std::vector<xcb_atom_t> SelectionAnswers::forms(const ClipboardContent& content) const

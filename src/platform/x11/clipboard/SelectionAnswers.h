@@ -37,6 +37,12 @@ public:
     // What the content can be had as beside its forms, by answerLate(). Optional.
     std::function<std::vector<xcb_atom_t>(const ClipboardContent&)> lateForms;
 
+    // Whether it asks what forms there are.
+    bool isForForms(const xcb_selection_request_event_t&) const;
+
+    // Whether it asks for the content in one of its forms or in several.
+    bool isForContent(const xcb_selection_request_event_t&, const ClipboardContent&) const;
+
     // The forms of the content, as targets.
     std::vector<xcb_atom_t> forms(const ClipboardContent&) const;
 

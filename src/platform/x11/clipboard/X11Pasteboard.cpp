@@ -42,6 +42,10 @@ X11Pasteboard::X11Pasteboard(X11Session& session, Dispatch& dispatch)
               return sendWhole(window, property, type, bytes);
           })
     , clipboard(session.atom("CLIPBOARD"))
+    , held(
+          answers, dispatch,
+          [this](const xcb_selection_request_event_t& request) { return giveHeld(request); },
+          [this] { announceLate(); })
     , events(session.watchOnMain([this](const X11Event& event) { handle(event); }))
 {
     xcb_xfixes_select_selection_input(
@@ -52,7 +56,11 @@ X11Pasteboard::X11Pasteboard(X11Session& session, Dispatch& dispatch)
     xcb_flush(session.connection());
 }
 
-X11Pasteboard::~X11Pasteboard() = default;
+X11Pasteboard::~X11Pasteboard()
+{
+    unannounced = false;
+    held.drop();
+}
 
 void X11Pasteboard::answerOwnToolkit(std::uint32_t resourceBase, std::uint32_t resourceMask)
 {
@@ -78,72 +86,40 @@ void X11Pasteboard::clear()
 
 // The key that began the paste has been handled before any request that it provokes. Who hears of a
 // new owner asks for the list of forms, paste or not; so an owner we become only if we are none.
+// Then the paste may have been answered already, by another owner or by none, and nobody waits.
 void X11Pasteboard::holdPaste(std::chrono::milliseconds limit)
 {
-    const bool another = heldPaste.has_value();
     const bool ours = offer() != nullptr;
+    const X11Client program = clientInFront();
+    ++changes;
     if (ours)
-        empty();
+        replaceUnannounced({});
     else
-        own({}); // the paste may have been answered already, by another owner or by none
-    refuseHeldPaste();
-    const Client program = clientInFront();
-    if (!ours || another || program.base == 0 || program.base == toolkit.base)
-        return;
-    heldPaste = HeldPaste{program, {}};
-    dispatch.mainAfter(limit, lifetime.guard([this, number = ++lastHeldPaste] {
-        if (number == lastHeldPaste)
-            refuseHeldPaste();
-    }));
+        announce(std::make_shared<const ClipboardContent>());
+    if (program.base == 0 || program.base == toolkit.base)
+        held.drop();
+    else
+        held.begin(program, ours, limit);
 }
 
-bool X11Pasteboard::releasePaste()
+void X11Pasteboard::releasePaste(std::function<void(bool taken)> handler)
 {
-    const auto paste = std::exchange(heldPaste, std::nullopt);
-    if (!paste)
-        return false;
-    const Offer current = offer();
-    bool given = false;
-    for (const auto& request : paste->requests) {
-        const auto asked = current ? std::optional(askedOf(*current, request)) : std::nullopt;
-        given |= answers.answer(request, asked ? &*asked : nullptr);
-    }
-    return given;
+    held.release(std::move(handler));
 }
 
-// A held paste is older than the content that it waits for, and if another owner came between the
-// two, than our owning the clipboard.
-ClipboardOffer X11Pasteboard::askedOf(
-    ClipboardOffer offer, const xcb_selection_request_event_t& request)
-{
-    offer.ownedSince = request.time;
-    return offer;
-}
-
-// Whatever the clipboard holds by now.
-void X11Pasteboard::refuseHeldPaste()
-{
-    const ClipboardOffer nothing{std::make_shared<const ClipboardContent>()};
-    const auto paste = std::exchange(heldPaste, std::nullopt);
-    if (!paste)
-        return;
-    for (const auto& request : paste->requests)
-        answers.answer(request, &nothing);
-}
-
-X11Pasteboard::Client X11Pasteboard::clientOf(xcb_window_t window) const
+X11Client X11Pasteboard::clientOf(xcb_window_t window) const
 {
     const std::uint32_t mask = xcb_get_setup(session.connection())->resource_id_mask;
     return {window & ~mask, mask};
 }
 
 // None if no certain window has the keyboard.
-X11Pasteboard::Client X11Pasteboard::clientInFront() const
+X11Client X11Pasteboard::clientInFront() const
 {
     const auto reply = owned(xcb_get_input_focus_reply(
         session.connection(), xcb_get_input_focus(session.connection()), nullptr));
     const bool isCertain = reply && reply->focus != XCB_INPUT_FOCUS_POINTER_ROOT;
-    return isCertain ? clientOf(reply->focus) : Client();
+    return isCertain ? clientOf(reply->focus) : X11Client();
 }
 
 void X11Pasteboard::writeFiles(const Files& files)
@@ -179,6 +155,7 @@ std::int64_t X11Pasteboard::changeCount() const
 
 bool X11Pasteboard::handOver(std::chrono::milliseconds limit)
 {
+    held.drop();
     const Offer own = offer();
     const xcb_window_t manager =
         own ? currentOwner(session.atom("CLIPBOARD_MANAGER")) : xcb_window_t(XCB_NONE);
@@ -190,10 +167,20 @@ bool X11Pasteboard::handOver(std::chrono::milliseconds limit)
         && askManagerToSave(*own, std::min(limit, longestHandOver));
 }
 
-// Owning it anew with each change tells clipboard managers and open paste menus of the change.
+// The program whose paste is held would ask for what it hears of, and be taken for pasting.
 void X11Pasteboard::own(ClipboardContent content)
 {
     ++changes;
+    unannounced = held.isOpen() && offer() && currentOwner(clipboard) == session.window();
+    if (unannounced)
+        replaceUnannounced(std::move(content));
+    else
+        announce(std::make_shared<const ClipboardContent>(std::move(content)));
+}
+
+// Owning it anew with each change tells clipboard managers and open paste menus of the change.
+void X11Pasteboard::announce(std::shared_ptr<const ClipboardContent> content)
+{
     const Offer before = offer();
     const xcb_timestamp_t now = session.serverTime();
     const auto request =
@@ -203,18 +190,23 @@ void X11Pasteboard::own(ClipboardContent content)
         setOffer(nullptr);
         return;
     }
-    setOffer(std::make_shared<const ClipboardOffer>(ClipboardOffer{
-        std::make_shared<const ClipboardContent>(std::move(content)),
-        before ? before->ownedSince : now, now}));
+    setOffer(std::make_shared<const ClipboardOffer>(
+        ClipboardOffer{std::move(content), before ? before->ownedSince : now, now}));
 }
 
-// Without a word to anyone.
-void X11Pasteboard::empty()
+// While we own it.
+void X11Pasteboard::replaceUnannounced(ClipboardContent content)
 {
-    ++changes;
-    ClipboardOffer nothing = *offer();
-    nothing.content = std::make_shared<const ClipboardContent>();
-    setOffer(std::make_shared<const ClipboardOffer>(std::move(nothing)));
+    ClipboardOffer next = *offer();
+    next.content = std::make_shared<const ClipboardContent>(std::move(content));
+    setOffer(std::make_shared<const ClipboardOffer>(std::move(next)));
+}
+
+void X11Pasteboard::announceLate()
+{
+    const Offer current = offer();
+    if (std::exchange(unannounced, false) && current)
+        announce(current->content);
 }
 
 X11Pasteboard::Offer X11Pasteboard::offer() const
@@ -257,7 +249,7 @@ void X11Pasteboard::noteLoss(const X11Event& event)
     const Offer current = offer();
     if (!isBefore(event.sequence(), writtenBy)) {
         setOffer(nullptr);
-        refuseHeldPaste();
+        held.lose();
     } else if (current) { // we have become the owner again since then
         ClipboardOffer interrupted = *current;
         interrupted.ownedSince = interrupted.writtenAt;
@@ -279,19 +271,28 @@ void X11Pasteboard::answer(const xcb_selection_request_event_t& request)
     transfers.forget(request.requestor, request.property);
     if (toolkit.has(request.requestor))
         return;
-    if (heldPaste && heldPaste->program.has(request.requestor))
-        hold(request);
-    else
-        respond(request);
+    if (!held.take(request))
+        respond(request, offer().get());
 }
 
-void X11Pasteboard::respond(const xcb_selection_request_event_t& request)
+bool X11Pasteboard::respond(
+    const xcb_selection_request_event_t& request, const ClipboardOffer* current)
+{
+    if (!current || !isForTransfer(request, *current))
+        return answers.answer(request, current);
+    fileTransfers->answer(request, *current->content);
+    return true;
+}
+
+// The paste may be older than our owning the clipboard, if that was interrupted.
+bool X11Pasteboard::giveHeld(const xcb_selection_request_event_t& request)
 {
     const Offer current = offer();
-    if (current && isForTransfer(request, *current))
-        fileTransfers->answer(request, *current->content);
-    else
-        answers.answer(request, current.get());
+    if (!current)
+        return respond(request, nullptr);
+    ClipboardOffer asked = *current;
+    asked.ownedSince = request.time;
+    return respond(request, &asked);
 }
 
 bool X11Pasteboard::isForTransfer(
@@ -301,24 +302,7 @@ bool X11Pasteboard::isForTransfer(
         && answers.mayAsk(request, current) && fileTransfers->offers(*current.content);
 }
 
-// That there will be files is known. Only who asks for them is pasting; many programs ask for the
-// forms as soon as they hear of a change.
-void X11Pasteboard::hold(const xcb_selection_request_event_t& request)
-{
-    const ClipboardOffer files =
-        askedOf({std::make_shared<const ClipboardContent>(Files())}, request);
-    const auto forms = answers.forms(*files.content);
-    const bool isForFiles = request.target == session.atom("MULTIPLE")
-        || std::ranges::find(forms, request.target) != forms.end();
-    if (request.target == session.atom("TARGETS"))
-        answers.answer(request, &files);
-    else if (isForFiles && answers.mayAsk(request, files))
-        heldPaste->requests.push_back(request);
-    else
-        answers.answer(request, offer().get());
-}
-
-void X11Pasteboard::answerToolkit(const Client& client, const X11Event& event)
+void X11Pasteboard::answerToolkit(const X11Client& client, const X11Event& event)
 {
     if (event.type() != XCB_SELECTION_REQUEST)
         return;
@@ -347,7 +331,7 @@ bool X11Pasteboard::sendWhole(
 // has fallen silent. Owning the clipboard anew makes it begin.
 void X11Pasteboard::showEmptinessTo(xcb_window_t manager, std::chrono::milliseconds limit)
 {
-    const Client reader = clientOf(manager);
+    const X11Client reader = clientOf(manager);
     int questions = 0;
     const auto counting = session.watchOnMain([&](const X11Event& event) {
         if (event.type() == XCB_SELECTION_REQUEST

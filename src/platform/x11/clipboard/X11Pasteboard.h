@@ -1,7 +1,7 @@
 #pragma once
 
-#include "base/Lifetime.h"
 #include "platform/Pasteboard.h"
+#include "platform/x11/clipboard/HeldPaste.h"
 #include "platform/x11/clipboard/SelectionAnswers.h"
 #include "platform/x11/clipboard/SelectionTransfers.h"
 #include "platform/x11/clipboard/TransferAnswers.h"
@@ -29,7 +29,8 @@ public:
 
     void clear() override;
     void holdPaste(std::chrono::milliseconds limit) override;
-    bool releasePaste() override;
+    void releasePaste(std::function<void(bool taken)>) override;
+    void dropPaste() override { held.drop(); }
     void writeFiles(const std::vector<std::filesystem::path>&) override;
     void writeText(const std::string&) override;
     std::vector<std::filesystem::path> readFiles() const override;
@@ -40,37 +41,25 @@ public:
     std::size_t transferCount() const { return transfers.size(); }
 
 private:
-    struct Client {
-        std::uint32_t base = 0;
-        std::uint32_t mask = 0;
-
-        bool has(xcb_window_t window) const { return base != 0 && (window & ~mask) == base; }
-    };
     using Offer = std::shared_ptr<const ClipboardOffer>;
 
-    // A program that pastes, and what it has asked for.
-    struct HeldPaste {
-        Client program;
-        std::vector<xcb_selection_request_event_t> requests;
-    };
-
     void own(ClipboardContent);
-    void empty();
+    void announce(std::shared_ptr<const ClipboardContent>);
+    void replaceUnannounced(ClipboardContent);
+    void announceLate();
     Offer offer() const;
     void setOffer(Offer);
     xcb_window_t currentOwner(xcb_atom_t selection) const;
-    Client clientOf(xcb_window_t) const;
-    Client clientInFront() const;
-    void refuseHeldPaste();
+    X11Client clientOf(xcb_window_t) const;
+    X11Client clientInFront() const;
     void handle(const X11Event&);
     void noteLoss(const X11Event&);
     void noteOtherOwner(const X11Event&);
     void answer(const xcb_selection_request_event_t&);
-    void respond(const xcb_selection_request_event_t&);
+    bool respond(const xcb_selection_request_event_t&, const ClipboardOffer*);
+    bool giveHeld(const xcb_selection_request_event_t&);
     bool isForTransfer(const xcb_selection_request_event_t&, const ClipboardOffer&) const;
-    static ClipboardOffer askedOf(ClipboardOffer, const xcb_selection_request_event_t&);
-    void hold(const xcb_selection_request_event_t&);
-    void answerToolkit(const Client&, const X11Event&);
+    void answerToolkit(const X11Client&, const X11Event&);
     bool sendWhole(xcb_window_t, xcb_atom_t property, xcb_atom_t type, const std::string&);
     void showEmptinessTo(xcb_window_t manager, std::chrono::milliseconds limit);
     bool askManagerToSave(const ClipboardOffer&, std::chrono::milliseconds limit);
@@ -82,18 +71,17 @@ private:
     std::optional<TransferAnswers> fileTransfers;
     SelectionAnswers toolkitAnswers; // session's thread only
     const xcb_atom_t clipboard;
-    Client toolkit;
+    X11Client toolkit;
     std::uint32_t writtenBy = 0; // the number of the request that made us the owner
     std::int64_t changes = 0;
-    std::optional<HeldPaste> heldPaste;
-    int lastHeldPaste = 0;
+    HeldPaste held;
+    bool unannounced = false; // nobody was told of the content
 
     mutable std::mutex offerMutex;
     Offer currentOffer; // null while another one is the owner
 
     Subscription events;
     Subscription toolkitEvents;
-    Lifetime lifetime;
 };
 
 } // namespace tallowbay::x11
