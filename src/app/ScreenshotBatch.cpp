@@ -1,5 +1,6 @@
 #include "app/ScreenshotBatch.h"
 
+#include "base/Paths.h"
 #include "capture/ProductFolder.h"
 #include "editor/EditorSlot.h"
 #include "editor/EditorStrip.h"

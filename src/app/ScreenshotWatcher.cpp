@@ -1,5 +1,6 @@
 #include "app/ScreenshotWatcher.h"
 
+#include "base/Paths.h"
 #include "capture/ProductFolder.h"
 #include "platform/Console.h"
 #include "platform/FileSystem.h"

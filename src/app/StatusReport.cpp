@@ -1,5 +1,7 @@
 #include "app/StatusReport.h"
 
+#include "base/Paths.h"
+
 #include <algorithm>
 
 namespace tallowbay {
@@ -8,15 +10,6 @@ namespace fs = std::filesystem;
 using namespace std::chrono;
 
 namespace {
-
-std::string forPeople(const fs::path& path, const fs::path& home)
-{
-    const auto relative = path.lexically_relative(home);
-    if (relative == ".")
-        return "~";
-    const bool below = !relative.empty() && *relative.begin() != "..";
-    return below ? "~/" + relative.native() : path.native();
-}
 
 // A table of two columns, indented.
 class Columns {
@@ -68,7 +61,7 @@ std::string placesText(const ProgramStatus& status)
         return "No folder is watched before the first-run window is done.\n";
     Columns columns;
     for (const auto& place : status.places)
-        columns.add(forPeople(place.place.folder, status.home), stateOf(place, status));
+        columns.add(pathForPeople(place.place.folder, status.home), stateOf(place, status));
     return "Watched for screenshots:\n" + columns.text();
 }
 
@@ -88,7 +81,7 @@ std::string noticedText(const ProgramStatus& status)
 {
     if (!status.lastNoticed)
         return "No screenshot has been noticed yet.\n";
-    return "Noticed last: " + forPeople(status.lastNoticed->file, status.home) + ", "
+    return "Noticed last: " + pathForPeople(status.lastNoticed->file, status.home) + ", "
         + ago(status.now - status.lastNoticed->when) + "\n";
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <string_view>
 
 namespace tallowbay {
 
@@ -13,6 +14,15 @@ inline std::string asciiLowercase(std::string text)
         return letter >= 'A' && letter <= 'Z' ? char(letter - 'A' + 'a') : letter;
     });
     return text;
+}
+
+// Without these characters at its two ends.
+inline std::string_view trimmed(std::string_view text, std::string_view blanks)
+{
+    const auto first = text.find_first_not_of(blanks);
+    if (first == text.npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(blanks) + 1 - first);
 }
 
 } // namespace tallowbay

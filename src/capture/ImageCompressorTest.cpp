@@ -207,13 +207,5 @@ TEST(ToolPaths, AreTheseWhereThePlatformNamesNoOthers)
     EXPECT_EQ(tools.screencapture, "/usr/sbin/screencapture");
 }
 
-TEST(ProductFolder, HoldsWhatLiesBelowItAndNoNeighbourOfALongerName)
-{
-    EXPECT_TRUE(isWithin("/a/b", "/a/b"));
-    EXPECT_TRUE(isWithin("/a/b/c/d.png", "/a/b"));
-    EXPECT_FALSE(isWithin("/a/bc/d.png", "/a/b"));
-    EXPECT_FALSE(isWithin("/a", "/a/b"));
-}
-
 } // namespace
 } // namespace tallowbay

@@ -1,5 +1,6 @@
 #include "capture/ScreenshotNames.h"
 
+#include "base/AsciiText.h"
 #include "base/PreferenceKeys.h"
 #include "capture/ImageCompressor.h"
 #include "platform/Console.h"
@@ -15,14 +16,6 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr const char* blanks = " \t\n";
-
-std::string trimmed(const std::string& text)
-{
-    const auto first = text.find_first_not_of(blanks);
-    if (first == std::string::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(blanks) + 1 - first);
-}
 
 std::string inQuotes(const std::string& text)
 {
@@ -78,7 +71,8 @@ void ScreenshotNames::refresh()
         return complain("is no text, and is not used");
     for (std::size_t begin = 0; begin < current.size();) {
         const auto end = std::min(current.find(',', begin), current.size());
-        addUserPattern(trimmed(current.substr(begin, end - begin)));
+        addUserPattern(
+            std::string(trimmed(std::string_view(current).substr(begin, end - begin), blanks)));
         begin = end + 1;
     }
 }

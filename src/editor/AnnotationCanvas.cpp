@@ -1,5 +1,6 @@
 #include "editor/AnnotationCanvas.h"
 
+#include "base/AsciiText.h"
 #include "base/Fatal.h"
 #include "editor/AnnotationConstants.h"
 #include "editor/CanvasRenderer.h"
@@ -22,15 +23,6 @@ constexpr Color placeholderColor = Color::white(1, 0.85);
 Rect spannedBy(Point a, Point b)
 {
     return Rect{a, {b.x - a.x, b.y - a.y}}.normalized();
-}
-
-// Line breaks stay.
-std::string trimmed(const std::string& text)
-{
-    const auto first = text.find_first_not_of(" \t");
-    if (first == std::string::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(" \t") - first + 1);
 }
 
 } // namespace
@@ -343,7 +335,7 @@ void AnnotationCanvas::commitTextIfNeeded()
 {
     if (!activeTextField)
         return;
-    const std::string text = trimmed(activeTextField->text());
+    const std::string text(trimmed(activeTextField->text(), " \t")); // line breaks stay
     activeTextField.reset();
     view->becomeFirstResponder();
     if (!text.empty())

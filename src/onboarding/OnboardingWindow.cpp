@@ -1,5 +1,6 @@
 #include "onboarding/OnboardingWindow.h"
 
+#include "base/Paths.h"
 #include "capture/ScreenshotLocation.h"
 #include "onboarding/OnboardingPort.h"
 #include "platform/Application.h"
@@ -19,13 +20,6 @@ using Step = OnboardingWindow::Step;
 
 namespace {
 
-std::string forPeople(const std::filesystem::path& folder, const std::filesystem::path& home)
-{
-    const auto relative = folder.lexically_relative(home);
-    const bool below = !relative.empty() && *relative.begin() != "..";
-    return below ? "~/" + relative.native() : folder.native();
-}
-
 Step locationStep(const Platform& platform)
 {
     const ScreenshotLocation location(platform.defaults, platform.fileSystem, platform.desktop);
@@ -37,7 +31,8 @@ Step locationStep(const Platform& platform)
         return {title, "Screenshots of all usual tools are noticed", true};
     const auto& folder = places.front().folder;
     return {
-        title, "Screenshots are expected in " + forPeople(folder, platform.fileSystem.homeFolder()),
+        title,
+        "Screenshots are expected in " + pathForPeople(folder, platform.fileSystem.homeFolder()),
         true};
 }
 

@@ -1,23 +1,13 @@
 #include "platform/headless/MemoryFileSystem.h"
 
+#include "base/Paths.h"
+
 #include <algorithm>
 #include <utility>
 
 namespace tallowbay::headless {
 
 namespace fs = std::filesystem;
-
-namespace {
-
-// Whether the path is the folder itself or lies anywhere below it.
-bool isWithin(const fs::path& path, const fs::path& folder)
-{
-    const auto [end, ignored] =
-        std::mismatch(folder.begin(), folder.end(), path.begin(), path.end());
-    return end == folder.end();
-}
-
-} // namespace
 
 MemoryFileSystem::MemoryFileSystem(const Clock& clock)
     : clock(clock)

@@ -10,7 +10,7 @@ namespace {
 
 using namespace std::chrono;
 
-::locale_t languageOfEnvironment()
+::locale_t localeOfEnvironment()
 {
     const ::locale_t named = ::newlocale(LC_TIME_MASK | LC_CTYPE_MASK, "", nullptr);
     return named ? named : ::newlocale(LC_TIME_MASK, "C", nullptr);
@@ -37,7 +37,7 @@ bool monthComesFirst(::locale_t language)
 } // namespace
 
 PosixCalendar::PosixCalendar()
-    : language(languageOfEnvironment())
+    : language(localeOfEnvironment())
 {
 }
 

@@ -14,11 +14,6 @@ namespace tallowbay::tesseract {
 
 namespace {
 
-bool isOneOf(const Symbol& symbol, std::string_view characters)
-{
-    return symbol.text.size() == 1 && characters.find(symbol.text[0]) != std::string_view::npos;
-}
-
 bool isDash(const Symbol& symbol)
 {
     return symbol.text == "-" || symbol.text == "–" || symbol.text == "—";

@@ -29,11 +29,6 @@ bool isLetter(const Symbol& symbol)
     return std::isalpha(code) || code >= 0xC0;
 }
 
-bool isOneOf(const Symbol& symbol, std::string_view characters)
-{
-    return symbol.text.size() == 1 && characters.find(symbol.text[0]) != std::string_view::npos;
-}
-
 // The least gap that may be a blank. Between words the engine knows best, even where an f leans
 // over the gap; but it takes the signs inside of addresses and numbers for the ends of words.
 double leastBlank(const Symbol& one, const Symbol& other, const TextLine& line)

@@ -6,6 +6,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tesseract {
@@ -21,6 +22,12 @@ struct Symbol {
     bool spaceBefore = false;
     double confidence = 0; // 0 to 1
 };
+
+// Whether it is a single one of these ASCII characters.
+inline bool isOneOf(const Symbol& symbol, std::string_view characters)
+{
+    return symbol.text.size() == 1 && characters.find(symbol.text[0]) != std::string_view::npos;
+}
 
 // Tesseract with the data of some languages, ready to read.
 //

@@ -1,6 +1,7 @@
 #include "views/ui/HoverButton.h"
 
 #include "platform/qt/graphics/QtColor.h"
+#include "views/ui/FocusColor.h"
 #include "views/ui/Symbol.h"
 
 #include <QKeyEvent>
@@ -9,8 +10,6 @@
 namespace tallowbay::views {
 
 namespace {
-
-constexpr QColor focusColor(120, 185, 255);
 
 bool presses(int key)
 {

@@ -13,8 +13,8 @@ namespace tallowbay::views {
 namespace {
 
 // The dark material: thin where what lies below is blurred, dense where it would disturb the text.
-constexpr QColor materialOverBlur(24, 24, 28, 199);
-constexpr QColor materialOverPlain(24, 24, 28, 224);
+constexpr QColor toastOverBlur(24, 24, 28, 199);
+constexpr QColor toastOverPlain(24, 24, 28, 224);
 constexpr QColor opaqueMaterial(30, 30, 34);
 constexpr QColor rimColor(255, 255, 255, 28);
 
@@ -86,7 +86,7 @@ void ToastWidget::paintMaterial(QPainter& painter) const
 {
     painter.setPen(Qt::NoPen);
     if (composited) {
-        painter.setBrush(blursBehind ? materialOverBlur : materialOverPlain);
+        painter.setBrush(blursBehind ? toastOverBlur : toastOverPlain);
         painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
     } else {
         painter.fillRect(rect(), opaqueMaterial);

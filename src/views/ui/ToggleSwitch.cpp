@@ -2,6 +2,7 @@
 
 #include "platform/Graphics.h"
 #include "platform/qt/graphics/QtColor.h"
+#include "views/ui/FocusColor.h"
 
 #include <QKeyEvent>
 #include <QPainter>
@@ -13,7 +14,6 @@ namespace {
 constexpr QSize switchSize(38, 22);
 constexpr double knobMargin = 2;
 constexpr QColor trackOff(255, 255, 255, 60);
-constexpr QColor focusColor(120, 185, 255);
 
 } // namespace
 

@@ -1,5 +1,6 @@
 #include "platform/posix/preferences/ScreenshotToolFolders.h"
 
+#include "base/Paths.h"
 #include "platform/posix/preferences/SettingsText.h"
 
 #include <algorithm>
@@ -21,11 +22,6 @@ bool isOne(const fs::path& first, const fs::path& second)
 {
     std::error_code oneIsAbsent;
     return first == second || fs::equivalent(first, second, oneIsAbsent);
-}
-
-bool isWithin(const fs::path& path, const fs::path& folder)
-{
-    return std::ranges::mismatch(folder, path).in1 == folder.end();
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "platform/posix/watch/FolderTree.h"
 
+#include "base/Paths.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -9,15 +11,6 @@
 namespace tallowbay::posix {
 
 namespace fs = std::filesystem;
-
-namespace {
-
-bool isWithin(const fs::path& path, const fs::path& folder)
-{
-    return std::ranges::mismatch(folder, path).in1 == folder.end();
-}
-
-} // namespace
 
 FolderTree::FolderTree(Inotify& inotify, fs::path root, std::uint32_t mask, std::size_t mostFolders)
     : inotify(inotify)

@@ -10,7 +10,7 @@ namespace {
 
 template <typename Reply> using Owned = std::unique_ptr<Reply, decltype(&std::free)>;
 
-template <typename Reply> Owned<Reply> owned(Reply* reply)
+template <typename Reply> Owned<Reply> held(Reply* reply)
 {
     return {reply, &std::free};
 }
@@ -21,7 +21,7 @@ xcb_atom_t atom(xcb_connection_t* server, const std::string& name, bool onlyIfEx
 {
     const auto cookie =
         xcb_intern_atom(server, onlyIfExists, static_cast<std::uint16_t>(name.size()), name.data());
-    const auto reply = owned(xcb_intern_atom_reply(server, cookie, nullptr));
+    const auto reply = held(xcb_intern_atom_reply(server, cookie, nullptr));
     return reply ? reply->atom : noAtom;
 }
 
@@ -32,10 +32,10 @@ Owned<xcb_get_property_reply_t> readProperty(
     constexpr std::uint32_t mostWords = 16'384;
     const auto property = atom(server, name);
     if (window == XCB_NONE || property == noAtom)
-        return owned<xcb_get_property_reply_t>(nullptr);
+        return held<xcb_get_property_reply_t>(nullptr);
     const auto cookie =
         xcb_get_property(server, false, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, mostWords);
-    return owned(xcb_get_property_reply(server, cookie, nullptr));
+    return held(xcb_get_property_reply(server, cookie, nullptr));
 }
 
 } // namespace
@@ -70,8 +70,8 @@ xcb_window_t X11Queries::selectionOwner(const std::string& selection) const
     const auto name = atom(server, selection);
     if (name == noAtom)
         return XCB_NONE;
-    const auto reply = owned(
-        xcb_get_selection_owner_reply(server, xcb_get_selection_owner(server, name), nullptr));
+    const auto reply =
+        held(xcb_get_selection_owner_reply(server, xcb_get_selection_owner(server, name), nullptr));
     return reply ? reply->owner : XCB_NONE;
 }
 
@@ -152,7 +152,7 @@ xcb_window_t X11Queries::windowAt(int x, int y) const
         found = next;
         const auto cookie = xcb_translate_coordinates(
             server, root(), found, static_cast<std::int16_t>(x), static_cast<std::int16_t>(y));
-        const auto reply = owned(xcb_translate_coordinates_reply(server, cookie, nullptr));
+        const auto reply = held(xcb_translate_coordinates_reply(server, cookie, nullptr));
         next = reply ? reply->child : XCB_NONE;
     }
     return found;
@@ -161,14 +161,14 @@ xcb_window_t X11Queries::windowAt(int x, int y) const
 xcb_window_t X11Queries::focusedWindow() const
 {
     const auto reply =
-        owned(xcb_get_input_focus_reply(server, xcb_get_input_focus(server), nullptr));
+        held(xcb_get_input_focus_reply(server, xcb_get_input_focus(server), nullptr));
     return reply && reply->focus != XCB_INPUT_FOCUS_POINTER_ROOT ? reply->focus : XCB_NONE;
 }
 
 int X11Queries::widthOf(xcb_window_t window) const
 {
     const auto reply =
-        owned(xcb_get_geometry_reply(server, xcb_get_geometry(server, window), nullptr));
+        held(xcb_get_geometry_reply(server, xcb_get_geometry(server, window), nullptr));
     return reply ? reply->width : 0;
 }
 

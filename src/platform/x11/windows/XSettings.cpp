@@ -8,9 +8,9 @@ namespace tallowbay::x11 {
 namespace {
 
 // Reads numbers and texts one after the other; once it has failed it stays failed.
-class Reader {
+class SettingsReader {
 public:
-    explicit Reader(std::string_view bytes)
+    explicit SettingsReader(std::string_view bytes)
         : bytes(bytes)
     {
     }
@@ -55,7 +55,7 @@ private:
 enum class Type { number = 0, text = 1, color = 2 };
 
 // Empty for values that are no text.
-std::optional<std::string_view> readValue(Reader& reader, Type type)
+std::optional<std::string_view> readValue(SettingsReader& reader, Type type)
 {
     if (type == Type::text)
         return reader.paddedText(reader.number(4));
@@ -67,7 +67,7 @@ std::optional<std::string_view> readValue(Reader& reader, Type type)
 
 std::optional<std::string> textOfXSettings(std::string_view property, std::string_view name)
 {
-    Reader reader(property);
+    SettingsReader reader(property);
     reader.setBigEndian(reader.number(1) == 1);
     reader.take(3 + 4); // padding, serial number
     const std::uint32_t count = reader.number(4);

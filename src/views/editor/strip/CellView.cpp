@@ -17,7 +17,7 @@ namespace {
 constexpr double captionGap = 8; // to the badge
 constexpr double badgePadding = 5;
 constexpr double focusRingWidth = 2;
-constexpr QColor focusColor(190, 220, 255);
+constexpr QColor cellFocusColor(190, 220, 255);
 
 QRectF headerRect()
 {
@@ -135,7 +135,7 @@ void CellView::paintEvent(QPaintEvent*)
     if (shown.selected)
         border(0, selectedCellBorder, qt::qtColor(systemBlue));
     if (focusRing)
-        border(selectedCellBorder, focusRingWidth, focusColor);
+        border(selectedCellBorder, focusRingWidth, cellFocusColor);
 }
 
 void CellView::paintHeader(QPainter& painter, const ThumbnailCell& shown) const
