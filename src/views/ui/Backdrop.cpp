@@ -81,7 +81,7 @@ void Backdrop::forget()
 {
     desktop = {};
     smallDesktop = {};
-    blurredDesktops.clear();
+    lastBlurred = {};
 }
 
 QRectF Backdrop::sourceOf(const QRect& part, const QSize& picture) const
@@ -106,10 +106,10 @@ void Backdrop::paint(QPainter& painter, const QRect& part) const
 
 const QImage& Backdrop::blurredDesktop(double blurRadius) const
 {
-    QImage& picture = blurredDesktops[blurRadius];
-    if (picture.isNull())
-        picture = blurredImage(smallDesktop, blurRadius / reduction);
-    return picture;
+    const bool isOther = std::exchange(lastBlurRadius, blurRadius) != blurRadius;
+    if (isOther || lastBlurred.isNull())
+        lastBlurred = blurredImage(smallDesktop, blurRadius / reduction);
+    return lastBlurred;
 }
 
 void Backdrop::paintGlass(QPainter& painter, const QRect& part, double blurRadius) const

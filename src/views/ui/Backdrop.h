@@ -6,8 +6,6 @@
 #include <QPixmap>
 #include <QRect>
 
-#include <map>
-
 class QPainter;
 
 namespace tallowbay::views {
@@ -61,7 +59,8 @@ private:
     bool blurred = false;
     QPixmap desktop;
     QImage smallDesktop; // much smaller, to be blurred
-    mutable std::map<double, QImage> blurredDesktops; // by their radius, as they are asked for
+    mutable QImage lastBlurred; // as it was asked for last, which is nearly always the same
+    mutable double lastBlurRadius = 0;
     QSize size{1, 1};
     bool lookedAhead = false;
 };

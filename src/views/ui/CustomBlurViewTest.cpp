@@ -77,6 +77,19 @@ TEST_F(CustomBlurViewTest, BlursWhatIsBehindTheWindowAsMuchAsItIsToldTo)
     EXPECT_LT(softness(view), usual / 4);
 }
 
+TEST_F(CustomBlurViewTest, BlursAsMuchAsItIsToldToAlsoOverAnotherDesktop)
+{
+    CustomBlurView view(backdrop, &window);
+    view.resize(window.size());
+    view.setBlurRadius(0);
+    const int sharp = softness(view);
+    backdrop.look();
+    view.setBlurRadius(40);
+    EXPECT_GT(softness(view), 4 * sharp);
+    view.setBlurRadius(0);
+    EXPECT_EQ(softness(view), sharp);
+}
+
 TEST_F(CustomBlurViewTest, AllWithinItBlurAlike)
 {
     CustomBlurView view(backdrop, &window);
