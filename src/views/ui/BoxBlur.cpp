@@ -1,6 +1,7 @@
 #include "views/ui/BoxBlur.h"
 
 #include <cmath>
+#include <cstdint>
 #include <vector>
 
 namespace tallowbay::views {
@@ -17,6 +18,20 @@ struct Line {
     QRgb nearest(int i) const { return at(std::clamp(i, 0, length - 1)); }
 };
 
+// Divides by multiplying, which is much faster. Exact as long as the product of both stays below
+// 2^32, and a blur adds up far fewer pixels.
+class Divisor {
+public:
+    explicit Divisor(int number)
+        : inverse((std::uint64_t(1) << 32) / std::uint64_t(number) + 1)
+    {
+    }
+    int into(int sum) const { return static_cast<int>(std::uint64_t(sum) * inverse >> 32); }
+
+private:
+    std::uint64_t inverse;
+};
+
 struct Sum {
     int red = 0;
     int green = 0;
@@ -28,18 +43,22 @@ struct Sum {
         green += sign * qGreen(pixel);
         blue += sign * qBlue(pixel);
     }
-    QRgb mean(int count) const { return qRgb(red / count, green / count, blue / count); }
+    QRgb mean(const Divisor& count) const
+    {
+        return qRgb(count.into(red), count.into(green), count.into(blue));
+    }
 };
 
 void blurLine(const Line& line, int radius, std::vector<QRgb>& means)
 {
+    const Divisor count(2 * radius + 1);
     Sum sum;
     for (int i = -radius; i < radius; ++i)
         sum.add(line.nearest(i), 1);
     means.clear();
     for (int i = 0; i < line.length; ++i) {
         sum.add(line.nearest(i + radius), 1);
-        means.push_back(sum.mean(2 * radius + 1));
+        means.push_back(sum.mean(count));
         sum.add(line.nearest(i - radius), -1);
     }
     for (int i = 0; i < line.length; ++i)
