@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <memory>
+#include <new>
 #include <vector>
 
 namespace tallowbay {
@@ -12,6 +14,25 @@ struct PixelSize {
     int width = 0;
     int height = 0;
     bool operator==(const PixelSize&) const = default;
+};
+
+// Memory that is zero from the start, where the system has such at hand: it is touched only when it
+// is written, and not twice.
+template <typename T> struct ZeroedMemory {
+    using value_type = T;
+
+    ZeroedMemory() = default;
+    template <typename U> explicit ZeroedMemory(const ZeroedMemory<U>&) { }
+    T* allocate(std::size_t count)
+    {
+        void* const memory = std::calloc(count, sizeof(T));
+        if (!memory)
+            throw std::bad_alloc();
+        return static_cast<T*>(memory);
+    }
+    void deallocate(T* memory, std::size_t) { std::free(memory); }
+    void construct(T*) { } // it is zero already
+    bool operator==(const ZeroedMemory&) const = default;
 };
 
 // A picture in memory, in the sRGB colour space.
@@ -50,7 +71,7 @@ private:
     }
 
     PixelSize dimensions;
-    std::vector<std::uint32_t> words;
+    std::vector<std::uint32_t, ZeroedMemory<std::uint32_t>> words;
 };
 
 // A picture that several owners and threads may read. Null is "no picture".
