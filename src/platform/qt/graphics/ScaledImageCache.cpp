@@ -2,7 +2,24 @@
 
 #include "platform/qt/graphics/BitmapImage.h"
 
+#include <functional>
+#include <numeric>
+
 namespace tallowbay::qt {
+
+namespace {
+
+bool isOpaque(const QImage& image)
+{
+    QRgb common = 0xFF000000;
+    for (int y = 0; y < image.height(); ++y) {
+        const auto* row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
+        common = std::accumulate(row, row + image.width(), common, std::bit_and<>());
+    }
+    return common >= 0xFF000000;
+}
+
+} // namespace
 
 QImage ScaledImageCache::scaled(const Image& image, QSize size)
 {
@@ -10,10 +27,11 @@ QImage ScaledImageCache::scaled(const Image& image, QSize size)
     if (whole.size() == size)
         return whole;
     if (source.lock() != image || result.size() != size) {
+        result = {}; // before there is another
         result = whole.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
         source = image;
         // An opaque picture is copied to the screen without looking at what lies below.
-        if (image->isOpaque())
+        if (isOpaque(result))
             result.reinterpretAsFormat(QImage::Format_RGB32);
     }
     return result;
