@@ -1,8 +1,10 @@
 #pragma once
 
+#include "base/Bitmap.h"
 #include "base/PixelRect.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace tallowbay {
@@ -48,6 +50,10 @@ public:
 
     // The window that has the keyboard, of whatever program. 0 if none has, or nobody knows.
     virtual NativeWindow activeWindow() const = 0;
+
+    // What is seen of the desktop there, opaque; the rectangle, in the server's pixels, lies on its
+    // screen. Empty where that cannot be had fast: the toolkit may know another way.
+    virtual std::optional<Bitmap> picture(const PixelRect&) const = 0;
 
     // What the desktop calls the theme of its windows, such as "Adwaita-dark". Empty if it does not
     // say.

@@ -24,11 +24,13 @@ public:
     void keepOffTaskbar(NativeWindow window) override { offTaskbar.insert(window); }
     void activate(NativeWindow window) override { active = window; }
     NativeWindow activeWindow() const override { return active; }
+    std::optional<Bitmap> picture(const PixelRect&) const override { return desktop; }
     std::string windowTheme() const override { return theme; }
 
     bool composes = false;
     bool blurs = false;
     std::string theme;
+    std::optional<Bitmap> desktop;
     std::map<NativeWindow, PixelRegion> blurred;
     std::map<NativeWindow, PixelRegion> shapes;
     std::set<NativeWindow> offTaskbar;

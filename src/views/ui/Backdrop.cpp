@@ -1,5 +1,7 @@
 #include "views/ui/Backdrop.h"
 
+#include "platform/qt/QtScreens.h"
+#include "platform/qt/graphics/BitmapImage.h"
 #include "views/ui/BoxBlur.h"
 
 #include <QGuiApplication>
@@ -21,21 +23,32 @@ constexpr double materialOverBlur = 0.65;
 constexpr QColor denseMaterial(22, 23, 27, 232);
 constexpr QColor unknownDesktop(30, 32, 38);
 
-QImage reduced(const QPixmap& picture, const QSize& points)
+QImage pictureOf(const WindowSystem& windows, QScreen& screen)
+{
+    if (auto picture = windows.picture(qt::desktopPixels(screen.geometry())))
+        return qt::opaqueImage(std::move(*picture));
+    QImage image = screen.grabWindow(0).toImage();
+    if (!image.isNull())
+        image.convertTo(QImage::Format_RGB32); // it is opaque, whatever its format says
+    image.setDevicePixelRatio(1);
+    return image;
+}
+
+QImage withoutDetail(const QImage& picture, const QSize& points)
 {
     const QSize size = (points / reduction).expandedTo({1, 1});
-    return picture.toImage().scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    return picture.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
 // Far faster than to stretch it by nothing.
-void drawPixelForPixel(QPainter& painter, const QRect& part, const QPixmap& picture)
+void drawPixelForPixel(QPainter& painter, const QRect& part, const QImage& picture)
 {
     const QTransform toPixels = painter.deviceTransform();
     const double scale = painter.device()->devicePixelRatioF();
     const QRect source(part.topLeft() * scale, part.size() * scale);
     painter.save();
     painter.setWorldTransform((painter.worldTransform().inverted() * toPixels).inverted());
-    painter.drawPixmap(toPixels.map(part.topLeft()), picture, source);
+    painter.drawImage(toPixels.map(part.topLeft()), picture, source);
     painter.restore();
 }
 
@@ -52,11 +65,10 @@ void Backdrop::look()
     if (blurred || !screen)
         return;
     size = screen->size();
-    QPixmap picture = screen->grabWindow(0);
+    QImage picture = pictureOf(windows, *screen);
     if (picture.isNull())
         return;
-    picture.setDevicePixelRatio(1); // while nobody shares it, else it would be copied
-    smallDesktop = reduced(picture, size);
+    smallDesktop = withoutDetail(picture, size);
     if (!composed)
         desktop = std::move(picture);
 }
@@ -101,7 +113,7 @@ void Backdrop::paint(QPainter& painter, const QRect& part) const
     if (scale == qRound(scale) && size * scale == desktop.size())
         drawPixelForPixel(painter, part, desktop);
     else
-        painter.drawPixmap(QRectF(part), desktop, sourceOf(part, desktop.size()));
+        painter.drawImage(QRectF(part), desktop, sourceOf(part, desktop.size()));
 }
 
 const QImage& Backdrop::blurredDesktop(double blurRadius) const

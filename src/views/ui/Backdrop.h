@@ -3,7 +3,6 @@
 #include "platform/WindowSystem.h"
 
 #include <QImage>
-#include <QPixmap>
 #include <QRect>
 
 class QPainter;
@@ -57,7 +56,7 @@ private:
     const WindowSystem& windows;
     bool composed = false;
     bool blurred = false;
-    QPixmap desktop;
+    QImage desktop;
     QImage smallDesktop; // much smaller, to be blurred
     mutable QImage lastBlurred; // as it was asked for last, which is nearly always the same
     mutable double lastBlurRadius = 0;

@@ -1,5 +1,6 @@
 #include "platform/x11/windows/X11WindowSystem.h"
 
+#include "platform/x11/windows/SharedMemoryPicture.h"
 #include "platform/x11/windows/XSettings.h"
 
 #include <xcb/shape.h>
@@ -96,6 +97,11 @@ NativeWindow X11WindowSystem::activeWindow() const
         return queries.focusedWindow();
     const auto active = queries.values(queries.root(), "_NET_ACTIVE_WINDOW");
     return active.empty() ? 0 : active.front();
+}
+
+std::optional<Bitmap> X11WindowSystem::picture(const PixelRect& part) const
+{
+    return pictureThroughSharedMemory(*server, part);
 }
 
 // By the settings that GTK desktops publish.

@@ -18,6 +18,7 @@ public:
     void keepOffTaskbar(NativeWindow) override;
     void activate(NativeWindow) override;
     NativeWindow activeWindow() const override;
+    std::optional<Bitmap> picture(const PixelRect&) const override;
     std::string windowTheme() const override;
 
 private:

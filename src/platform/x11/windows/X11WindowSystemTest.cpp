@@ -108,6 +108,83 @@ private:
     X11WindowSystem system{*toolkit.connection()};
 };
 
+// A window of one colour, as soon as it is seen.
+void showWindow(test::XClient& client, const xcb_rectangle_t& place, std::uint32_t color)
+{
+    const xcb_window_t window = xcb_generate_id(client.connection());
+    const std::uint32_t values[] = {color, true};
+    xcb_create_window(
+        client.connection(), XCB_COPY_FROM_PARENT, window, client.root(), place.x, place.y,
+        place.width, place.height, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
+        XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT, values);
+    xcb_map_window(client.connection(), window);
+    client.sync();
+}
+
+TEST(X11PictureTest, IsOfThePartThatIsAskedFor)
+{
+    const test::XServer server({2400, 700, {}}); // more than comes at once
+    test::XClient toolkit(server.display());
+    showWindow(toolkit, {0, 0, 2400, 700}, 0x123456);
+    showWindow(toolkit, {2000, 600, 50, 40}, 0xfedcba);
+    const auto picture = X11WindowSystem(*toolkit.connection()).picture({100, 50, 2300, 650});
+    ASSERT_TRUE(picture);
+    ASSERT_EQ(picture->size(), (PixelSize{2300, 650}));
+    for (int y = 0; y < 650; ++y)
+        for (int x = 0; x < 2300; ++x) {
+            const bool within = x >= 1900 && x < 1950 && y >= 550 && y < 590;
+            ASSERT_EQ(picture->pixel(x, y), within ? 0xfffedcba : 0xff123456) << x << "," << y;
+        }
+}
+
+// The server tells a client its size only once, when it comes.
+TEST(X11PictureTest, IsThereForAScreenThatHasGrown)
+{
+    const test::XServer server;
+    const auto xrandr = [&server](std::vector<std::string> command) {
+        command.insert(command.begin(), "xrandr");
+        ASSERT_EQ(server.run(command).status, 0);
+    };
+    const std::string sizes[] = {"0", "640", "0", "0", "640", "400", "0", "0", "400"};
+    std::vector<std::string> mode{"--newmode", "small"};
+    mode.insert(mode.end(), std::begin(sizes), std::end(sizes));
+    xrandr(mode);
+    xrandr({"--addmode", "screen", "small"});
+    xrandr({"--output", "screen", "--mode", "small"});
+    test::XClient toolkit(server.display());
+    const X11WindowSystem system(*toolkit.connection());
+    EXPECT_FALSE(system.picture({0, 0, 1280, 800}));
+    xrandr({"--output", "screen", "--mode", "1280x800"});
+    EXPECT_TRUE(system.picture({0, 0, 1280, 800}));
+}
+
+TEST(X11PictureTest, IsNotThereOutsideOfTheScreenAndHarmsNothing)
+{
+    const test::XServer server;
+    test::XClient toolkit(server.display());
+    const X11WindowSystem system(*toolkit.connection());
+    EXPECT_FALSE(system.picture({0, 0, 1281, 800}));
+    EXPECT_FALSE(system.picture({-1, 0, 10, 10}));
+    EXPECT_FALSE(system.picture({0, 0, 0, 10}));
+    EXPECT_TRUE(system.picture({0, 0, 1280, 800}));
+}
+
+TEST(X11PictureTest, IsNotThereWherePixelsAreOtherWords)
+{
+    const test::XServer server({320, 200, {"-screen", "0", "320x200x16"}});
+    test::XClient toolkit(server.display());
+    EXPECT_FALSE(X11WindowSystem(*toolkit.connection()).picture({0, 0, 320, 200}));
+}
+
+TEST(X11PictureTest, IsNotThereWithoutSharedMemory)
+{
+    const test::XServer server({1280, 800, {"-extension", "MIT-SHM"}});
+    test::XClient toolkit(server.display());
+    const X11WindowSystem system(*toolkit.connection());
+    EXPECT_FALSE(system.picture({0, 0, 1280, 800}));
+    EXPECT_FALSE(system.composesWindows()) << "the connection is well";
+}
+
 } // namespace
 } // namespace tallowbay::x11
 
