@@ -206,6 +206,11 @@ void AnnotationWindowView::close()
 {
     hide();
     compositionLook.stop();
+    forgetBackdrop();
+}
+
+void AnnotationWindowView::forgetBackdrop()
+{
     backdrop.forget();
     backdropChanged();
 }
@@ -330,8 +335,16 @@ bool AnnotationWindowView::event(QEvent* event)
     else if (event->type() == QEvent::WindowDeactivate)
         activeChanged(false);
     else if (event->type() == QEvent::WindowStateChange)
-        logic.minimizedChanged(isMinimized());
+        minimizedChanged(isMinimized());
     return handled;
+}
+
+// Who brings it back may not ask us, and the desktop is another by then.
+void AnnotationWindowView::minimizedChanged(bool isMinimized)
+{
+    if (isMinimized)
+        forgetBackdrop();
+    logic.minimizedChanged(isMinimized);
 }
 
 void AnnotationWindowView::activeChanged(bool isActive)

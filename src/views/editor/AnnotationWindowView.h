@@ -67,10 +67,12 @@ private:
     void placeParts();
     void orderTabs();
     void backdropChanged();
+    void forgetBackdrop();
     void scaleChanged();
     void askForBlur();
     void applyAlpha(double);
     void activeChanged(bool isActive);
+    void minimizedChanged(bool isMinimized);
     void followScreens();
     void followComposition();
 

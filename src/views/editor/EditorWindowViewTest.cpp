@@ -18,6 +18,7 @@ protected:
         QCoreApplication::sendEvent(&view(), &close);
         return close.isAccepted();
     }
+    QRgb ground() { return view().grab().toImage().pixel(2, 2); }
 };
 
 TEST_F(EditorWindowViewTest, ClosingItConfirms)
@@ -78,6 +79,36 @@ TEST_F(EditorWindowViewTest, HasAGroundWhenComposingEndsUnderIt)
     EXPECT_EQ(qAlpha(view().grab().toImage().pixel(view().rect().center())), 255);
     windowSystem.composes = true;
     EXPECT_TRUE(runUntil([&] { return groundAlpha() < 100; }));
+}
+
+TEST_F(EditorWindowViewTest, ShowsTheDesktopAsTheDisplayServerSeesIt)
+{
+    const QSize screen = QGuiApplication::primaryScreen()->size();
+    Bitmap green({screen.width(), screen.height()});
+    for (int y = 0; y < screen.height(); ++y)
+        std::fill_n(green.row(y), screen.width(), 0xff00ff00);
+    windowSystem.desktop = green;
+    open();
+    EXPECT_TRUE(runUntil([this] { return ground() == qRgb(0, 204, 0); })) << "dimmed";
+}
+
+// It used to come back before the desktop as it had been.
+TEST_F(EditorWindowViewTest, ForgetsTheDesktopWhenItIsMinimized)
+{
+    QWidget desktop(nullptr, Qt::FramelessWindowHint);
+    desktop.setGeometry(QGuiApplication::primaryScreen()->geometry());
+    desktop.setStyleSheet(QStringLiteral("background: white"));
+    desktop.show();
+    ASSERT_TRUE(runUntil([&] { return desktop.windowHandle()->isExposed(); }));
+    take("A");
+    open();
+    EXPECT_TRUE(runUntil([this] { return ground() == qRgb(204, 204, 204); }));
+    view().setWindowState(Qt::WindowMinimized);
+    EXPECT_FALSE(window->visible());
+    desktop.close();
+    view().setWindowState(Qt::WindowFullScreen); // as window managers do
+    EXPECT_TRUE(window->visible());
+    EXPECT_TRUE(runUntil([this] { return ground() == qRgb(24, 26, 30); })) << "it is unknown";
 }
 
 // A screen of pixels as they are, and beside it one of half the size in the same points.

@@ -20,6 +20,11 @@ class EditorFixture : public testing::Test {
 protected:
     using Words = std::vector<std::string>;
 
+    explicit EditorFixture(const XServer::Options& screen = {})
+        : server(screen)
+    {
+    }
+
     void launch(const Words& moreEnvironment = {})
     {
         Words launcher{"env", "DBUS_SESSION_BUS_ADDRESS=" + bus.address()};
@@ -96,6 +101,41 @@ protected:
     bool waitForActive(const std::string& name) const
     {
         return waitUntil([&] { return activeWindow() == name; });
+    }
+
+    // A rectangle of that colour on black, as the desktop's background.
+    void paintDesktop(const xcb_rectangle_t& rect, std::uint32_t color) const
+    {
+        XClient painter(server.display());
+        xcb_connection_t* const screen = painter.connection();
+        const xcb_pixmap_t picture = xcb_generate_id(screen);
+        const xcb_gcontext_t brush = xcb_generate_id(screen);
+        constexpr xcb_rectangle_t all{0, 0, 1280, 800};
+        constexpr std::uint32_t black = 0;
+        xcb_create_pixmap(screen, 24, picture, painter.root(), all.width, all.height);
+        xcb_create_gc(screen, brush, picture, XCB_GC_FOREGROUND, &black);
+        xcb_poly_fill_rectangle(screen, picture, brush, 1, &all);
+        xcb_change_gc(screen, brush, XCB_GC_FOREGROUND, &color);
+        xcb_poly_fill_rectangle(screen, picture, brush, 1, &rect);
+        xcb_change_window_attributes(screen, painter.root(), XCB_CW_BACK_PIXMAP, &picture);
+        xcb_clear_area(screen, 0, painter.root(), 0, 0, 0, 0);
+        painter.sync();
+    }
+
+    void xrandr(Words arguments) const
+    {
+        arguments.insert(arguments.begin(), "xrandr");
+        const Finished done = server.run(arguments);
+        ASSERT_EQ(done.status, 0) << done.errors;
+    }
+    void setMode(int width, int height) const
+    {
+        const std::string w = std::to_string(width);
+        const std::string h = std::to_string(height);
+        const std::string name = w + "x" + h + "new";
+        xrandr({"--newmode", name, "0", w, "0", "0", w, h, "0", "0", h});
+        xrandr({"--addmode", "screen", name});
+        xrandr({"--output", "screen", "--mode", name});
     }
 
     XServer server;

@@ -193,6 +193,29 @@ TEST_P(EditorManagersTest, ComesBackFromBeingMinimizedWhenItIsAskedForOnce)
     EXPECT_TRUE(editor.waitForHeader(EditorScreen::headers[1]));
 }
 
+// Where the editor shows a picture of the desktop.
+class EditorUncomposedTest : public EditorManagersTest { };
+
+// It used to come back before the desktop as it had been.
+TEST_P(EditorUncomposedTest, ComesBackByTheManagerWithoutTheDesktopOfBefore)
+{
+    constexpr Place corner{1270, 790}; // where no manager puts the other window
+    const PasteWindow other(server, home);
+    ASSERT_TRUE(waitUntil([this] { return !activeWindow().empty(); }));
+    paintDesktop({1240, 760, 40, 40}, 0xff0000);
+    ASSERT_TRUE(editor.waitForPixel(corner, 0xff0000));
+    openEditorWith(1);
+    ASSERT_TRUE(editor.waitForPixel(corner, 0xcc0000));
+    const std::string id = editorWindow();
+    minimize();
+    paintDesktop({1240, 760, 40, 40}, 0x00ff00);
+    ASSERT_TRUE(editor.waitForPixel(corner, 0x00ff00));
+    server.run({"xdotool", "windowactivate", id});
+    ASSERT_TRUE(waitForActive("Tallowbay"));
+    ASSERT_TRUE(editor.waitForHeader(EditorScreen::headers[0]));
+    EXPECT_TRUE(editor.waitForPixel(corner, 0x18191e)) << std::hex << editor.pixel(corner);
+}
+
 TEST_P(EditorManagersTest, AToastIsSeenAboveIt)
 {
     openEditorWith(1);
@@ -202,13 +225,21 @@ TEST_P(EditorManagersTest, AToastIsSeenAboveIt)
     EXPECT_TRUE(waitForActive("Tallowbay"));
 }
 
+const Manager openbox{"openbox", {"openbox"}};
+const Manager xfwm4{"xfwm4", {"xfwm4", "--compositor=off"}};
+const Manager xfwm4Composing{"xfwm4Composing", {"xfwm4", "--compositor=on"}};
+const Manager kwin{"kwin", {"KWIN_COMPOSE=N", "kwin_x11"}};
+
+std::string managersName(const testing::TestParamInfo<Manager>& info)
+{
+    return info.param.name;
+}
+
 INSTANTIATE_TEST_SUITE_P(
-    Manager, EditorManagersTest,
-    testing::Values(
-        Manager{"openbox", {"openbox"}}, Manager{"xfwm4", {"xfwm4", "--compositor=off"}},
-        Manager{"xfwm4Composing", {"xfwm4", "--compositor=on"}},
-        Manager{"kwin", {"KWIN_COMPOSE=N", "kwin_x11"}}),
-    [](const auto& info) { return info.param.name; });
+    Manager, EditorManagersTest, testing::Values(openbox, xfwm4, xfwm4Composing, kwin),
+    managersName);
+INSTANTIATE_TEST_SUITE_P(
+    Manager, EditorUncomposedTest, testing::Values(openbox, xfwm4, kwin), managersName);
 
 } // namespace
 } // namespace tallowbay::test

@@ -46,41 +46,6 @@ protected:
         if (GetParam())
             server.startWindowManager();
     }
-
-    // A rectangle of that colour on black, as the desktop's background.
-    void paintDesktop(const xcb_rectangle_t& rect, std::uint32_t color) const
-    {
-        XClient painter(server.display());
-        xcb_connection_t* const screen = painter.connection();
-        const xcb_pixmap_t picture = xcb_generate_id(screen);
-        const xcb_gcontext_t brush = xcb_generate_id(screen);
-        constexpr xcb_rectangle_t all{0, 0, 1280, 800};
-        constexpr std::uint32_t black = 0;
-        xcb_create_pixmap(screen, 24, picture, painter.root(), all.width, all.height);
-        xcb_create_gc(screen, brush, picture, XCB_GC_FOREGROUND, &black);
-        xcb_poly_fill_rectangle(screen, picture, brush, 1, &all);
-        xcb_change_gc(screen, brush, XCB_GC_FOREGROUND, &color);
-        xcb_poly_fill_rectangle(screen, picture, brush, 1, &rect);
-        xcb_change_window_attributes(screen, painter.root(), XCB_CW_BACK_PIXMAP, &picture);
-        xcb_clear_area(screen, 0, painter.root(), 0, 0, 0, 0);
-        painter.sync();
-    }
-
-    void xrandr(Words arguments) const
-    {
-        arguments.insert(arguments.begin(), "xrandr");
-        const Finished done = server.run(arguments);
-        ASSERT_EQ(done.status, 0) << done.errors;
-    }
-    void setMode(int width, int height) const
-    {
-        const std::string w = std::to_string(width);
-        const std::string h = std::to_string(height);
-        const std::string name = w + "x" + h + "new";
-        xrandr({"--newmode", name, "0", w, "0", "0", w, h, "0", "0", h});
-        xrandr({"--addmode", "screen", name});
-        xrandr({"--output", "screen", "--mode", name});
-    }
 };
 
 TEST_P(EditorScreensTest, FollowsAScreenOfAnotherSize)
@@ -263,9 +228,83 @@ TEST_P(EditorScreensTest, TheDesktopStandsWhereItWas)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(WindowManager, EditorScreensTest, testing::Bool(), [](const auto& info) {
+// Where there is room for two screens.
+class EditorOnLargeScreenTest : public EditorFixture, public testing::WithParamInterface<bool> {
+protected:
+    EditorOnLargeScreenTest()
+        : EditorFixture({1600, 1280, {}})
+    {
+        if (GetParam())
+            server.startWindowManager();
+    }
+};
+
+// As when a tablet is turned.
+TEST_P(EditorOnLargeScreenTest, FollowsAScreenThatIsTurned)
+{
+    openEditorWith(1);
+    for (const auto& [width, height] : {std::pair(800, 1280), std::pair(1280, 801)}) {
+        setMode(width, height);
+        const EditorScreen turned(server);
+        EXPECT_TRUE(turned.waitForHeader(EditorScreen::headers[0])) << width;
+        EXPECT_TRUE(turned.waitForCheck(0, true)) << width;
+        const Place onPicture = turned.canvas(0, clearRow);
+        EXPECT_TRUE(turned.waitForPixel(onPicture, pictureColor())) << width;
+        turned.drag(onPicture + Place{-15, -15}, onPicture + Place{15, 15});
+        EXPECT_TRUE(turned.waitForChange(onPicture, pictureColor())) << width;
+        turned.press("ctrl+z");
+        EXPECT_TRUE(turned.waitForPixel(onPicture, pictureColor())) << width;
+    }
+    editor.press("Escape");
+    EXPECT_TRUE(editor.waitUntilGone());
+}
+
+// Where a place of the editor lies, which is told in points, on a screen at that corner.
+Place placeOn(Place corner, int scale, const QPoint& point)
+{
+    return corner + Place{point.x() * scale, point.y() * scale};
+}
+
+TEST_P(EditorOnLargeScreenTest, GoesFromAScreenToOneOfAnotherScale)
+{
+    const auto divide = [this](const std::string& left, const std::string& right) {
+        xrandr({"--setmonitor", left, "700/200x1280/300+0+0", "screen"});
+        xrandr({"--setmonitor", right, "900/250x1280/300+700+0", "none"});
+    };
+    divide("left", "*right");
+    launch({"QT_SCREEN_SCALE_FACTORS=left=1;right=2"});
+    takeScreenshots(1);
+    openEditor();
+    const auto standsOn = [this](Place corner, int scale, const QSize& points) {
+        const auto layout = views::EditorLayout::of(points, {56, 256}, {132, 32});
+        const Place header = placeOn(corner, scale, layout.canvasCard.topLeft() + QPoint(100, 28));
+        const Place check = placeOn(corner, scale, layout.strip.topLeft() + QPoint(39, 30));
+        const QRect canvas = layout.canvasCard.adjusted(0, 56, 0, 0);
+        const Place picture = placeOn(corner, scale, canvas.center() + QPoint(0, clearRow));
+        EXPECT_TRUE(editor.waitForPixel(header, EditorScreen::headers[0])) << scale;
+        EXPECT_TRUE(editor.waitForPixel(check, 0x007aff)) << scale;
+        EXPECT_TRUE(editor.waitForPixel(picture, pictureColor())) << scale;
+        editor.drag(picture + Place{-15, -15}, picture + Place{15, 15});
+        EXPECT_TRUE(editor.waitForChange(picture, pictureColor())) << scale;
+        editor.press("ctrl+z");
+        EXPECT_TRUE(editor.waitForPixel(picture, pictureColor())) << scale;
+    };
+    standsOn({700, 0}, 2, {450, 640});
+    xrandr({"--delmonitor", "left"});
+    xrandr({"--delmonitor", "right"});
+    divide("*left", "right");
+    standsOn({0, 0}, 1, {700, 1280});
+    editor.press("Escape");
+    EXPECT_TRUE(editor.waitUntilGone());
+}
+
+std::string managerName(const testing::TestParamInfo<bool>& info)
+{
     return info.param ? "openbox" : "none";
-});
+}
+
+INSTANTIATE_TEST_SUITE_P(WindowManager, EditorScreensTest, testing::Bool(), managerName);
+INSTANTIATE_TEST_SUITE_P(WindowManager, EditorOnLargeScreenTest, testing::Bool(), managerName);
 
 } // namespace
 } // namespace tallowbay::test
