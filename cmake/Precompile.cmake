@@ -15,6 +15,11 @@ set(test_options)
 if(CMAKE_BUILD_TYPE STREQUAL "Release")
   set(test_options -O0)
 endif()
+# The checks of each pointer are half of what a sanitizer build of a test compiles, and a bad pointer
+# of a test ends in AddressSanitizer. The libraries keep all checks, and the tests all others.
+if(TALLOWBAY_SANITIZE MATCHES "undefined")
+  list(APPEND test_options -fno-sanitize=null,alignment,object-size,vptr)
+endif()
 
 # tallowbay_precompiled(NAME HEADERS ... DEPENDS ...)
 # A target that does nothing but to hold precompiled headers for others.
