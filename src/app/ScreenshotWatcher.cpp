@@ -18,6 +18,20 @@ namespace {
 // A tool tells its folder with its first picture there, or soon after.
 constexpr auto recent = 10s;
 
+std::string coverageText(const std::string& folder, FileEvents::Coverage coverage)
+{
+    switch (coverage) {
+    case FileEvents::Coverage::nearestFolders:
+        return "Too many folders in " + folder
+            + ": screenshots in the deepest of them go unnoticed";
+    case FileEvents::Coverage::nothing:
+        return "No watch is left for " + folder + ": screenshots there go unnoticed";
+    case FileEvents::Coverage::whole:
+        break;
+    }
+    return "All of " + folder + " is watched again";
+}
+
 } // namespace
 
 ScreenshotWatcher::ScreenshotWatcher(const Platform& platform, const ScreenshotLocation& location)
@@ -47,6 +61,15 @@ void ScreenshotWatcher::followPlaces()
         return std::ranges::find(places, stream->place) != places.end();
     });
     watch(std::move(places), someStay ? recent : 0s);
+}
+
+void ScreenshotWatcher::refresh()
+{
+    names.refresh();
+    for (auto& stream : streams) {
+        if (stream->isIdle)
+            stream = startStream(stream->place, recent);
+    }
 }
 
 void ScreenshotWatcher::watch(std::vector<ScreenshotPlace> places, std::chrono::seconds lookBack)
@@ -83,17 +106,15 @@ std::unique_ptr<ScreenshotWatcher::Stream> ScreenshotWatcher::startStream(
     stream->token = fileEvents.start(
         {place.folder, depth, lookBack, 500ms},
         {[this](const std::vector<fs::path>& paths) { handleEvents(paths); },
-         [this, &stream = *stream] { tellLimit(stream); }});
+         [this, &stream = *stream](auto coverage) { tellCoverage(stream, coverage); }});
     stream->isIdle = !stream->token;
     return stream;
 }
 
-void ScreenshotWatcher::tellLimit(Stream& stream)
+void ScreenshotWatcher::tellCoverage(Stream& stream, FileEvents::Coverage coverage)
 {
-    stream.isCut = true;
-    console.line(
-        "Too many folders in " + stream.place.folder.native()
-        + ": screenshots in the deepest of them go unnoticed");
+    stream.coverage = coverage;
+    console.line(coverageText(stream.place.folder.native(), coverage));
 }
 
 std::vector<ScreenshotWatcher::WatchedPlace> ScreenshotWatcher::watchedPlaces() const

@@ -28,7 +28,8 @@ public:
     // Called on the main queue.
     std::function<void(const std::filesystem::path&)> onScreenshotDetected;
 
-    // Watches the places as they are at this moment. One that cannot be watched stays idle.
+    // Watches the places as they are at this moment. One that cannot be watched stays idle until
+    // refresh() can.
     void start();
     void stop() { streams.clear(); }
 
@@ -37,10 +38,14 @@ public:
     // there already are reported, too.
     void followPlaces();
 
+    // For now and then: tries again to watch what is idle, and follows the names that the user
+    // tells of.
+    void refresh();
+
     struct WatchedPlace {
         ScreenshotPlace place;
-        bool isIdle = false; // it cannot be watched
-        bool isCut = false; // it has more subfolders than are watched
+        bool isIdle = false; // the system gave no means to watch it
+        FileEvents::Coverage coverage = FileEvents::Coverage::whole;
     };
     std::vector<WatchedPlace> watchedPlaces() const;
 
@@ -65,7 +70,7 @@ private:
     void watch(std::vector<ScreenshotPlace>, std::chrono::seconds);
     std::unique_ptr<Stream> takeStream(const ScreenshotPlace&);
     std::unique_ptr<Stream> startStream(const ScreenshotPlace&, std::chrono::seconds);
-    void tellLimit(Stream&);
+    void tellCoverage(Stream&, FileEvents::Coverage);
     void report(const std::filesystem::path&);
     void reportOnce(const std::filesystem::path&);
     void forgetLater(const std::filesystem::path&);

@@ -130,7 +130,7 @@ TEST_F(ScreenshotWatcherTest, ReportsNothingAfterItWasStopped)
 
 TEST_F(ScreenshotWatcherTest, StaysIdleIfTheFolderCannotBeWatched)
 {
-    desktop.fileEvents.failNextStart();
+    desktop.fileEvents.failNextStarts();
     watcher.start();
     create(shot);
     EXPECT_TRUE(reported.empty());
@@ -211,19 +211,50 @@ TEST_F(ScreenshotPlacesTest, ThatReplaceAllOthersHoldOnlyOldScreenshots)
 
 TEST_F(ScreenshotPlacesTest, SayWhatBecameOfThem)
 {
-    desktop.fileEvents.failNextStart();
+    desktop.fileEvents.failNextStarts();
     watcher.start();
-    desktop.fileEvents.meetLimit();
+    desktop.fileEvents.setCoverage(FileEvents::Coverage::nearestFolders);
     const auto watched = watcher.watchedPlaces();
     ASSERT_EQ(watched.size(), 2u);
     EXPECT_TRUE(watched[0].isIdle);
-    EXPECT_FALSE(watched[0].isCut);
     EXPECT_FALSE(watched[1].isIdle);
-    EXPECT_TRUE(watched[1].isCut);
+    EXPECT_EQ(watched[1].coverage, FileEvents::Coverage::nearestFolders);
     EXPECT_EQ(
         desktop.console.lines,
         std::vector<std::string>{"Too many folders in /home/u/Pictures/Shots: screenshots in the "
                                  "deepest of them go unnoticed"});
+}
+
+TEST_F(ScreenshotPlacesTest, SayThatTheyAreWatchedAgain)
+{
+    places.pop_back();
+    watcher.start();
+    desktop.fileEvents.setCoverage(FileEvents::Coverage::nothing);
+    EXPECT_EQ(watcher.watchedPlaces().front().coverage, FileEvents::Coverage::nothing);
+    desktop.fileEvents.setCoverage(FileEvents::Coverage::whole);
+    EXPECT_EQ(watcher.watchedPlaces().front().coverage, FileEvents::Coverage::whole);
+    EXPECT_EQ(
+        desktop.console.lines,
+        (std::vector<std::string>{
+            "No watch is left for /home/u/Pictures: screenshots there go unnoticed",
+            "All of /home/u/Pictures is watched again"}));
+}
+
+// A folder for which the system had no means at the start stayed unwatched for ever.
+TEST_F(ScreenshotPlacesTest, ThatCouldNotBeWatchedAreTriedAgainWithWhatCameMeanwhile)
+{
+    desktop.fileEvents.failNextStarts(3);
+    watcher.start();
+    create("/home/u/Pictures/" + name);
+    watcher.refresh();
+    EXPECT_TRUE(watcher.watchedPlaces()[0].isIdle);
+    EXPECT_FALSE(watcher.watchedPlaces()[1].isIdle);
+    const auto second = desktop.fileEvents.running().begin()->second;
+    watcher.refresh();
+    desktop.dispatch.runUntilIdle();
+    EXPECT_FALSE(watcher.watchedPlaces()[0].isIdle);
+    EXPECT_EQ(desktop.fileEvents.running().begin()->second, second) << "watched on without a gap";
+    EXPECT_EQ(reported, Paths{"/home/u/Pictures/" + name});
 }
 
 TEST_F(ScreenshotWatcherTest, KnowsWhatItNoticedLast)
@@ -319,6 +350,15 @@ TEST_F(ScreenshotWatcherTest, FollowsTheUsersOwnPatternsWhileItRuns)
     desktop.defaults.standard().set("screenshotNamePatterns", {"maim-*"});
     create("/home/u/Desktop/maim-2.png");
     EXPECT_EQ(reported, Paths{"/home/u/Desktop/maim-2.png"});
+}
+
+// What was wrong with them was said no sooner than the next file came.
+TEST_F(ScreenshotWatcherTest, KnowsWhatIsWrongWithTheUsersPatternsBeforeAnyFileComes)
+{
+    watcher.start();
+    desktop.defaults.standard().set("screenshotNamePatterns", {true});
+    watcher.refresh();
+    EXPECT_EQ(watcher.nameProblems().size(), 1u);
 }
 
 TEST_F(ScreenshotWatcherTest, ReportsNamesWithAnyByte)

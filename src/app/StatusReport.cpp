@@ -46,9 +46,9 @@ std::string stateOf(const ScreenshotWatcher::WatchedPlace& place, const ProgramS
     std::string text = place.place.reason;
     if (place.place.withSubfolders)
         text += ", with all below";
-    if (place.isCut)
+    if (place.coverage == FileEvents::Coverage::nearestFolders)
         text += " (too many folders: the deepest are not watched)";
-    if (place.isIdle)
+    if (place.isIdle || place.coverage == FileEvents::Coverage::nothing)
         text += " (cannot be watched)";
     else if (std::ranges::count(status.absentPlaces, place.place.folder) > 0)
         text += " (not there yet)";

@@ -18,8 +18,8 @@ protected:
         status.home = "/home/u";
         status.now = WallTime(1'000'000s);
         status.places = {
-            {{"/home/u/Pictures/Shots", true, "set in a tool"}, false, false},
-            {{"/home/u", false, "for others"}, false, false}};
+            {{"/home/u/Pictures/Shots", true, "set in a tool"}},
+            {{"/home/u", false, "for others"}}};
     }
 
     std::string report() const { return statusReport(status); }
@@ -48,11 +48,14 @@ TEST_F(StatusReportTest, TellsWhatIsWatchedAndWhy)
 
 TEST_F(StatusReportTest, TellsWhatBecameOfAFolder)
 {
-    status.places[0].isCut = true;
+    status.places[0].coverage = FileEvents::Coverage::nearestFolders;
     status.places[1].isIdle = true;
     EXPECT_THAT(report(), HasSubstr("with all below (too many folders: the deepest are not"));
     EXPECT_THAT(report(), HasSubstr("for others (cannot be watched)\n"));
     status.places[1].isIdle = false;
+    status.places[1].coverage = FileEvents::Coverage::nothing;
+    EXPECT_THAT(report(), HasSubstr("for others (cannot be watched)\n"));
+    status.places[1].coverage = FileEvents::Coverage::whole;
     status.absentPlaces = {"/home/u"};
     EXPECT_THAT(report(), HasSubstr("for others (not there yet)\n"));
 }

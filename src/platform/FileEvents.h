@@ -29,12 +29,19 @@ public:
         std::chrono::milliseconds latency{500};
     };
 
+    // How much of what is to be watched is watched.
+    enum class Coverage {
+        whole, // and where there is no folder yet, it is waited for
+        nearestFolders, // there are more below than this program takes, or than the system gives
+        nothing, // the system has no watch left, not even for the folder itself
+    };
+
     struct Handlers {
         std::function<void(const std::vector<std::filesystem::path>&)> files;
 
-        // Called once if there are more folders below than are watched, be it that this program
-        // takes no more, or that the system gives no more. Those nearest to the folder are watched.
-        std::function<void()> tooManyFolders = [] {};
+        // Called when it changes; at first the watch counts as whole. What is left out is tried
+        // again now and then.
+        std::function<void(Coverage)> coverage = [](Coverage) {};
     };
 
     virtual ~FileEvents() = default;

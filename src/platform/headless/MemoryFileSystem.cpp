@@ -235,8 +235,10 @@ void MemoryFileEvents::reportRecent(const std::shared_ptr<Stream>& stream, const
 
 std::optional<Subscription> MemoryFileEvents::start(const Watch& watch, Handlers handlers)
 {
-    if (std::exchange(failStart, false))
+    if (startsToFail > 0) {
+        --startsToFail;
         return std::nullopt;
+    }
     const int id = ++lastStream;
     auto stream = std::make_shared<Stream>(Stream{watch, std::move(handlers)});
     auto listening = files.listen(
@@ -262,11 +264,11 @@ void MemoryFileEvents::emit(const fs::path& path)
     }
 }
 
-void MemoryFileEvents::meetLimit()
+void MemoryFileEvents::setCoverage(Coverage coverage)
 {
     const auto all = streams;
     for (const auto& [id, stream] : all)
-        stream->handlers.tooManyFolders();
+        stream->handlers.coverage(coverage);
 }
 
 std::optional<Subscription> MemoryFolderEvents::start(const fs::path& folder, Handler handler)

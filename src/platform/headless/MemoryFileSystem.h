@@ -97,10 +97,10 @@ public:
 
     // Reports the path to every stream that watches it, whatever the disk says.
     void emit(const std::filesystem::path&);
-    void failNextStart() { failStart = true; }
+    void failNextStarts(int count = 1) { startsToFail = count; }
 
-    // Tells every stream that it has met its limit of folders.
-    void meetLimit();
+    // Tells every stream that so much of what it watches is watched from now on.
+    void setCoverage(Coverage);
 
     struct Stream : Watch {
         Handlers handlers;
@@ -116,7 +116,7 @@ private:
     Dispatch& dispatch;
     std::map<int, std::shared_ptr<Stream>> streams;
     int lastStream = 0;
-    bool failStart = false;
+    int startsToFail = 0;
 };
 
 // Tells of entries that come and go in one folder of the disk in memory.

@@ -12,12 +12,18 @@ namespace tallowbay::posix {
 
 namespace fs = std::filesystem;
 
-FolderTree::FolderTree(Inotify& inotify, fs::path root, std::uint32_t mask, std::size_t mostFolders)
+FolderTree::FolderTree(Inotify& inotify, fs::path root, std::uint32_t mask, WatchBudget* budget)
     : inotify(inotify)
     , root(std::move(root))
     , mask(mask | IN_ONLYDIR | IN_EXCL_UNLINK)
-    , mostFolders(mostFolders)
+    , budget(budget)
 {
+}
+
+FolderTree::~FolderTree()
+{
+    if (budget)
+        budget->giveBack(folders.size());
 }
 
 bool FolderTree::watchRoot()
@@ -25,13 +31,20 @@ bool FolderTree::watchRoot()
     // In this order a folder that is replaced in between is seen to be another.
     watchedRoot = identityOfRoot();
     const auto watch = inotify.add(root, mask | IN_DELETE_SELF | IN_MOVE_SELF);
-    cut = cut || inotify.isUsedUp();
+    rootRefused = inotify.isUsedUp();
     if (!watchedRoot || !watch)
         return false;
     rootWatch = *watch;
-    folders[rootWatch] = root;
-    unexplored.push_back(root);
+    if (budget)
+        budget->takeAnyway();
+    keep(rootWatch, root);
     return true;
+}
+
+void FolderTree::keep(int watch, const fs::path& folder)
+{
+    folders[watch] = folder;
+    unexplored.push_back(folder);
 }
 
 bool FolderTree::isIntact() const
@@ -41,43 +54,58 @@ bool FolderTree::isIntact() const
 
 void FolderTree::forgetAll()
 {
-    for (const auto& [watch, folder] : std::exchange(folders, {}))
+    for (const auto& [watch, folder] : folders)
         inotify.remove(watch);
+    if (budget)
+        budget->giveBack(folders.size());
+    folders.clear();
     unexplored.clear();
+    incomplete.clear();
+    again.clear();
     rootWatch = -1;
 }
 
 void FolderTree::add(const fs::path& folder)
 {
-    if (mostFolders == 1)
-        return;
-    cut = cut || folders.size() >= mostFolders;
-    if (folders.size() >= mostFolders)
-        return;
+    if (budget && !watchBelow(folder))
+        incomplete.insert(folder.parent_path());
+}
+
+// False if there is no watch left for it.
+bool FolderTree::watchBelow(const fs::path& folder)
+{
     const auto watch = inotify.add(folder, mask | IN_DONT_FOLLOW);
-    cut = cut || inotify.isUsedUp();
-    if (!watch || isRoot(*watch))
-        return;
-    const auto [known, isNew] = folders.try_emplace(*watch, folder);
-    if (!isNew && known->second == folder)
-        return;
-    known->second = folder;
-    unexplored.push_back(folder);
+    if (!watch)
+        return !inotify.isUsedUp();
+    const auto known = folders.find(*watch);
+    if (known == folders.end() && !budget->take()) {
+        inotify.remove(*watch);
+        return false;
+    }
+    if (!isRoot(*watch) && (known == folders.end() || known->second != folder))
+        keep(*watch, folder);
+    return true;
 }
 
 void FolderTree::forget(const fs::path& folder)
 {
-    std::erase_if(folders, [&](const auto& entry) {
+    const auto count = std::erase_if(folders, [&](const auto& entry) {
         const bool gone = isWithin(entry.second, folder);
         if (gone)
             inotify.remove(entry.first);
         return gone;
     });
+    if (budget)
+        budget->giveBack(count);
+    for (auto* marked : {&incomplete, &again})
+        std::erase_if(*marked, [&](const fs::path& path) { return isWithin(path, folder); });
 }
 
 void FolderTree::ended(int watch)
 {
-    folders.erase(watch);
+    const auto count = folders.erase(watch);
+    if (budget)
+        budget->giveBack(count);
     if (isRoot(watch))
         forgetAll();
 }
@@ -90,14 +118,35 @@ const fs::path* FolderTree::folderOf(int watch) const
 
 bool FolderTree::explore(MonotonicTime until, const Found& found)
 {
-    while (!unexplored.empty()) {
-        const auto folder = std::move(unexplored.front());
-        unexplored.pop_front();
-        list(folder, found);
+    while (exploreNext(found)) {
         if (std::chrono::steady_clock::now() >= until)
             break;
     }
-    return unexplored.empty();
+    return unexplored.empty() && again.empty();
+}
+
+bool FolderTree::exploreNext(const Found& found)
+{
+    if (!unexplored.empty()) {
+        const auto folder = std::move(unexplored.front());
+        unexplored.pop_front();
+        list(folder, found);
+    } else if (!again.empty()) {
+        retryNext();
+    } else {
+        return false;
+    }
+    return true;
+}
+
+// What else is in a watched folder is known. After the first refusal the others have no better
+// prospects.
+void FolderTree::retryNext()
+{
+    const auto folder = std::move(again.extract(again.begin()).value());
+    list(folder, [](const fs::path&) {});
+    if (incomplete.contains(folder))
+        incomplete.merge(again);
 }
 
 void FolderTree::list(const fs::path& folder, const Found& found)

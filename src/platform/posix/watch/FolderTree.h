@@ -2,9 +2,11 @@
 
 #include "platform/Clock.h"
 #include "platform/posix/watch/Inotify.h"
+#include "platform/posix/watch/WatchBudget.h"
 
 #include <deque>
 #include <functional>
+#include <set>
 #include <unordered_map>
 
 namespace tallowbay::posix {
@@ -12,12 +14,16 @@ namespace tallowbay::posix {
 // Watches a folder, and where wanted the folders below it, and knows which watch is whose. Symbolic
 // links are followed to the folder itself, not below it. Thread: one at a time.
 //
-// The watches are the user's, who has some thousands for all programs: no more than told are taken,
-// the folders nearest to the root first.
+// The watches are the user's, who has some thousands for all programs: the folders below take no
+// more than the budget has, those nearest to the root first. The root is always watched.
 class FolderTree {
 public:
+    // Without a budget the root is watched alone. It outlives the tree.
     FolderTree(
-        Inotify&, std::filesystem::path root, std::uint32_t mask, std::size_t mostFolders = 1);
+        Inotify&, std::filesystem::path root, std::uint32_t mask, WatchBudget* budget = nullptr);
+    ~FolderTree();
+    FolderTree(const FolderTree&) = delete;
+    FolderTree& operator=(const FolderTree&) = delete;
 
     // Watches the folder and lets explore() go through it. False if it is not there.
     bool watchRoot();
@@ -34,8 +40,12 @@ public:
     // The kernel ended this watch.
     void ended(int watch);
 
-    // Whether there was a folder that could not be watched any more.
-    bool isCut() const { return cut; }
+    // Whether there are folders for which no watch is left; and whether the root is such a one.
+    bool isCut() const { return !incomplete.empty() || !again.empty(); }
+    bool isRootRefused() const { return rootRefused; }
+
+    // Lets explore() try these again, as far as there are watches now.
+    void retry() { again.merge(incomplete); }
 
     // Null if the watch was given up.
     const std::filesystem::path* folderOf(int watch) const;
@@ -53,17 +63,25 @@ private:
         bool operator==(const Identity&) const = default;
     };
     std::optional<Identity> identityOfRoot() const;
+    void keep(int watch, const std::filesystem::path& folder);
+    bool watchBelow(const std::filesystem::path& folder);
+    bool exploreNext(const Found&);
+    void retryNext();
     void list(const std::filesystem::path& folder, const Found&);
 
     Inotify& inotify;
     const std::filesystem::path root;
     const std::uint32_t mask;
-    const std::size_t mostFolders; // 1 stands for the root alone
-    bool cut = false;
+    WatchBudget* const budget;
+    bool rootRefused = false;
     std::optional<Identity> watchedRoot;
     int rootWatch = -1;
     std::unordered_map<int, std::filesystem::path> folders;
     std::deque<std::filesystem::path> unexplored;
+
+    // Watched folders with one below that is not.
+    std::set<std::filesystem::path> incomplete;
+    std::set<std::filesystem::path> again; // of them, to be tried now
 };
 
 } // namespace tallowbay::posix

@@ -32,7 +32,7 @@ Inotify::Inotify()
 std::optional<int> Inotify::add(const std::filesystem::path& path, std::uint32_t mask)
 {
     const int watch = ::inotify_add_watch(file.get(), path.c_str(), mask);
-    usedUp = usedUp || (watch < 0 && errno == ENOSPC);
+    usedUp = watch < 0 && errno == ENOSPC;
     return watch < 0 ? std::nullopt : std::optional(watch);
 }
 

@@ -28,7 +28,7 @@ public:
     // The same folder always has the same number. Empty if it cannot be watched.
     std::optional<int> add(const std::filesystem::path&, std::uint32_t mask);
 
-    // Whether a folder could not be watched because the user has no watches left.
+    // Whether the last folder could not be watched because the user has no watches left.
     bool isUsedUp() const { return usedUp; }
 
     // Events that wait already may still come, and one that says that the watch has ended.

@@ -59,9 +59,10 @@ class FileStream {
 public:
     struct Reports {
         std::function<void(Paths)> files;
-        std::function<void()> tooManyFolders;
+        std::function<void(FileEvents::Coverage)> coverage;
     };
-    FileStream(const FileEvents::Watch&, std::size_t mostFolders, Reports);
+    FileStream(
+        const FileEvents::Watch&, std::shared_ptr<WatchBudget>, std::chrono::milliseconds, Reports);
 
     // False if the system gives no means to watch.
     bool start();
@@ -76,9 +77,14 @@ private:
     void exploreMore();
     bool isNews(const fs::path&) const;
     void reportComplete();
-    void reportCut();
+    void retryIfDue();
+    FileEvents::Coverage coverage() const;
+    void reportCoverage();
 
     const Reports reports;
+    const std::shared_ptr<WatchBudget> budget;
+    const std::chrono::milliseconds retryInterval;
+    MonotonicTime nextRetry = now() + retryInterval;
     Inotify inotify;
     FolderTree tree;
     WatchedRoot root{tree};
@@ -86,16 +92,20 @@ private:
     bool explored = true;
     bool reportFound = false; // what was there at the start is not reported
     const std::chrono::milliseconds lookBack;
-    bool cutReported = false;
+    FileEvents::Coverage reportedCoverage = FileEvents::Coverage::whole;
     std::optional<FileTime> newsSince;
     std::optional<InotifyThread> thread;
 };
 
-FileStream::FileStream(const FileEvents::Watch& watch, std::size_t mostFolders, Reports reports)
+FileStream::FileStream(
+    const FileEvents::Watch& watch, std::shared_ptr<WatchBudget> programsBudget,
+    std::chrono::milliseconds retryInterval, Reports reports)
     : reports(std::move(reports))
+    , budget(std::move(programsBudget))
+    , retryInterval(retryInterval)
     , tree(
           inotify, watch.folder, fileMask,
-          watch.depth == FileEvents::Depth::folderAlone ? 1 : mostFolders)
+          watch.depth == FileEvents::Depth::folderAlone ? nullptr : budget.get())
     , files(watch.latency, lookAtFile)
     , lookBack(watch.lookBack)
 {
@@ -122,12 +132,15 @@ MonotonicTime FileStream::turn(Events events)
     handle(events);
     if (root.checkIfDue())
         reportEverything();
+    retryIfDue();
     if (!explored)
         exploreMore();
     reportComplete();
-    reportCut();
-    const auto next = std::min(root.dueAt(), files.nextLook().value_or(MonotonicTime::max()));
-    return explored ? next : now();
+    reportCoverage();
+    if (!explored)
+        return now();
+    const auto retry = tree.isCut() ? nextRetry : MonotonicTime::max();
+    return std::min({root.dueAt(), files.nextLook().value_or(MonotonicTime::max()), retry});
 }
 
 void FileStream::handle(const Events& events)
@@ -213,10 +226,29 @@ void FileStream::reportComplete()
     reports.files(std::move(complete));
 }
 
-void FileStream::reportCut()
+void FileStream::retryIfDue()
 {
-    if (tree.isCut() && !std::exchange(cutReported, true))
-        reports.tooManyFolders();
+    if (now() < nextRetry)
+        return;
+    nextRetry = now() + retryInterval;
+    if (!tree.isCut())
+        return;
+    tree.retry();
+    explored = false;
+}
+
+FileEvents::Coverage FileStream::coverage() const
+{
+    using enum FileEvents::Coverage;
+    if (tree.isRootRefused())
+        return nothing;
+    return tree.isCut() ? nearestFolders : whole;
+}
+
+void FileStream::reportCoverage()
+{
+    if (coverage() != std::exchange(reportedCoverage, coverage()))
+        reports.coverage(reportedCoverage);
 }
 
 } // namespace
@@ -224,12 +256,12 @@ void FileStream::reportCut()
 std::optional<Subscription> InotifyFileEvents::start(const Watch& watch, Handlers handlers)
 {
     MainQueueHandler<Paths> files(dispatch, std::move(handlers.files));
-    MainQueueHandler<> cut(dispatch, std::move(handlers.tooManyFolders));
+    MainQueueHandler<Coverage> coverage(dispatch, std::move(handlers.coverage));
     auto stream = std::make_shared<FileStream>(
-        watch, mostFolders,
+        watch, budget, retryInterval,
         FileStream::Reports{
             [files = std::move(files)](Paths paths) { files.post(std::move(paths)); },
-            [cut = std::move(cut)] { cut.post(); }});
+            [coverage = std::move(coverage)](Coverage now) { coverage.post(now); }});
     if (!stream->start())
         return std::nullopt;
     return Subscription([stream = std::move(stream)]() mutable { stream.reset(); });

@@ -2,6 +2,9 @@
 
 #include "platform/Dispatch.h"
 #include "platform/FileEvents.h"
+#include "platform/posix/watch/WatchBudget.h"
+
+#include <memory>
 
 namespace tallowbay::posix {
 
@@ -15,9 +18,14 @@ public:
     // Many a system gives a user 8192 watches for all programs.
     static constexpr std::size_t usualMostFolders = 2048;
 
-    explicit InotifyFileEvents(Dispatch& dispatch, std::size_t mostFolders = usualMostFolders)
+    // The bound is for all streams together, but each watches its own folder in any case. What is
+    // left out is tried again in this interval.
+    explicit InotifyFileEvents(
+        Dispatch& dispatch, std::size_t mostFolders = usualMostFolders,
+        std::chrono::milliseconds retryInterval = std::chrono::seconds(30))
         : dispatch(dispatch)
-        , mostFolders(mostFolders)
+        , budget(std::make_shared<WatchBudget>(mostFolders))
+        , retryInterval(retryInterval)
     {
     }
 
@@ -25,7 +33,8 @@ public:
 
 private:
     Dispatch& dispatch;
-    const std::size_t mostFolders; // of one stream
+    const std::shared_ptr<WatchBudget> budget;
+    const std::chrono::milliseconds retryInterval;
 };
 
 } // namespace tallowbay::posix

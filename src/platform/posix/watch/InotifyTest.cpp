@@ -79,7 +79,7 @@ protected:
                  for (const auto& path : paths)
                      ++reported[path];
              },
-             [this] { ++cuts; }});
+             [this](FileEvents::Coverage now) { coverage.push_back(now); }});
         ASSERT_TRUE(started);
         token = std::move(*started);
     }
@@ -108,9 +108,9 @@ protected:
     const fs::path folder = temporary.path / "watched";
     test::LoopDispatch loop;
     static constexpr std::size_t mostFolders = 1000;
-    InotifyFileEvents events{loop, mostFolders};
+    InotifyFileEvents events{loop, mostFolders, 50ms};
     std::map<fs::path, int> reported;
-    int cuts = 0;
+    std::vector<FileEvents::Coverage> coverage; // as it was told
     Subscription token;
 };
 
@@ -390,17 +390,19 @@ std::size_t watchCount()
     return count;
 }
 
+using Coverages = std::vector<FileEvents::Coverage>;
+
 TEST_F(InotifyFileEventsTest, TakesNoMoreWatchesThanItsBoundAndSaysSoOnce)
 {
     for (int i = 0; i < 600; ++i)
         fs::create_directories(folder / std::to_string(i) / "below");
     start();
-    EXPECT_TRUE(loop.runUntil([this] { return cuts > 0; }, 30s));
+    EXPECT_TRUE(loop.runUntil([this] { return !coverage.empty(); }, 30s));
     fs::create_directories(folder / "late");
     write(folder / "file");
     EXPECT_TRUE(isReportedOnce("file")) << "the nearest folders are watched";
     EXPECT_EQ(watchCount(), mostFolders);
-    EXPECT_EQ(cuts, 1);
+    EXPECT_EQ(coverage, Coverages{FileEvents::Coverage::nearestFolders});
 }
 
 TEST_F(InotifyFileEventsTest, SaysNothingOfABoundThatIsNotMet)
@@ -409,8 +411,64 @@ TEST_F(InotifyFileEventsTest, SaysNothingOfABoundThatIsNotMet)
     start();
     write(folder / "one" / "below" / "file");
     EXPECT_TRUE(isReported(folder / "one" / "below" / "file"));
-    EXPECT_EQ(cuts, 0);
+    EXPECT_EQ(coverage, Coverages{});
     EXPECT_EQ(watchCount(), 3u);
+}
+
+// Each folder had a bound of its own, and many of them together took all that the user has.
+TEST_F(InotifyFileEventsTest, TakesNoMoreWatchesThanItsBoundForAllFoldersTogether)
+{
+    const auto second = temporary.path / "second";
+    for (int i = 0; i < 600; ++i) {
+        fs::create_directories(folder / std::to_string(i));
+        fs::create_directories(second / std::to_string(i));
+    }
+    start();
+    EXPECT_TRUE(loop.runUntil([] { return watchCount() == 601; }, 30s));
+    auto other = std::move(token);
+    start(second);
+    EXPECT_TRUE(loop.runUntil([this] { return !coverage.empty(); }, 30s));
+    settle();
+    EXPECT_EQ(watchCount(), mostFolders);
+
+    write(second / "file");
+    EXPECT_TRUE(isReported(second / "file"));
+}
+
+TEST_F(InotifyFileEventsTest, TakesTheWatchesThatAnotherFolderGivesBackAndSaysSo)
+{
+    const auto second = temporary.path / "second";
+    for (int i = 0; i < 600; ++i)
+        fs::create_directories(folder / std::to_string(i));
+    for (int i = 0; i < 600; ++i)
+        fs::create_directories(second / "below" / std::to_string(i));
+    start();
+    EXPECT_TRUE(loop.runUntil([] { return watchCount() == 601; }, 30s));
+    auto other = std::move(token);
+    start(second);
+    EXPECT_TRUE(loop.runUntil([this] { return !coverage.empty(); }, 30s));
+    for (int i = 0; i < 600; ++i)
+        write(second / "below" / std::to_string(i) / "file");
+    other.reset();
+    EXPECT_TRUE(loop.runUntil([this] { return coverage.size() == 2; }, 30s));
+    EXPECT_EQ(
+        coverage, (Coverages{FileEvents::Coverage::nearestFolders, FileEvents::Coverage::whole}));
+    EXPECT_EQ(watchCount(), 602u);
+    EXPECT_TRUE(loop.runUntil([this] { return reported.size() == 600; }, 30s))
+        << "with what came meanwhile";
+}
+
+TEST_F(InotifyFileEventsTest, TakesTheWatchesThatItsOwnFoldersGiveBack)
+{
+    for (int i = 0; i < 1200; ++i)
+        fs::create_directories(folder / std::to_string(i));
+    start();
+    EXPECT_TRUE(loop.runUntil([] { return watchCount() == mostFolders; }, 30s));
+    for (int i = 0; i < 1200; i += 2)
+        fs::remove(folder / std::to_string(i));
+    EXPECT_TRUE(loop.runUntil([] { return watchCount() == 601; }, 30s));
+    EXPECT_TRUE(loop.runUntil([this] { return coverage.size() == 2; }, 30s));
+    EXPECT_EQ(coverage.back(), FileEvents::Coverage::whole);
 }
 
 // What the process table says of a thread under that word.
@@ -483,30 +541,63 @@ TEST(InotifyOverflowTest, ReportsEveryFileAfterEventsWereLost)
         dispatch.runUntil([&] { return reported.contains(temporary.path / "later"); }, 30s));
 }
 
-// In a child of a user namespace of its own, whose limits are nobody else's.
-int statusOfStartsWithoutInotify(const fs::path& folder)
+constexpr int cannotTell = 77;
+
+bool setLimit(const std::string& name, int count)
 {
-    constexpr int cannotTell = 77;
+    return static_cast<bool>(std::ofstream("/proc/sys/user/" + name) << count << std::flush);
+}
+
+// In a child of a user namespace of its own, whose limits are nobody else's. True is good.
+int statusInNamespace(const std::string& limit, const std::function<bool()>& passes)
+{
     const auto child = ::fork();
     if (child != 0) {
         int status = 0;
         ::waitpid(child, &status, 0);
-        return WEXITSTATUS(status);
+        return WIFEXITED(status) ? WEXITSTATUS(status) : 1;
     }
-    if (::unshare(CLONE_NEWUSER) != 0
-        || !(std::ofstream("/proc/sys/user/max_inotify_instances") << 0 << std::flush))
+    if (::unshare(CLONE_NEWUSER) != 0 || !setLimit(limit, 0))
         ::_exit(cannotTell);
-    test::LoopDispatch loop;
-    const auto files = InotifyFileEvents(loop).start({folder}, {[](const auto&) {}});
-    const auto entries = InotifyFolderEvents(loop).start(folder, [] {});
-    ::_exit(files || entries ? 1 : 0);
+    ::_exit(passes() ? 0 : 1);
 }
 
 TEST(InotifyLimitTest, FailsWhereTheSystemGivesNoMeansToWatch)
 {
     const test::TemporaryFolder temporary;
-    const int status = statusOfStartsWithoutInotify(temporary.path);
-    if (status == 77)
+    const int status = statusInNamespace("max_inotify_instances", [&] {
+        test::LoopDispatch loop;
+        const auto files = InotifyFileEvents(loop).start({temporary.path}, {[](const auto&) {}});
+        const auto entries = InotifyFolderEvents(loop).start(temporary.path, [] {});
+        return !files && !entries;
+    });
+    if (status == cannotTell)
+        GTEST_SKIP() << "may not make a user namespace here";
+    EXPECT_EQ(status, 0);
+}
+
+// It was said that the folder had too many below it, and so for ever.
+TEST(InotifyLimitTest, SaysThatNothingIsWatchedUntilTheSystemHasWatchesAgain)
+{
+    const test::TemporaryFolder temporary;
+    const int status = statusInNamespace("max_inotify_watches", [&] {
+        test::LoopDispatch loop;
+        InotifyFileEvents events(loop);
+        std::vector<FileEvents::Coverage> told;
+        bool reported = false;
+        const auto token = events.start(
+            {temporary.path},
+            {[&](const auto&) { reported = true; },
+             [&](FileEvents::Coverage now) { told.push_back(now); }});
+        if (!token || !loop.runUntil([&] { return !told.empty(); }, 30s)
+            || told != std::vector{FileEvents::Coverage::nothing})
+            return false;
+        std::ofstream(temporary.path / "meanwhile") << "data";
+        setLimit("max_inotify_watches", 10);
+        return loop.runUntil([&] { return reported && told.size() == 2; }, 30s)
+            && told.back() == FileEvents::Coverage::whole;
+    });
+    if (status == cannotTell)
         GTEST_SKIP() << "may not make a user namespace here";
     EXPECT_EQ(status, 0);
 }
