@@ -51,6 +51,7 @@ void LocationPoll::checkLocationChange()
         watchedPlaces = std::move(places);
         watcher.followPlaces();
     }
+    watcher.refresh();
     if (!onboardingVisible())
         checkScreenshotLocationIfNeeded();
 }

@@ -73,6 +73,15 @@ TEST_F(LocationPollTest, RestartsTheWatcherIfNoFolderWasEverRecorded)
     EXPECT_EQ(watchedFolder(), "/home/u/Desktop");
 }
 
+TEST_F(LocationPollTest, TriesAgainWhatCouldNotBeWatchedWithinHalfASecond)
+{
+    desktop.fileEvents.failNextStarts();
+    start();
+    EXPECT_TRUE(desktop.fileEvents.running().empty());
+    desktop.dispatch.advance(500ms);
+    EXPECT_EQ(watchedFolder(), "/home/u/Desktop");
+}
+
 TEST_F(LocationPollTest, StopsWithItsTimer)
 {
     start();
