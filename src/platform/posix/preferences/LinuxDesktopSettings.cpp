@@ -47,15 +47,6 @@ std::vector<fs::path> screenshotFolders(const fs::path& pictures, const std::str
     return folders;
 }
 
-std::optional<fs::path> presentFolder(const std::vector<fs::path>& candidates)
-{
-    std::error_code ignored;
-    for (const auto& folder : candidates)
-        if (fs::is_directory(folder, ignored))
-            return folder;
-    return std::nullopt;
-}
-
 std::vector<std::string> split(const std::string& text, char separator)
 {
     std::vector<std::string> parts;
@@ -114,8 +105,10 @@ SessionSurroundings SessionSurroundings::ofEnvironment()
     };
 }
 
-LinuxDesktopSettings::LinuxDesktopSettings(Dispatch& dispatch, SessionSurroundings session)
+LinuxDesktopSettings::LinuxDesktopSettings(
+    Dispatch& dispatch, SessionSurroundings session, FolderLooks::Look look)
     : surroundings(std::move(session))
+    , looks(std::move(look))
     , userDirs(surroundings.config / "user-dirs.dirs")
     , spectacle(surroundings.config / "spectaclerc")
     , xfce(surroundings.config / "xfce4" / "xfce4-screenshooter")
@@ -133,8 +126,16 @@ LinuxDesktopSettings::LinuxDesktopSettings(Dispatch& dispatch, SessionSurroundin
 DesktopSettings LinuxDesktopSettings::settings()
 {
     return {
-        .screenshotFolder = [this] { return screenshotFolder(); },
-        .screenshotPlaces = [this] { return screenshotPlaces(); },
+        .screenshotFolder =
+            [this] {
+                looks.refresh();
+                return screenshotFolder();
+            },
+        .screenshotPlaces =
+            [this] {
+                looks.refresh();
+                return screenshotPlaces();
+            },
         .screenshotNamePatterns = screenshotToolNames(),
         .screenshotNameDates = screenshotToolDates(),
     };
@@ -143,6 +144,15 @@ DesktopSettings LinuxDesktopSettings::settings()
 bool LinuxDesktopSettings::runs(std::string_view desktop) const
 {
     return std::ranges::find(surroundings.desktops, desktop) != surroundings.desktops.end();
+}
+
+LinuxDesktopSettings::Folder LinuxDesktopSettings::presentFolder(
+    const std::vector<fs::path>& candidates)
+{
+    for (const auto& folder : candidates)
+        if (looks.isThere(folder))
+            return folder;
+    return std::nullopt;
 }
 
 LinuxDesktopSettings::Folder LinuxDesktopSettings::screenshotFolder()
@@ -210,7 +220,7 @@ LinuxDesktopSettings::Folder LinuxDesktopSettings::xfceFolder()
 
 std::vector<ScreenshotPlace> LinuxDesktopSettings::screenshotPlaces()
 {
-    PlaceList list;
+    PlaceList list(looks);
     list.keepForOthers(surroundings.home);
     list.keepForOthers(pictures());
     list.keepForOthers(userFolderOr("XDG_DESKTOP_DIR", "Desktop"));

@@ -3,6 +3,7 @@
 #include "platform/DesktopSettings.h"
 #include "platform/posix/files/CachedText.h"
 #include "platform/posix/preferences/BackgroundSetting.h"
+#include "platform/posix/preferences/FolderLooks.h"
 #include "platform/posix/preferences/ScreenshotToolFolders.h"
 
 namespace tallowbay::posix {
@@ -29,13 +30,14 @@ struct SessionSurroundings {
 // outlives both.
 class LinuxDesktopSettings {
 public:
-    LinuxDesktopSettings(Dispatch&, SessionSurroundings);
+    LinuxDesktopSettings(Dispatch&, SessionSurroundings, FolderLooks::Look = FolderLooks::atPath);
 
     DesktopSettings settings();
 
 private:
     using Folder = std::optional<std::filesystem::path>;
     bool runs(std::string_view desktop) const;
+    Folder presentFolder(const std::vector<std::filesystem::path>& candidates);
     Folder screenshotFolder();
     Folder gnomeShellFolder();
     Folder gnomeScreenshotFolder();
@@ -50,6 +52,7 @@ private:
     std::filesystem::path userFolderOr(const char* key, const char* usualName);
 
     const SessionSurroundings surroundings;
+    FolderLooks looks;
     CachedText userDirs;
     CachedText spectacle;
     CachedText xfce;

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <fstream>
 #include <map>
+#include <mutex>
 
 namespace tallowbay::posix {
 
@@ -311,6 +312,27 @@ TEST_F(ScreenshotPlacesTest, AreEachOneFolderHoweverItsPathIsWritten)
     EXPECT_FALSE(place(home / "Pictures"));
     EXPECT_TRUE(isAlone(home / "Desktop"));
     EXPECT_FALSE(place(home));
+}
+
+// The pictures may lie on a network that does not answer.
+TEST_F(ScreenshotPlacesTest, StayAsTheyWereWhileAFolderDoesNotAnswer)
+{
+    fs::create_directories(home / "Pictures" / "Bildschirmfotos");
+    const auto network = std::make_shared<std::mutex>();
+    owner.emplace(
+        dispatch, SessionSurroundings{{"GNOME"}, "en", home, home / ".config", {}},
+        [network](const fs::path& path) {
+            const std::scoped_lock passing(*network);
+            return FolderLooks::atPath(path);
+        });
+    settings = owner->settings();
+    EXPECT_EQ(folder(), home / "Pictures" / "Bildschirmfotos");
+    const auto places = settings.screenshotPlaces();
+    const std::scoped_lock silence(*network);
+    for (int i = 0; i < 10; ++i) {
+        EXPECT_EQ(folder(), home / "Pictures" / "Bildschirmfotos");
+        EXPECT_EQ(settings.screenshotPlaces(), places);
+    }
 }
 
 TEST_F(LinuxDesktopSettingsTest, HandsOutTheNamesOfTheTools)

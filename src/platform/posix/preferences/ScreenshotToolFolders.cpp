@@ -18,12 +18,6 @@ fs::path tidied(const fs::path& folder)
     return normal.has_filename() ? normal : normal.parent_path();
 }
 
-bool isOne(const fs::path& first, const fs::path& second)
-{
-    std::error_code oneIsAbsent;
-    return first == second || fs::equivalent(first, second, oneIsAbsent);
-}
-
 } // namespace
 
 ScreenshotToolFolders::ScreenshotToolFolders(const fs::path& config, fs::path home)
@@ -56,7 +50,7 @@ void PlaceList::add(const fs::path& folder, const std::string& reason)
 {
     const fs::path tidy = tidied(folder);
     const bool isKnown = std::ranges::any_of(
-        list, [&](const ScreenshotPlace& place) { return isOne(place.folder, tidy); });
+        list, [&](const ScreenshotPlace& place) { return looks.areOne(place.folder, tidy); });
     if (!isKnown)
         list.push_back({tidy, false, reason});
 }
@@ -72,7 +66,7 @@ std::vector<ScreenshotPlace> PlaceList::places() const
 bool PlaceList::isForOthers(const fs::path& folder) const
 {
     return std::ranges::any_of(others, [&](const fs::path& other) {
-        return isWithin(other, folder) || isOne(other, folder);
+        return isWithin(other, folder) || looks.areOne(other, folder);
     });
 }
 

@@ -2,6 +2,7 @@
 
 #include "platform/DesktopSettings.h"
 #include "platform/posix/files/CachedText.h"
+#include "platform/posix/preferences/FolderLooks.h"
 
 #include <filesystem>
 #include <string>
@@ -35,6 +36,11 @@ private:
 // The subfolders of a place belong to it unless people keep other things there as well.
 class PlaceList {
 public:
+    explicit PlaceList(FolderLooks& looks)
+        : looks(looks)
+    {
+    }
+
     // The folder of other things, such as the Desktop, and every folder above it.
     void keepForOthers(const std::filesystem::path& folder);
 
@@ -46,6 +52,7 @@ public:
 private:
     bool isForOthers(const std::filesystem::path& folder) const;
 
+    FolderLooks& looks;
     std::vector<std::filesystem::path> others;
     std::vector<ScreenshotPlace> list;
 };
