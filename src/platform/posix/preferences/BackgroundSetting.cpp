@@ -7,12 +7,18 @@
 namespace tallowbay::posix {
 
 BackgroundSetting::BackgroundSetting(
+    Dispatch& dispatch, std::vector<std::string> commandLine, std::filesystem::path database)
+    : BackgroundSetting(dispatch, std::move(commandLine), std::move(database), Intervals())
+{
+}
+
+BackgroundSetting::BackgroundSetting(
     Dispatch& dispatch, std::vector<std::string> commandLine, std::filesystem::path database,
-    std::chrono::milliseconds shortestInterval)
+    Intervals intervals)
     : dispatch(dispatch)
     , commandLine(std::move(commandLine))
     , database(std::move(database))
-    , shortestInterval(shortestInterval)
+    , intervals(intervals)
     , queue(dispatch.makeSerialQueue("com.quarnel.tallowbay.setting"))
 {
 }
@@ -30,8 +36,14 @@ bool BackgroundSetting::isDue() const
         return false;
     if (!askedAt)
         return true;
-    return std::chrono::steady_clock::now() >= *askedAt + shortestInterval
-        && FileVersion::of(database) != askedFor;
+    if (std::chrono::steady_clock::now() < *askedAt + interval())
+        return false;
+    return (failed && answer) || FileVersion::of(database) != askedFor;
+}
+
+std::chrono::milliseconds BackgroundSetting::interval() const
+{
+    return failed && !answer ? intervals.withoutAnswer : intervals.shortest;
 }
 
 void BackgroundSetting::ask()
@@ -49,7 +61,9 @@ void BackgroundSetting::ask()
 void BackgroundSetting::take(std::optional<std::string> text)
 {
     asking = false;
-    answer = std::move(text);
+    failed = !text;
+    if (text)
+        answer = std::move(text);
 }
 
 } // namespace tallowbay::posix

@@ -14,30 +14,40 @@ namespace tallowbay::posix {
 // database that it stands in has changed. Thread: main queue.
 class BackgroundSetting {
 public:
-    // The command line is run as it stands; without one, the setting stays empty. However often the
-    // database changes, the program is run no more often than the interval says. The dispatch
+    // The program is run no more often, however often the database changes.
+    struct Intervals {
+        std::chrono::milliseconds shortest = std::chrono::seconds(3);
+
+        // Of a program that has never told the setting, which then most likely does not exist.
+        std::chrono::milliseconds withoutAnswer = std::chrono::minutes(10);
+    };
+
+    // The command line is run as it stands; without one, the setting stays empty. The dispatch
     // outlives this object.
     BackgroundSetting(
-        Dispatch&, std::vector<std::string> commandLine, std::filesystem::path database,
-        std::chrono::milliseconds shortestInterval = std::chrono::seconds(3));
+        Dispatch&, std::vector<std::string> commandLine, std::filesystem::path database);
+    BackgroundSetting(
+        Dispatch&, std::vector<std::string> commandLine, std::filesystem::path database, Intervals);
 
-    // What the program printed last, maybe before the newest change. Empty as long as there is
-    // nothing, and where the program fails.
+    // What the program printed last, maybe before the newest change. Empty as long as it has told
+    // nothing. A run that fails later takes nothing back, and is tried again.
     const std::optional<std::string>& lastKnown();
 
 private:
     bool isDue() const;
+    std::chrono::milliseconds interval() const;
     void ask();
     void take(std::optional<std::string>);
 
     Dispatch& dispatch;
     const std::vector<std::string> commandLine;
     const std::filesystem::path database;
-    const std::chrono::milliseconds shortestInterval;
+    const Intervals intervals;
     std::optional<std::string> answer;
     std::optional<FileVersion> askedFor;
     std::optional<MonotonicTime> askedAt;
     bool asking = false;
+    bool failed = false; // the last time
     std::unique_ptr<SerialQueue> queue;
     Lifetime lifetime;
 };

@@ -102,6 +102,54 @@ TEST_F(LinuxDesktopSettingsTest, PrefersTheFolderOfTheSessionsLanguage)
     EXPECT_EQ(folder(), home / "Pictures" / "Bildschirmfotos");
 }
 
+// In most languages the first screenshots went unnoticed.
+TEST_F(LinuxDesktopSettingsTest, KnowsTheFolderOfTheSessionsLanguageBeforeThereIsOne)
+{
+    const std::pair<const char*, const char*> folders[] = {
+        {"ab", "Аекран ақәҭыхра"},
+        {"be", "Здымкі экрана"},
+        {"bg", "Снимки на екрана"},
+        {"el", "Στιγμιότυπα οθόνης"},
+        {"eu", "Pantaila-argazkiak"},
+        {"fa", "نماگرفت\u200cها"},
+        {"fur", "Videadis"},
+        {"gl", "Capturas de pantalla"},
+        {"he", "צילומי מסך"},
+        {"hr", "Slike zaslona"},
+        {"ia", "Capturas de schermo"},
+        {"id", "Cuplikan Layar"},
+        {"ie", "Capturas de ecran"},
+        {"is", "Skjámyndir"},
+        {"ka", "ეკრანის ანაბეჭდები"},
+        {"kk", "Скриншоттар"},
+        {"lt", "Ekrano nuotraukos"},
+        {"lv", "Ekrānattēli"},
+        {"ne", "स्क्रिनसट"},
+        {"oc", "Capturas d'ecran"},
+        {"pa", "ਸਕਰੀਨਸ਼ਾਟ"},
+        {"sk", "Snímky obrazovky"},
+        {"sl", "Zaslonske slike"},
+        {"sr", "Снимци екрана"},
+        {"th", "จับภาพหน้าจอ"},
+        {"ug", "ئېكران كۆرۈنۈشى"},
+        {"vi", "Chụp màn hình"},
+    };
+    for (const auto& [language, name] : folders) {
+        start({"GNOME"}, language);
+        EXPECT_EQ(folder(), home / "Pictures" / name) << language;
+    }
+}
+
+TEST_F(LinuxDesktopSettingsTest, KnowsTheFoldersOfEveryCountryThatSharesALanguage)
+{
+    for (const char* name : {"截图", "屏幕截图", "螢幕快照"}) {
+        fs::create_directories(home / "Pictures" / name);
+        start({"GNOME"}, "zh");
+        EXPECT_EQ(folder(), home / "Pictures" / name);
+        fs::remove(home / "Pictures" / name);
+    }
+}
+
 TEST_F(LinuxDesktopSettingsTest, NamesTheEnglishFolderForALanguageThatItDoesNotKnow)
 {
     start({"GNOME"}, "xx");
@@ -367,9 +415,20 @@ class BackgroundSettingTest : public LinuxDesktopSettingsTest {
 protected:
     BackgroundSettingTest() { write("database", "first"); }
 
-    BackgroundSetting make(std::chrono::milliseconds interval)
+    BackgroundSetting make(
+        std::chrono::milliseconds shortest, std::chrono::milliseconds withoutAnswer = 0ms)
     {
-        return BackgroundSetting(dispatch, {gsettings}, home / "database", interval);
+        return BackgroundSetting(
+            dispatch, {gsettings}, home / "database", {shortest, withoutAnswer});
+    }
+    bool hasRun(BackgroundSetting& setting, std::size_t times)
+    {
+        return dispatch.runUntil(
+            [&] {
+                setting.lastKnown();
+                return runCount() >= times;
+            },
+            30s);
     }
     bool answers(BackgroundSetting& setting, const std::optional<std::string>& text)
     {
@@ -422,6 +481,41 @@ TEST_F(BackgroundSettingTest, StaysEmptyWhereTheProgramFailsOrIsAbsent)
     EXPECT_EQ(absent.lastKnown(), std::nullopt);
     EXPECT_EQ(none.lastKnown(), std::nullopt);
     EXPECT_EQ(failing.lastKnown(), std::nullopt);
+}
+
+// The folder of the screenshots was lost with one run that came at a bad moment.
+TEST_F(BackgroundSettingTest, KeepsItsAnswerWhereARunFailsAndAsksAgain)
+{
+    installGsettings("one");
+    auto setting = make(0ms, 10min);
+    EXPECT_TRUE(answers(setting, "one"));
+    fs::rename(home / "answer", home / "none");
+    write("database", "changed");
+    EXPECT_TRUE(hasRun(setting, 3)) << "the database is the same";
+    EXPECT_EQ(setting.lastKnown(), "one");
+    write("answer", "two");
+    EXPECT_TRUE(answers(setting, "two"));
+}
+
+// Whatever was written to the database, two programs were run for settings that were not there.
+TEST_F(BackgroundSettingTest, AsksSeldomForWhatHasNeverBeenTold)
+{
+    installGsettings("one");
+    fs::rename(home / "answer", home / "none");
+    auto seldom = make(0ms, 10min);
+    EXPECT_TRUE(hasRun(seldom, 1));
+    dispatch.runUntil([] { return false; }, 50ms);
+    write("database", "changed");
+    seldom.lastKnown();
+    dispatch.runUntil([] { return false; }, 50ms);
+    EXPECT_EQ(runCount(), 1u);
+
+    auto often = make(0ms, 0ms);
+    EXPECT_TRUE(hasRun(often, 2));
+    dispatch.runUntil([] { return false; }, 50ms);
+    write("answer", "one");
+    write("database", "changed again");
+    EXPECT_TRUE(answers(often, "one"));
 }
 
 TEST_F(BackgroundSettingTest, MayGoWhileTheProgramRuns)
