@@ -110,7 +110,7 @@ TEST_P(ToolFilesTest, AreNoticedWhateverDesktopRuns)
         EXPECT_FALSE(fs::exists(home.optimized() / other)) << other;
 }
 
-INSTANTIATE_TEST_SUITE_P(Desktops, ToolFilesTest, testing::Values("none", "GNOME"));
+INSTANTIATE_TEST_SUITE_P(Desktops, ToolFilesTest, testing::Values("none", "GNOME", "KDE"));
 
 TEST_F(ScreenshotToolsTest, PicturesOfSeveralToolsArriveWithOnePaste)
 {
