@@ -122,6 +122,7 @@ struct NotedHotkeys final : Hotkeys {
         journal.push_back("hotkeys are installed");
         return real.install(std::move(handler));
     }
+    bool reaches(HotkeyId id) const override { return real.reaches(id); }
     Subscription watchForFreed(std::function<void()> told) override
     {
         return real.watchForFreed(std::move(told));

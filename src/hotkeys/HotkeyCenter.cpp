@@ -56,9 +56,9 @@ HotkeyConfig HotkeyCenter::config(HotkeyTarget target) const
     return HotkeyConfig::load(defaults, traits.defaultsKey, traits.defaultConfig);
 }
 
-const std::optional<HotkeyConfig>& HotkeyCenter::working(HotkeyTarget target) const
+std::optional<HotkeyConfig> HotkeyCenter::working(HotkeyTarget target) const
 {
-    return handles.at(static_cast<std::size_t>(target)).config;
+    return hotkeys.reaches(traitsOf(target).id) ? handleOf(target).config : std::nullopt;
 }
 
 void HotkeyCenter::updateHotkey(HotkeyTarget target, const HotkeyConfig& config)
@@ -87,6 +87,11 @@ void HotkeyCenter::resetHotkeysToDefault()
 }
 
 HotkeyCenter::Handle& HotkeyCenter::handleOf(HotkeyTarget target)
+{
+    return handles.at(static_cast<std::size_t>(target));
+}
+
+const HotkeyCenter::Handle& HotkeyCenter::handleOf(HotkeyTarget target) const
 {
     return handles.at(static_cast<std::size_t>(target));
 }
@@ -134,7 +139,7 @@ void HotkeyCenter::followRefusals()
 
 bool HotkeyCenter::isRefused(HotkeyTarget target) const
 {
-    const auto& inUse = working(target);
+    const auto inUse = working(target);
     return !inUse || !inUse->hasKeysOf(config(target));
 }
 
@@ -160,7 +165,7 @@ bool HotkeyCenter::isWantedByAnother(HotkeyTarget target, const HotkeyConfig& co
 void HotkeyCenter::giveUpSecondChoices(const HotkeyConfig& taken)
 {
     for (const HotkeyTarget target : hotkeyTargets) {
-        const auto& inUse = working(target);
+        const auto inUse = handleOf(target).config;
         if (inUse && inUse->hasKeysOf(taken) && !inUse->hasKeysOf(config(target)))
             handleOf(target) = {};
     }

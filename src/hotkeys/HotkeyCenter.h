@@ -15,9 +15,9 @@ class UserDefaults;
 // does. A combination that the system refuses does nothing; but for a default that is refused the
 // target's second choice is taken, unless another target has that.
 //
-// What is refused is tried again when it may have become free, and every ten seconds: by itself a
-// target always ends up with what it would get if the program started now. So a default that can be
-// had again takes the place of the second choice.
+// What is refused or lost is tried again when it may have become free, and every ten seconds: by
+// itself a target always ends up with what it would get if the program started now. So a default
+// that can be had again takes the place of the second choice.
 //
 // Thread: main queue.
 class HotkeyCenter {
@@ -41,9 +41,9 @@ public:
     // The combination that is wanted for a target: the stored one or the default.
     HotkeyConfig config(HotkeyTarget) const;
 
-    // The one that works: the wanted one, or the second choice. Empty: all were refused, or nothing
-    // is registered.
-    const std::optional<HotkeyConfig>& working(HotkeyTarget) const;
+    // The one that works: the wanted one, or the second choice. Empty: all were refused, or became
+    // another program's with another layout of the keyboard, or nothing is registered.
+    std::optional<HotkeyConfig> working(HotkeyTarget) const;
 
     // Stores another combination and takes it instead of the present one.
     void updateHotkey(HotkeyTarget, const HotkeyConfig&);
@@ -61,6 +61,7 @@ private:
     };
 
     Handle& handleOf(HotkeyTarget);
+    const Handle& handleOf(HotkeyTarget) const;
     void replace(HotkeyTarget, const HotkeyConfig&);
     void registerDefault(HotkeyTarget);
     void retryDefaults();

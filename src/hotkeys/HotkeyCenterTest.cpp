@@ -324,6 +324,47 @@ TEST_F(HotkeyCenterTest, TakesTheDefaultInPlaceOfTheSecondChoiceOnceItIsFree)
     EXPECT_THAT(done, ElementsAre("open", "open"));
 }
 
+// It counted as working, although another program had its keys in the layout that was now active.
+TEST_F(HotkeyCenterTest, SaysThatACombinationIsLostAndTakesItAgainOnceItCan)
+{
+    center.start();
+    hotkeys.takeElsewhere(6, 0x1100);
+    EXPECT_EQ(center.working(HotkeyTarget::undoLast), std::nullopt);
+    hotkeys.tellFreed();
+    desktop.dispatch.runMain();
+    EXPECT_EQ(center.working(HotkeyTarget::undoLast), std::nullopt);
+    hotkeys.giveBackElsewhere(6, 0x1100);
+    EXPECT_THAT(
+        journalOf([this] { desktop.dispatch.advance(10s); }),
+        testing::AnyOf(IsEmpty(), ElementsAre("register 4", "unregister 4")));
+    press(6, 0x1100);
+    EXPECT_THAT(done, ElementsAre("undo"));
+}
+
+TEST_F(HotkeyCenterTest, TriesALostCombinationAgainAndAgain)
+{
+    center.start();
+    hotkeys.takeElsewhere(6, 0x1100);
+    hotkeys.tellFreed();
+    desktop.dispatch.runMain();
+    EXPECT_THAT(
+        journalOf([this] { desktop.dispatch.advance(20s); }), ElementsAre("refuse 4", "refuse 4"));
+}
+
+TEST_F(HotkeyCenterTest, TakesTheSecondChoiceForADefaultThatIsLostAndGivesItUpAgain)
+{
+    center.start();
+    hotkeys.takeElsewhere(49, 0x800);
+    hotkeys.tellFreed();
+    desktop.dispatch.runMain();
+    ASSERT_TRUE(center.working(HotkeyTarget::openClose));
+    EXPECT_EQ(center.working(HotkeyTarget::openClose)->displayString, "Cmd+Opt+Space");
+    hotkeys.giveBackElsewhere(49, 0x800);
+    desktop.dispatch.advance(10s);
+    EXPECT_EQ(center.working(HotkeyTarget::openClose)->displayString, "Opt+Space");
+    EXPECT_EQ(hotkeys.registered().size(), 4u);
+}
+
 TEST_F(HotkeyCenterTest, AsksForNothingWhileNothingIsRefused)
 {
     center.start();

@@ -46,10 +46,15 @@ public:
     // registrations of one combination here, the newest that lasts is reported.
     virtual std::optional<Subscription> registerHotkey(KeyCode, HotkeyModifiers, HotkeyId) = 0;
 
-    // Called until the token ends, when a combination that was refused may be had now: another map
-    // of the keyboard is in use, or a program that owns combinations has ended and whoever takes
-    // its place has had the time to. Not each such program's end is told, so it is worth trying now
-    // and then. A later handler replaces the former.
+    // Whether presses of what is registered under the id reach this program. With another map of
+    // the keyboard its keys may be another program's; they are taken again once they can be had.
+    virtual bool reaches(HotkeyId) const = 0;
+
+    // Called until the token ends, when a combination that was refused may be had now, or one that
+    // was registered may be lost: another map of the keyboard is in use, or a program that owns
+    // combinations has ended and whoever takes its place has had the time to. Not each such
+    // program's end is told, so it is worth trying now and then. A later handler replaces the
+    // former.
     virtual Subscription watchForFreed(std::function<void()>) = 0;
 };
 

@@ -52,6 +52,16 @@ TYPED_TEST_P(HotkeysContract, ReportsTheSignatureAndIdOfWhatWasPressed)
     EXPECT_TRUE(this->reports({this->second, this->first}));
 }
 
+TYPED_TEST_P(HotkeysContract, ReachesWhatIsRegisteredAsLongAsItIs)
+{
+    EXPECT_FALSE(this->hotkeys.reaches(this->first));
+    auto token = this->hotkeys.registerHotkey(this->x, this->both, this->first);
+    EXPECT_TRUE(this->hotkeys.reaches(this->first));
+    EXPECT_FALSE(this->hotkeys.reaches(this->second));
+    token.reset();
+    EXPECT_FALSE(this->hotkeys.reaches(this->first));
+}
+
 TYPED_TEST_P(HotkeysContract, KnowsEveryCombinationOfModifiers)
 {
     using namespace hotkeyModifier;
@@ -196,11 +206,12 @@ TYPED_TEST_P(HotkeysContract, TellsNobodyWhoHasStoppedToWatchForWhatIsFreed)
 }
 
 REGISTER_TYPED_TEST_SUITE_P(
-    HotkeysContract, ReportsTheSignatureAndIdOfWhatWasPressed, KnowsEveryCombinationOfModifiers,
-    TellsACombinationByExactlyItsModifiers, ReportsNothingOnceTheTokenHasEnded,
-    LetsATokenEndInsideTheHandler, LetsTheHandlerEndInsideItself, DropsPressesWithoutAHandler,
-    ReplacesTheHandlerWithALaterOne, RefusesWhatAnotherProgramOwnsAndKeepsTheRest,
-    RefusesAKeyThatNoKeyboardHas, ReportsTheNewestOfSeveralRegistrationsThatLasts,
-    TellsWhenWhatWasRefusedMayBeHad, TellsNobodyWhoHasStoppedToWatchForWhatIsFreed);
+    HotkeysContract, ReachesWhatIsRegisteredAsLongAsItIs, ReportsTheSignatureAndIdOfWhatWasPressed,
+    KnowsEveryCombinationOfModifiers, TellsACombinationByExactlyItsModifiers,
+    ReportsNothingOnceTheTokenHasEnded, LetsATokenEndInsideTheHandler,
+    LetsTheHandlerEndInsideItself, DropsPressesWithoutAHandler, ReplacesTheHandlerWithALaterOne,
+    RefusesWhatAnotherProgramOwnsAndKeepsTheRest, RefusesAKeyThatNoKeyboardHas,
+    ReportsTheNewestOfSeveralRegistrationsThatLasts, TellsWhenWhatWasRefusedMayBeHad,
+    TellsNobodyWhoHasStoppedToWatchForWhatIsFreed);
 
 } // namespace tallowbay::contract

@@ -32,13 +32,25 @@ std::optional<Subscription> HandFedHotkeys::registerHotkey(
     KeyCode keyCode, HotkeyModifiers modifiers, HotkeyId id)
 {
     const Combination combination{keyCode, modifiers};
-    if (keyCode >= keyCodeEnd || std::ranges::count(foreign, combination) != 0) {
+    if (keyCode >= keyCodeEnd || isForeign(combination)) {
         note("refuse " + std::to_string(id.id));
         return std::nullopt;
     }
     registrations[++lastToken] = {combination, id};
     note("register " + std::to_string(id.id));
     return Subscription([this, token = lastToken] { end(token); });
+}
+
+bool HandFedHotkeys::isForeign(const Combination& combination) const
+{
+    return std::ranges::find(foreign, combination) != foreign.end();
+}
+
+bool HandFedHotkeys::reaches(HotkeyId id) const
+{
+    return std::ranges::any_of(registrations, [&](const auto& entry) {
+        return entry.second.id == id && !isForeign(entry.second.combination);
+    });
 }
 
 void HandFedHotkeys::end(int token)
@@ -57,6 +69,8 @@ std::vector<HandFedHotkeys::Registration> HandFedHotkeys::registered() const
 
 void HandFedHotkeys::press(KeyCode keyCode, HotkeyModifiers modifiers)
 {
+    if (isForeign({keyCode, modifiers}))
+        return;
     const auto newest =
         std::find_if(registrations.rbegin(), registrations.rend(), [&](const auto& entry) {
             return entry.second.combination == Combination(keyCode, modifiers);

@@ -30,6 +30,8 @@ public:
     Subscription install(Handler) override;
     std::optional<Subscription> registerHotkey(KeyCode, HotkeyModifiers, HotkeyId) override;
 
+    bool reaches(HotkeyId) const override;
+
     Subscription watchForFreed(std::function<void()>) override;
 
     void press(KeyCode, HotkeyModifiers);
@@ -37,7 +39,7 @@ public:
     // Hands an id to the handler, on the main queue, whether it is registered or not.
     void report(HotkeyId);
 
-    // From now on another program has these keys.
+    // From now on another program has these keys, even if they are registered here.
     void takeElsewhere(KeyCode, HotkeyModifiers);
 
     // It has them no more, and nobody is told.
@@ -54,6 +56,7 @@ public:
     std::function<void()> onChange; // optional: called after each line of the journal
 
 private:
+    bool isForeign(const Combination&) const;
     void note(const std::string& line);
     void end(int token);
 

@@ -79,8 +79,7 @@ std::optional<Subscription> X11Hotkeys::registerHotkey(
     const Registration registration{code, hotkeyModifiers, id};
     registrations.emplace(token, registration);
     holdKeys();
-    const auto keys = keysOf(registration);
-    if (std::ranges::none_of(keys, [this](auto key) { return grabs.holds(key); })) {
+    if (!isHeld(registration)) {
         registrations.erase(token);
         followManager();
         return std::nullopt;
@@ -89,6 +88,13 @@ std::optional<Subscription> X11Hotkeys::registerHotkey(
         registrations.erase(token);
         holdKeys();
     }));
+}
+
+bool X11Hotkeys::reaches(HotkeyId id) const
+{
+    return std::ranges::any_of(registrations, [&](const auto& entry) {
+        return entry.second.id == id && isHeld(entry.second);
+    });
 }
 
 Subscription X11Hotkeys::watchForFreed(std::function<void()> told)
@@ -145,6 +151,12 @@ std::set<X11KeyGrabs::Key> X11Hotkeys::keysOf(const Registration& registration) 
             keys.emplace(hardware, modifiers.maskOf(registration.modifiers));
     }
     return keys;
+}
+
+bool X11Hotkeys::isHeld(const Registration& registration) const
+{
+    const auto keys = keysOf(registration);
+    return std::ranges::any_of(keys, [this](auto key) { return grabs.holds(key); });
 }
 
 void X11Hotkeys::holdKeys()

@@ -17,7 +17,8 @@ namespace tallowbay::x11 {
 // Hotkeys as keys that the X server hands to us alone. They go by the active layout, and follow it.
 //
 // A combination that was registered may become another program's with a change of the layout; it
-// does nothing then, until a further change or the end of the window manager.
+// does nothing then, until a further change, the end of the window manager, or another
+// registration.
 class X11Hotkeys final : public Hotkeys {
 public:
     X11Hotkeys(X11Session&, Dispatch&);
@@ -25,6 +26,8 @@ public:
 
     Subscription install(Handler) override;
     std::optional<Subscription> registerHotkey(KeyCode, HotkeyModifiers, HotkeyId) override;
+
+    bool reaches(HotkeyId) const override;
 
     // No event tells that a key is given up. Most keys are the window manager's, whose end is seen
     // by that of the window by which it shows that it is there.
@@ -42,6 +45,7 @@ private:
     void readKeyboard();
     void setGroup(xkb_layout_index_t);
     std::set<X11KeyGrabs::Key> keysOf(const Registration&) const;
+    bool isHeld(const Registration&) const;
     void holdKeys();
     void followManager();
     void tellFreedSoon();

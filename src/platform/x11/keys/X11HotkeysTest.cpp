@@ -365,6 +365,25 @@ TEST_F(X11HotkeysTest, TellsThatAnotherLayoutMayHaveWhatWasRefused)
     EXPECT_TRUE(desktop.run([&] { return told; }));
 }
 
+// Two programs want Super+Ctrl with other letters, which share a key in the layouts us and de.
+TEST_F(X11HotkeysTest, SaysWhatAnotherLayoutHasLostAndWhatIsBack)
+{
+    XClient owner(desktop.server.display());
+    xcb_grab_key(
+        owner.connection(), 0, owner.root(), X11Modifiers().maskOf(superCtrl), place::y,
+        XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    owner.sync();
+    int told = 0;
+    const auto watching = hotkeys->watchForFreed([&] { ++told; });
+    EXPECT_TRUE(hotkeys->reaches(undo));
+    setKeyboard({"-layout", "de"});
+    EXPECT_TRUE(desktop.run([&] { return told == 1; }));
+    EXPECT_FALSE(hotkeys->reaches(undo));
+    EXPECT_TRUE(hotkeys->reaches(clear));
+    setKeyboard({"-layout", "us"});
+    EXPECT_TRUE(desktop.run([&] { return hotkeys->reaches(undo); }));
+}
+
 TEST_F(X11HotkeysTest, FollowsNumLockToAnotherModifier)
 {
     for (const char* change : {"clear mod2", "clear mod3", "add mod3 = Num_Lock"})
