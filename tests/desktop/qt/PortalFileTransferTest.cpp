@@ -140,6 +140,21 @@ TEST_F(PortalFileTransferTest, RepliesWithoutAKeyAfterASecondWhereThePortalIsMut
     EXPECT_LT(time.elapsed(), 10'000) << "the bus itself waits for 25 seconds";
 }
 
+// Each question waited for all before it to run out of time.
+TEST_F(PortalFileTransferTest, RepliesToManyWithinASecondWhereThePortalIsMute)
+{
+    EXPECT_TRUE(backend.runUntil([this] { return backend.transfer().available(); }));
+    backend.portal.mute = true;
+    constexpr int count = 30;
+    int replies = 0;
+    for (int i = 0; i < count; ++i)
+        backend.transfer().begin(backend.files(1), [&](const auto&) { ++replies; });
+    QElapsedTimer time;
+    time.start();
+    EXPECT_TRUE(backend.runUntil([&] { return replies == count; }));
+    EXPECT_LT(time.elapsed(), 10'000);
+}
+
 } // namespace
 } // namespace tallowbay::test
 

@@ -51,14 +51,17 @@ Descriptors opened(Files::const_iterator first, Files::const_iterator last)
 // One key and the calls that it takes, on the transfer's own thread.
 class Making {
 public:
-    explicit Making(const QDBusConnection& bus)
+    Making(const QDBusConnection& bus, QDeadlineTimer deadline)
         : bus(bus)
+        , deadline(deadline)
     {
     }
 
     // Empty where the portal fails or time runs out.
     std::optional<std::string> keyTo(const Files& files) const
     {
+        if (deadline.hasExpired())
+            return std::nullopt; // those before had to be waited for
         auto start = callOf(interface, QStringLiteral("StartTransfer"));
         start << QVariantMap{
             {QStringLiteral("writable"), false}, {QStringLiteral("autostop"), false}};
@@ -101,7 +104,7 @@ private:
     }
 
     const QDBusConnection bus;
-    const QDeadlineTimer deadline{patience};
+    const QDeadlineTimer deadline;
 };
 
 } // namespace
@@ -161,8 +164,9 @@ void PortalFileTransfer::meet(const QString& newOwner)
 
 void PortalFileTransfer::begin(const Files& files, Reply reply)
 {
-    queue->async([this, bus = bus, files, reply = lifetime.guard(std::move(reply))] {
-        const auto key = Making(bus).keyTo(files);
+    queue->async([this, bus = bus, files, deadline = QDeadlineTimer(patience),
+                  reply = lifetime.guard(std::move(reply))] {
+        const auto key = Making(bus, deadline).keyTo(files);
         dispatch.mainAsync([reply, key]() mutable { reply(key); });
     });
 }

@@ -23,12 +23,22 @@ void TransferAnswers::answer(
     const xcb_selection_request_event_t& request, const ClipboardContent& content)
 {
     if (key) {
-        answers.answerLate(request, ClipboardForm{form, *key});
+        answerNow(request);
         return;
     }
-    waiting.push_back(request);
+    wait(request);
     if (!std::exchange(asking, true))
         askForKey(std::get<Files>(content));
+}
+
+void TransferAnswers::wait(const xcb_selection_request_event_t& request)
+{
+    const int number = ++lastRequest;
+    waiting.emplace(number, request);
+    dispatch.mainAfter(patience, lifetime.guard([this, number] {
+        if (const auto late = waiting.extract(number))
+            answerNow(late.mapped());
+    }));
 }
 
 void TransferAnswers::askForKey(const Files& files)
@@ -39,10 +49,6 @@ void TransferAnswers::askForKey(const Files& files)
         else if (newKey)
             transfer.end(*newKey);
     }));
-    dispatch.mainAfter(patience, lifetime.guard([this, asked = content] {
-        if (asked == content)
-            answerWaiting();
-    }));
 }
 
 void TransferAnswers::take(const std::optional<std::string>& newKey)
@@ -52,11 +58,16 @@ void TransferAnswers::take(const std::optional<std::string>& newKey)
     answerWaiting();
 }
 
-// With what there is.
 void TransferAnswers::answerWaiting()
 {
-    for (const auto& request : std::exchange(waiting, {}))
-        answers.answerLate(request, key ? std::optional(ClipboardForm{form, *key}) : std::nullopt);
+    for (const auto& [number, request] : std::exchange(waiting, {}))
+        answerNow(request);
+}
+
+// With what there is.
+void TransferAnswers::answerNow(const xcb_selection_request_event_t& request)
+{
+    answers.answerLate(request, key ? std::optional(ClipboardForm{form, *key}) : std::nullopt);
 }
 
 void TransferAnswers::contentChanged()

@@ -5,7 +5,7 @@
 #include "platform/FileTransfer.h"
 #include "platform/x11/clipboard/SelectionAnswers.h"
 
-#include <list>
+#include <map>
 
 namespace tallowbay::x11 {
 
@@ -17,7 +17,8 @@ class TransferAnswers {
 public:
     static constexpr std::string_view form = "application/vnd.portal.filetransfer";
 
-    // A requestor that gets no answer for long thinks that we hang.
+    // A requestor that gets no answer for long thinks that we hang, however long others have
+    // waited.
     static constexpr std::chrono::milliseconds patience{1500};
 
     TransferAnswers(SelectionAnswers&, Dispatch&, FileTransfer&);
@@ -33,11 +34,13 @@ public:
     void contentChanged();
 
 private:
-    using Requests = std::list<xcb_selection_request_event_t>;
+    using Requests = std::map<int, xcb_selection_request_event_t>; // in their order
 
+    void wait(const xcb_selection_request_event_t&);
     void askForKey(const FileTransfer::Files&);
     void take(const std::optional<std::string>& newKey);
     void answerWaiting();
+    void answerNow(const xcb_selection_request_event_t&);
 
     SelectionAnswers& answers;
     Dispatch& dispatch;
@@ -46,6 +49,7 @@ private:
     bool asking = false;
     int content = 0; // a number for each
     Requests waiting;
+    int lastRequest = 0;
     Lifetime lifetime;
 };
 

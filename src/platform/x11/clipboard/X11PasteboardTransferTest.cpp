@@ -73,6 +73,16 @@ TEST_F(X11PasteboardTransferTest, RefusesWhenTheKeyDoesNotComeInTimeAndAnswersOt
     EXPECT_EQ(transfer.begun, 1);
 }
 
+// Where no reply came at all, only those who asked first were ever answered.
+TEST_F(X11PasteboardTransferTest, RefusesEachRequestInItsOwnTimeWhereNoReplyComes)
+{
+    pasteboard.writeFiles({"/a"});
+    transfer.holding = true;
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(paste(form), std::nullopt);
+    EXPECT_EQ(transfer.begun, 1);
+}
+
 TEST_F(X11PasteboardTransferTest, EndsTheKeyWithItsContent)
 {
     pasteboard.writeFiles({"/a"});
