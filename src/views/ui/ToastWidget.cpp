@@ -27,7 +27,7 @@ constexpr auto windowFlagsOfToast = Qt::ToolTip | Qt::FramelessWindowHint | Qt::
 constexpr int leastMargin = 16;
 
 // Less of a fade is not seen in a frame, and costs as much as any.
-constexpr double leastStep = 0.06;
+constexpr double leastStep = 0.03;
 
 QFont textFontFor(const Font& font)
 {
