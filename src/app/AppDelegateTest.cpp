@@ -352,7 +352,7 @@ TEST_F(AppDelegateTest, ShowsNewScreenshotsInTheEditorThatIsOpen)
     screenshot("Screenshot 1.png");
     EXPECT_EQ(app->editor().strip()->checkedURLs(), Paths{optimized / "Screenshot 1.png"});
     desktop.files.remove(optimized / "Screenshot 1.png");
-    desktop.dispatch.runUntilIdle();
+    desktop.dispatch.advance(250ms);
     EXPECT_FALSE(app->editor().strip()->showsImages());
 }
 

@@ -13,6 +13,7 @@
 namespace tallowbay {
 namespace {
 
+using namespace std::chrono_literals;
 using Paths = std::vector<std::filesystem::path>;
 using headless::optimized;
 
@@ -97,6 +98,37 @@ TEST_F(OutputFolderWatcherTest, HearsNothingOnceStopped)
     desktop.files.remove(optimized / "b.png");
     desktop.dispatch.runMain();
     EXPECT_EQ(batch.urls().size(), 3u);
+}
+
+// A batch of two thousand was looked through two thousand times while it grew.
+TEST_F(OutputFolderWatcherTest, LooksSeldomWhileCopiesComeAndMissesNothing)
+{
+    slot.fill(editor);
+    int looks = 0;
+    editor.onRemoveDeletedFiles = [&] { ++looks; };
+    watcher.startDirectoryWatcher();
+    for (int i = 0; i < 100; ++i) {
+        desktop.files.create(optimized / (std::to_string(i) + ".png"));
+        desktop.dispatch.advance(10ms);
+    }
+    EXPECT_EQ(looks, 5);
+    desktop.files.remove(optimized / "b.png");
+    desktop.dispatch.advance(250ms);
+    EXPECT_EQ(batch.urls().size(), 2u);
+    desktop.dispatch.advance(1s);
+    EXPECT_EQ(looks, 6);
+}
+
+TEST_F(OutputFolderWatcherTest, LooksNoMoreOnceStopped)
+{
+    watcher.startDirectoryWatcher();
+    desktop.files.remove(optimized / "a.png");
+    desktop.dispatch.runMain();
+    desktop.files.remove(optimized / "b.png");
+    desktop.dispatch.runMain();
+    watcher.stop();
+    desktop.dispatch.advance(1s);
+    EXPECT_EQ(batch.urls().size(), 2u);
 }
 
 } // namespace
