@@ -464,8 +464,12 @@ TEST_F(InotifyFileEventsTest, TakesTheWatchesThatItsOwnFoldersGiveBack)
         fs::create_directories(folder / std::to_string(i));
     start();
     EXPECT_TRUE(loop.runUntil([] { return watchCount() == mostFolders; }, 30s));
-    for (int i = 0; i < 1200; i += 2)
+    fs::create_directory(temporary.path / "away");
+    for (int i = 0; i < 1200; i += 4) {
+        const auto moved = std::to_string(i + 2);
         fs::remove(folder / std::to_string(i));
+        fs::rename(folder / moved, temporary.path / "away" / moved);
+    }
     EXPECT_TRUE(loop.runUntil([] { return watchCount() == 601; }, 30s));
     EXPECT_TRUE(loop.runUntil([this] { return coverage.size() == 2; }, 30s));
     EXPECT_EQ(coverage.back(), FileEvents::Coverage::whole);
