@@ -177,6 +177,21 @@ TEST_F(ToastTest, FadesItsTextWithoutACompositingManager)
     EXPECT_LT(desktop.pixel(640, 380).lightness(), 80);
 }
 
+TEST_F(ToastTest, ShowsEveryStepOfItsFadeFromThreeInAHundredOn)
+{
+    const auto toast = show();
+    toast->setAlpha(0.5);
+    ASSERT_TRUE(desktop.runUntil([&] {
+        const int brightest = brightestOf(desktop.picture(frame));
+        return brightest > 110 && brightest < 170;
+    }));
+    const int before = brightestOf(desktop.picture(frame));
+
+    toast->setAlpha(0.535);
+
+    EXPECT_TRUE(desktop.runUntil([&] { return brightestOf(desktop.picture(frame)) > before + 3; }));
+}
+
 TEST_F(ToastTest, CutsALongMessageOffAndSaysSo)
 {
     ToastContent wide = content;
