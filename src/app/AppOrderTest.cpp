@@ -106,6 +106,10 @@ struct NotedKeyTap final : KeyTap {
     {
         return noted(journal, "key tap", real.start(std::move(handler)));
     }
+    Subscription watchClicks(std::function<void()> clicked) override
+    {
+        return real.watchClicks(std::move(clicked));
+    }
 
     KeyTap& real;
     Journal& journal;
@@ -155,6 +159,10 @@ struct NotedPasteboard final : Pasteboard {
         real.releasePaste(std::move(ended));
     }
     void dropPaste() override { real.dropPaste(); }
+    void tellWhenFilesAreTaken(std::function<void()> taken) override
+    {
+        real.tellWhenFilesAreTaken(std::move(taken));
+    }
     void writeFiles(const std::vector<std::filesystem::path>& files) override
     {
         real.writeFiles(files);

@@ -92,6 +92,10 @@ protected:
             real.releasePaste(std::move(ended));
         }
         void dropPaste() override { real.dropPaste(); }
+        void tellWhenFilesAreTaken(std::function<void()> taken) override
+        {
+            real.tellWhenFilesAreTaken(std::move(taken));
+        }
         void writeFiles(const Paths& files) override
         {
             published.push_back(files);

@@ -22,6 +22,11 @@ public:
     // Listens until the token ends. Empty if the session lets no one listen. Main queue only; one
     // tap at a time.
     virtual std::optional<Subscription> start(Handler) = 0;
+
+    // Tells of each mouse button that the user presses, its wheel excepted, on the tap's own
+    // thread, until the token ends. Never where the session lets no one listen. Main queue only;
+    // one at a time.
+    virtual Subscription watchClicks(std::function<void()>) = 0;
 };
 
 } // namespace tallowbay

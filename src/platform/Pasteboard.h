@@ -47,6 +47,11 @@ public:
     // Plain text, UTF-8.
     virtual void writeText(const std::string&) = 0;
 
+    // From now on the handler is told whenever the program that has the keyboard is given files
+    // that we wrote: once or more often for one paste. It may change the pasteboard, but not during
+    // the call. Replaces the last handler.
+    virtual void tellWhenFilesAreTaken(std::function<void()>) = 0;
+
     // The local files that a paste would insert, whoever put them there. Empty if it holds none,
     // or if its owner does not answer within half a second.
     virtual std::vector<std::filesystem::path> readFiles() const = 0;

@@ -55,6 +55,10 @@ public:
     // screen. Empty where that cannot be had fast: the toolkit may know another way.
     virtual std::optional<Bitmap> picture(const PixelRect&) const = 0;
 
+    // What sort of program the window says it belongs to, such as "firefox-esr". Empty if it does
+    // not say, or is gone.
+    virtual std::string windowClass(NativeWindow) const = 0;
+
     // What the desktop calls the theme of its windows, such as "Adwaita-dark". Empty if it does not
     // say.
     virtual std::string windowTheme() const = 0;

@@ -5,6 +5,7 @@
 
 #include <gmock/gmock.h>
 
+#include <atomic>
 #include <mutex>
 #include <vector>
 
@@ -15,6 +16,8 @@ namespace tallowbay::contract {
 //   void press(KeyCode, EventFlags); // the user presses a key and lets it go
 //   void holdUntilItRepeats(KeyCode, EventFlags); // the user holds it, and then lets it go
 //   void postOurselves(KeyCode, EventFlags); // down and up, by the key poster
+//   void click(); // the user presses a mouse button and lets it go
+//   void turnWheel();
 //   void settle(); // returns when everything pressed so far has been reported
 template <typename Backend> class KeyTapContract : public testing::Test {
 protected:
@@ -99,6 +102,27 @@ TYPED_TEST_P(KeyTapContract, ReportsNothingBeforeTheStartAndAfterTheEnd)
     EXPECT_EQ(this->pressesSoFar(), std::vector<KeyPress>());
 }
 
+TYPED_TEST_P(KeyTapContract, TellsOfClicksUntilTheEndOfTheWatch)
+{
+    const auto running = this->start();
+    std::atomic<int> clicks = 0;
+    auto watch = this->backend.tap().watchClicks([&] { ++clicks; });
+    this->backend.click();
+    this->backend.turnWheel();
+    this->backend.settle();
+    EXPECT_EQ(clicks, 1);
+    this->backend.click();
+    this->backend.press(this->a, 0);
+    EXPECT_EQ(this->pressesSoFar().size(), 1u) << "keys are reported as ever";
+    EXPECT_EQ(clicks, 2);
+
+    watch.reset();
+    this->backend.click();
+    this->backend.press(this->a, 0);
+    EXPECT_EQ(this->pressesSoFar().size(), 2u);
+    EXPECT_EQ(clicks, 2);
+}
+
 TYPED_TEST_P(KeyTapContract, StartsOnceMore)
 {
     this->start().reset();
@@ -110,6 +134,7 @@ TYPED_TEST_P(KeyTapContract, StartsOnceMore)
 
 REGISTER_TYPED_TEST_SUITE_P(
     KeyTapContract, ReportsKeysWithTheirModifiersInTheirOrder, ReportsAKeyThatRepeatsOnce,
-    NeverReportsWhatWePostOurselves, ReportsNothingBeforeTheStartAndAfterTheEnd, StartsOnceMore);
+    NeverReportsWhatWePostOurselves, ReportsNothingBeforeTheStartAndAfterTheEnd,
+    TellsOfClicksUntilTheEndOfTheWatch, StartsOnceMore);
 
 } // namespace tallowbay::contract

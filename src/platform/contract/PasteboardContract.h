@@ -279,6 +279,32 @@ TYPED_TEST_P(PasteboardContract, AHeldPasteIsOverOnceSomethingElseIsCopied)
     EXPECT_EQ(this->awaitEnd(), false);
 }
 
+TYPED_TEST_P(PasteboardContract, TellsWhenTheProgramInFrontHasBeenGivenFilesOfOurs)
+{
+    int told = 0;
+    this->pasteboard.tellWhenFilesAreTaken([&] { ++told; });
+    this->pasteboard.writeFiles(this->files);
+    EXPECT_EQ(this->backend.pastedFiles(), this->files);
+    EXPECT_EQ(told, 0) << "that was another program";
+    this->backend.askForFiles();
+    EXPECT_EQ(this->awaitFiles(), this->files);
+    EXPECT_EQ(told, 1);
+
+    this->pasteboard.holdPaste(std::chrono::hours(1));
+    this->backend.askForFiles();
+    this->backend.settle();
+    EXPECT_EQ(told, 1);
+    this->pasteboard.writeFiles(this->files);
+    this->release();
+    EXPECT_EQ(this->awaitFiles(), this->files);
+    EXPECT_EQ(told, 2);
+
+    this->pasteboard.clear();
+    this->backend.askForFiles();
+    EXPECT_THAT(this->awaitFiles(), testing::IsEmpty());
+    EXPECT_EQ(told, 2);
+}
+
 TYPED_TEST_P(PasteboardContract, NobodyIsKeptWaitingAtTheEnd)
 {
     this->pasteboard.writeFiles({"/stale.png"});
@@ -327,7 +353,7 @@ REGISTER_TYPED_TEST_SUITE_P(
     NothingIsPastedByAReleaseIfNobodyAsksInTime, NothingIsPastedByAReleaseWhereNoneIsHeld,
     AHeldPasteReceivesNothingOnceItsTimeIsOver, OfTwoPastesNoneIsHeld,
     APasteThatIsDroppedReceivesNothingAndTheNextOneAll, AHeldPasteIsOverOnceSomethingElseIsCopied,
-    NobodyIsKeptWaitingAtTheEnd, HandsItsTextOver, HandsNothingElseOver,
-    TellsThatNobodyKeepsTheText);
+    TellsWhenTheProgramInFrontHasBeenGivenFilesOfOurs, NobodyIsKeptWaitingAtTheEnd,
+    HandsItsTextOver, HandsNothingElseOver, TellsThatNobodyKeepsTheText);
 
 } // namespace tallowbay::contract

@@ -15,6 +15,7 @@ namespace tallowbay::contract {
 //   void publishTheme(name);
 //   PixelRegion blurredRegion();    of our window; empty for none
 //   PixelRegion shape();            of our window, after it was cut
+//   void setClass(name);            of our window, which has none at first
 //   bool isOffTaskbar();            our window
 //   void show();                    our window
 //   bool hasKeyboard();             our window
@@ -63,6 +64,14 @@ TYPED_TEST_P(WindowSystemContract, TakesTheWishForBlurBackWithAnEmptyRegion)
     this->windows.blurBehind(this->window, {{1, 2, 30, 40}});
     this->windows.blurBehind(this->window, {});
     EXPECT_THAT(this->backend.blurredRegion(), testing::IsEmpty());
+}
+
+TYPED_TEST_P(WindowSystemContract, KnowsWhatSortOfProgramAWindowBelongsTo)
+{
+    EXPECT_EQ(this->windows.windowClass(this->window), "");
+    this->backend.setClass("Editor-class");
+    EXPECT_EQ(this->windows.windowClass(this->window), "Editor-class");
+    EXPECT_EQ(this->windows.windowClass(0), "");
 }
 
 TYPED_TEST_P(WindowSystemContract, CutsAWindowToTheShapeThatWasGivenLast)
@@ -124,8 +133,9 @@ REGISTER_TYPED_TEST_SUITE_P(
     WindowSystemContract, KnowsWhetherWindowsAreComposedAtThatMoment,
     BlursWhereItIsOfferedAndWindowsAreComposed, BlursNothingWhereWindowsAreNotComposed,
     BlursTheRegionThatWasGivenLast, TakesTheWishForBlurBackWithAnEmptyRegion,
-    CutsAWindowToTheShapeThatWasGivenLast, LeavesNothingOfAWindowThatIsCutToAnEmptyShape,
-    KeepsShapeAndBlurApart, KeepsAWindowOffTheTaskbar, GivesAWindowTheKeyboard,
-    KnowsTheWindowThatHasTheKeyboard, NamesTheThemeOfTheWindowsOnceTheDesktopDoes);
+    KnowsWhatSortOfProgramAWindowBelongsTo, CutsAWindowToTheShapeThatWasGivenLast,
+    LeavesNothingOfAWindowThatIsCutToAnEmptyShape, KeepsShapeAndBlurApart,
+    KeepsAWindowOffTheTaskbar, GivesAWindowTheKeyboard, KnowsTheWindowThatHasTheKeyboard,
+    NamesTheThemeOfTheWindowsOnceTheDesktopDoes);
 
 } // namespace tallowbay::contract

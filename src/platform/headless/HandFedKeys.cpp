@@ -11,6 +11,18 @@ std::optional<Subscription> HandFedKeyTap::start(Handler started)
     return Subscription([this] { handler = nullptr; });
 }
 
+Subscription HandFedKeyTap::watchClicks(std::function<void()> clicked)
+{
+    onClick = std::move(clicked);
+    return Subscription([this] { onClick = nullptr; });
+}
+
+void HandFedKeyTap::click() const
+{
+    if (const auto clicked = onClick)
+        clicked();
+}
+
 void HandFedKeyTap::press(KeyCode keyCode, EventFlags flags)
 {
     if (const auto tapped = handler)

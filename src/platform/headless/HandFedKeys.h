@@ -13,8 +13,10 @@ namespace tallowbay::headless {
 class HandFedKeyTap final : public KeyTap {
 public:
     std::optional<Subscription> start(Handler started) override;
+    Subscription watchClicks(std::function<void()> clicked) override;
 
     void press(KeyCode, EventFlags);
+    void click() const;
     bool running() const { return static_cast<bool>(handler); }
     void failNextStart() { failStart = true; }
 
@@ -22,6 +24,7 @@ public:
 
 private:
     Handler handler;
+    std::function<void()> onClick;
     bool failStart = false;
 };
 

@@ -130,6 +130,8 @@ struct HandFedKeyTapBackend {
         poster.post(code, KeyDirection::down, flags);
         poster.post(code, KeyDirection::up, flags);
     }
+    void click() { handFed.click(); }
+    void turnWheel() { }
     void settle() { }
 };
 

@@ -25,6 +25,11 @@ public:
     void activate(NativeWindow window) override { active = window; }
     NativeWindow activeWindow() const override { return active; }
     std::optional<Bitmap> picture(const PixelRect&) const override { return desktop; }
+    std::string windowClass(NativeWindow window) const override
+    {
+        const auto found = classes.find(window);
+        return found == classes.end() ? "" : found->second;
+    }
     std::string windowTheme() const override { return theme; }
 
     bool composes = false;
@@ -34,6 +39,7 @@ public:
     std::map<NativeWindow, PixelRegion> blurred;
     std::map<NativeWindow, PixelRegion> shapes;
     std::set<NativeWindow> offTaskbar;
+    std::map<NativeWindow, std::string> classes;
     NativeWindow active = 0;
 };
 

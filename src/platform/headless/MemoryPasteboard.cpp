@@ -62,6 +62,8 @@ void MemoryPasteboard::give()
     given = files;
     hasAsked = false;
     endHold(!files.empty());
+    if (const auto taken = onTaken; taken && !given->empty())
+        taken();
 }
 
 void MemoryPasteboard::refuse()

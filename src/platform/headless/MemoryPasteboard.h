@@ -16,6 +16,7 @@ public:
     void releasePaste(std::function<void(bool taken)>) override;
     void dropPaste() override;
     void writeFiles(const std::vector<std::filesystem::path>& paths) override;
+    void tellWhenFilesAreTaken(std::function<void()> taken) override { onTaken = std::move(taken); }
     void writeText(const std::string& written) override;
     std::vector<std::filesystem::path> readFiles() const override { return files; }
     std::int64_t changeCount() const override { return changes; }
@@ -55,6 +56,7 @@ private:
     Hold hold = Hold::none;
     bool hasAsked = false; // and is not answered yet
     std::function<void(bool)> released;
+    std::function<void()> onTaken;
     std::int64_t changes = 0;
 };
 

@@ -278,10 +278,22 @@ void X11Pasteboard::answer(const xcb_selection_request_event_t& request)
 bool X11Pasteboard::respond(
     const xcb_selection_request_event_t& request, const ClipboardOffer* current)
 {
-    if (!current || !isForTransfer(request, *current))
-        return answers.answer(request, current);
-    fileTransfers->answer(request, *current->content);
+    const bool byPortal = current && isForTransfer(request, *current);
+    if (byPortal)
+        fileTransfers->answer(request, *current->content);
+    else if (!answers.answer(request, current))
+        return false;
+    tellIfTaken(request, *current->content);
     return true;
+}
+
+void X11Pasteboard::tellIfTaken(
+    const xcb_selection_request_event_t& request, const ClipboardContent& content) const
+{
+    const bool areFiles =
+        std::holds_alternative<Files>(content) && answers.isForContent(request, content);
+    if (onTaken && areFiles && clientInFront().has(request.requestor))
+        onTaken();
 }
 
 // The paste may be older than our owning the clipboard, if that was interrupted.

@@ -32,6 +32,7 @@ public:
     void releasePaste(std::function<void(bool taken)>) override;
     void dropPaste() override { held.drop(); }
     void writeFiles(const std::vector<std::filesystem::path>&) override;
+    void tellWhenFilesAreTaken(std::function<void()> taken) override { onTaken = std::move(taken); }
     void writeText(const std::string&) override;
     std::vector<std::filesystem::path> readFiles() const override;
     std::int64_t changeCount() const override;
@@ -57,6 +58,7 @@ private:
     void noteOtherOwner(const X11Event&);
     void answer(const xcb_selection_request_event_t&);
     bool respond(const xcb_selection_request_event_t&, const ClipboardOffer*);
+    void tellIfTaken(const xcb_selection_request_event_t&, const ClipboardContent&) const;
     bool giveHeld(const xcb_selection_request_event_t&);
     bool isForTransfer(const xcb_selection_request_event_t&, const ClipboardOffer&) const;
     void answerToolkit(const X11Client&, const X11Event&);
@@ -75,6 +77,7 @@ private:
     std::uint32_t writtenBy = 0; // the number of the request that made us the owner
     std::int64_t changes = 0;
     HeldPaste held;
+    std::function<void()> onTaken;
     bool unannounced = false; // nobody was told of the content
 
     mutable std::mutex offerMutex;

@@ -15,13 +15,18 @@ public:
     X11KeyTap(X11Session&, X11Keyboard&);
 
     std::optional<Subscription> start(Handler) override;
+    Subscription watchClicks(std::function<void()>) override;
 
 private:
     // Ends its watch, and asks the server for no more keys.
     class Run;
 
+    // The server keeps one list of events for both.
+    void select(std::uint32_t events, bool wanted);
+
     X11Session& session;
     X11Keyboard& keyboard;
+    std::uint32_t selected = 0;
 };
 
 } // namespace tallowbay::x11

@@ -54,6 +54,8 @@ public:
         poster.post(code, KeyDirection::down, flags);
         poster.post(code, KeyDirection::up, flags);
     }
+    void click() { desktop.server.run({"xdotool", "click", "1"}); }
+    void turnWheel() { desktop.server.run({"xdotool", "click", "4", "click", "5"}); }
     void settle() { desktop.settle(); }
 
 private:

@@ -91,6 +91,14 @@ void X11WindowSystem::activate(NativeWindow window)
     xcb_flush(server);
 }
 
+// The instance, a zero, the class, a zero.
+std::string X11WindowSystem::windowClass(NativeWindow window) const
+{
+    const std::string names = queries.bytes(xcb_window_t(window), "WM_CLASS");
+    const auto begin = names.find('\0');
+    return begin == names.npos ? "" : std::string(names.c_str() + begin + 1);
+}
+
 NativeWindow X11WindowSystem::activeWindow() const
 {
     if (!queries.has(queries.root(), "_NET_SUPPORTING_WM_CHECK"))

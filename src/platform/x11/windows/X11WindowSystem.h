@@ -19,6 +19,7 @@ public:
     void activate(NativeWindow) override;
     NativeWindow activeWindow() const override;
     std::optional<Bitmap> picture(const PixelRect&) const override;
+    std::string windowClass(NativeWindow) const override;
     std::string windowTheme() const override;
 
 private:

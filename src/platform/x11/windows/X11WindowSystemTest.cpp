@@ -35,6 +35,13 @@ public:
         other.own("_XSETTINGS_S0");
     }
 
+    void setClass(const std::string& name)
+    {
+        other.setProperty(
+            xcb_window_t(window()), "WM_CLASS", "STRING", "instance" + std::string(1, '\0') + name);
+        other.sync();
+    }
+
     // As a compositor reads it.
     PixelRegion blurredRegion()
     {
