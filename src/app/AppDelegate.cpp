@@ -46,8 +46,14 @@ AppDelegate::AppDelegate(const Platform& platform, Views& views)
     , location(platform.defaults, platform.fileSystem, platform.desktop)
     , toastPresenter(platform.dispatch, platform.screens, platform.textMeasurer, views)
     , toasts(platform.defaults.standard(), toastPresenter)
-    , pasteWatcher(platform, [this] { screenshotBatch.handlePaste(); })
-    , screenshotBatch(platform, toasts, editorSlot, [this] { pasteWatcher.firePaste(); })
+    , pasteWatcher(
+          platform,
+          [this] {
+              pasteRest.expectPaste();
+              screenshotBatch.handlePaste();
+          })
+    , pasteRest(platform, toasts, [this] { pasteWatcher.firePaste(); })
+    , screenshotBatch(platform, toasts, editorSlot, [this] { firePaste(); })
     , ocrTrigger(platform, toasts, screenshotBatch)
     , editorOpener(platform, views, toasts, screenshotBatch, editorSlot)
     , watcher(platform, location)
@@ -60,6 +66,14 @@ AppDelegate::AppDelegate(const Platform& platform, Views& views)
     , locationPoll(platform, location, watcher, [this] { return onboardingVisible(); })
     , outputFolderWatcher(platform, screenshotBatch, editorSlot)
 {
+    pasteWatcher.onKey = [this] { pasteRest.interrupt(); };
+    pasteRest.onRunning = [this](bool runs) { pasteWatcher.tellOfKeys(runs); };
+}
+
+void AppDelegate::firePaste()
+{
+    pasteRest.expectPaste();
+    pasteWatcher.firePaste();
 }
 
 AppDelegate::~AppDelegate() = default;

@@ -6,6 +6,7 @@
 #include "app/LocationPoll.h"
 #include "app/OCRTrigger.h"
 #include "app/OutputFolderWatcher.h"
+#include "app/PasteRest.h"
 #include "app/PasteWatcher.h"
 #include "app/ScreenshotBatch.h"
 #include "app/ScreenshotWatcher.h"
@@ -68,6 +69,7 @@ public:
     HotkeyCenter& hotkeys() { return hotkeyCenter; }
 
 private:
+    void firePaste();
     void showSetupFlow();
     bool onboardingVisible() const { return onboardingWindow && onboardingWindow->visible(); }
     CommandResult carryOut(Command);
@@ -85,6 +87,7 @@ private:
     ToastGate toasts;
     EditorSlot editorSlot;
     PasteWatcher pasteWatcher;
+    PasteRest pasteRest;
     ScreenshotBatch screenshotBatch;
     OCRTrigger ocrTrigger;
     EditorOpener editorOpener;

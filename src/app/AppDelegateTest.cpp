@@ -197,6 +197,43 @@ TEST_F(AppDelegateTest, PastesByItselfWhatWasPastedTooEarly)
     EXPECT_THAT(app->batch().urls(), IsEmpty());
 }
 
+TEST_F(AppDelegateTest, PastesTheRestForAProgramThatTakesOneFileUntilTheUserPressesAKey)
+{
+    launch();
+    for (const char* name : {"Screenshot 1.png", "Screenshot 2.png", "Screenshot 3.png"})
+        screenshot(name);
+    desktop.windowSystem.active = 5;
+    desktop.windowSystem.classes[5] = "firefox-esr";
+    paste();
+    desktop.pasteboard.askForFiles();
+    desktop.dispatch.advance(300ms);
+    EXPECT_EQ(desktop.keyPoster.journal.size(), 2u);
+    EXPECT_EQ(desktop.pasteboard.files.size(), 2u);
+    desktop.pasteboard.askForFiles();
+    desktop.keyTap.press(keyCode::a, 0);
+    desktop.dispatch.advance(1s);
+    EXPECT_EQ(desktop.keyPoster.journal.size(), 2u);
+    EXPECT_EQ(desktop.pasteboard.files, Paths{optimized / "Screenshot 3.png"});
+}
+
+TEST_F(AppDelegateTest, PastesTheRestAfterAPasteThatItFired)
+{
+    launch();
+    screenshot("Screenshot 1.png");
+    desktop.files.create("/home/u/Desktop/Screenshot 2.png", "large");
+    desktop.dispatch.runMain();
+    desktop.windowSystem.active = 5;
+    desktop.windowSystem.classes[5] = "firefox-esr";
+    desktop.keyTap.press(keyCode::v, eventFlag::command);
+    desktop.dispatch.runMain();
+    desktop.dispatch.advance(10s);
+    desktop.dispatch.runUntilIdle();
+    EXPECT_EQ(desktop.keyPoster.journal.size(), 2u);
+    desktop.pasteboard.askForFiles();
+    desktop.dispatch.advance(300ms);
+    EXPECT_EQ(desktop.keyPoster.journal.size(), 4u);
+}
+
 TEST_F(AppDelegateTest, PrintsItsLinesInOrder)
 {
     launch();

@@ -41,6 +41,8 @@ void PasteWatcher::startEventTap()
 // Runs on the tap's thread. Shift and Option do not matter: every variant of the shortcut pastes.
 void PasteWatcher::tapped(const KeyPress& press)
 {
+    if (tellsOfKeys)
+        platform.dispatch.mainAsync(lifetime.guard([this] { onKey(); }));
     if (press.keyCode == keyCode::v && (press.flags & eventFlag::command))
         platform.dispatch.mainAsync(lifetime.guard([this] { onPaste(); }));
 }

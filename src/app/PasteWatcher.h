@@ -5,6 +5,7 @@
 #include "platform/Keys.h"
 #include "platform/Platform.h"
 
+#include <atomic>
 #include <functional>
 #include <optional>
 
@@ -21,6 +22,10 @@ public:
     // Listens as soon as the session lets us; asks every two seconds until then.
     void startPasteWatcher();
 
+    // From now on each key that the user presses is told, or none any more. On the main queue.
+    void tellOfKeys(bool wanted) { tellsOfKeys = wanted; }
+    std::function<void()> onKey;
+
     // Posts a synthetic Cmd+V.
     void firePaste();
 
@@ -33,6 +38,7 @@ private:
 
     const Platform platform;
     std::function<void()> onPaste;
+    std::atomic<bool> tellsOfKeys = false;
     Subscription accessibilityPollTimer;
     Lifetime lifetime;
     std::optional<Subscription> eventTap; // goes first: its thread uses the rest

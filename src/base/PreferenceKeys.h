@@ -23,6 +23,10 @@ inline constexpr Flag autoCleanupEnabled{"autoCleanupEnabled", false};
 inline constexpr Flag autoCleanupCompressedEnabled{"autoCleanupCompressedEnabled", true};
 inline constexpr Flag autoCleanupOriginalsEnabled{"autoCleanupOriginalsEnabled", false};
 
+// Written by the user: of a paste into a program that takes only its first file, the rest is not
+// pasted after it.
+inline constexpr Flag pasteRestDisabled{"pasteRestDisabled", false};
+
 // A dictionary each, in the form of HotkeyConfig. Written when the user records a combination,
 // removed when all are reset. Absent: the target's default combination.
 inline constexpr const char* hotkeyOpenClose = "hotkeyOpenClose";
