@@ -45,7 +45,7 @@ protected:
     test::TemporaryFolder temporary;
     const fs::path folder = temporary.path / "folder";
     const std::shared_ptr<std::mutex> network = std::make_shared<std::mutex>();
-    FolderLooks looks;
+    FolderLooks looks{FolderLooks::atPath, 30s};
     FolderLooks overNetwork{lookOverNetwork(), 20ms};
 };
 
