@@ -40,7 +40,7 @@ private:
     x11::X11Permissions permissions;
     x11::X11WindowSystem windowSystem;
     x11::X11EmbeddingTray embeddingTray;
-    qt::QtStatusBar statusBar{embeddingTray, windowSystem};
+    qt::QtStatusBar statusBar{embeddingTray};
     views::QtViews qtViews{windowSystem};
 };
 

@@ -58,10 +58,6 @@ public:
     // What sort of program the window says it belongs to, such as "firefox-esr". Empty if it does
     // not say, or is gone.
     virtual std::string windowClass(NativeWindow) const = 0;
-
-    // What the desktop calls the theme of its windows, such as "Adwaita-dark". Empty if it does not
-    // say.
-    virtual std::string windowTheme() const = 0;
 };
 
 } // namespace tallowbay

@@ -7,12 +7,11 @@
 namespace tallowbay::contract {
 
 // Every window system keeps its header's promises. A backend, whose desktop composes no windows at
-// first and names no theme, offers:
+// first, offers:
 //   WindowSystem& windows();
 //   NativeWindow window();          one of ours
 //   void startComposing();          without blur
 //   void offerBlur();               as a program does that composes the windows, or once did
-//   void publishTheme(name);
 //   PixelRegion blurredRegion();    of our window; empty for none
 //   PixelRegion shape();            of our window, after it was cut
 //   void setClass(name);            of our window, which has none at first
@@ -122,20 +121,12 @@ TYPED_TEST_P(WindowSystemContract, KnowsTheWindowThatHasTheKeyboard)
     EXPECT_EQ(this->windows.activeWindow(), this->window);
 }
 
-TYPED_TEST_P(WindowSystemContract, NamesTheThemeOfTheWindowsOnceTheDesktopDoes)
-{
-    EXPECT_EQ(this->windows.windowTheme(), "");
-    this->backend.publishTheme("Dusk");
-    EXPECT_EQ(this->windows.windowTheme(), "Dusk");
-}
-
 REGISTER_TYPED_TEST_SUITE_P(
     WindowSystemContract, KnowsWhetherWindowsAreComposedAtThatMoment,
     BlursWhereItIsOfferedAndWindowsAreComposed, BlursNothingWhereWindowsAreNotComposed,
     BlursTheRegionThatWasGivenLast, TakesTheWishForBlurBackWithAnEmptyRegion,
     KnowsWhatSortOfProgramAWindowBelongsTo, CutsAWindowToTheShapeThatWasGivenLast,
     LeavesNothingOfAWindowThatIsCutToAnEmptyShape, KeepsShapeAndBlurApart,
-    KeepsAWindowOffTheTaskbar, GivesAWindowTheKeyboard, KnowsTheWindowThatHasTheKeyboard,
-    NamesTheThemeOfTheWindowsOnceTheDesktopDoes);
+    KeepsAWindowOffTheTaskbar, GivesAWindowTheKeyboard, KnowsTheWindowThatHasTheKeyboard);
 
 } // namespace tallowbay::contract

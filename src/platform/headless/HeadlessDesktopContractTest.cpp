@@ -173,7 +173,6 @@ struct HeadlessWindowSystemBackend {
     NativeWindow window() { return 7; }
     void startComposing() { headless.composes = true; }
     void offerBlur() { headless.blurs = true; }
-    void publishTheme(const std::string& name) { headless.theme = name; }
     void setClass(const std::string& name) { headless.classes[window()] = name; }
     PixelRegion blurredRegion() { return headless.blurred[window()]; }
     PixelRegion shape() { return headless.shapes.at(window()); }

@@ -30,11 +30,9 @@ public:
         const auto found = classes.find(window);
         return found == classes.end() ? "" : found->second;
     }
-    std::string windowTheme() const override { return theme; }
 
     bool composes = false;
     bool blurs = false;
-    std::string theme;
     std::optional<Bitmap> desktop;
     std::map<NativeWindow, PixelRegion> blurred;
     std::map<NativeWindow, PixelRegion> shapes;

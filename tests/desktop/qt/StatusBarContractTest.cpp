@@ -4,7 +4,6 @@
 #include "platform/qt/X11Connection.h"
 #include "platform/qt/tray/QtStatusBar.h"
 #include "platform/x11/windows/X11EmbeddingTray.h"
-#include "platform/x11/windows/X11WindowSystem.h"
 
 #include <QMenu>
 
@@ -93,10 +92,9 @@ private:
     std::size_t iconCount() { return static_cast<std::size_t>(std::ranges::count(icons(), '\n')); }
 
     QtDesktop desktop;
-    x11::X11WindowSystem windows{*qt::x11Connection()};
     x11::X11EmbeddingTray embeddingTray{*qt::x11Connection()};
     std::unique_ptr<ChildProcess> tray;
-    qt::QtStatusBar statusBar{embeddingTray, windows};
+    qt::QtStatusBar statusBar{embeddingTray};
 };
 
 } // namespace

@@ -3,7 +3,6 @@
 #include "platform/qt/graphics/QtColor.h"
 
 #include <QGuiApplication>
-#include <QPalette>
 #include <QPixmap>
 #include <QScreen>
 
@@ -49,26 +48,17 @@ bool panelIsDarkAt(const QRect& icon)
     return lightness < 4 * 128;
 }
 
-// Qt's palette knows nothing of the themes of other toolkits.
-bool windowsAreDark(const WindowSystem& windows)
-{
-    return QGuiApplication::palette().color(QPalette::Window).lightness() < 128
-        || QString::fromStdString(windows.windowTheme())
-               .contains(QLatin1String("dark"), Qt::CaseInsensitive);
-}
-
 } // namespace
 
 std::optional<QColor> panelForeground(
-    const TrayHost& host, const EmbeddingTray& tray, const WindowSystem& windows,
-    const QRect& embeddedIcon)
+    const TrayHost& host, const EmbeddingTray& tray, const QRect& embeddedIcon)
 {
     const bool embeds = host.notifierOwner.isEmpty();
     if (const auto color = embeds ? tray.foreground() : std::nullopt)
         return qtColor(*color);
     if (embeds && !embeddedIcon.isEmpty())
         return panelIsDarkAt(embeddedIcon) ? onDarkPanel : onLightPanel;
-    if (panelIsAlwaysDark() || windowsAreDark(windows))
+    if (panelIsAlwaysDark())
         return onDarkPanel;
     return std::nullopt;
 }

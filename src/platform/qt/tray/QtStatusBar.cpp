@@ -9,11 +9,9 @@ namespace {
 
 class QtStatusItem final : public StatusItem {
 public:
-    QtStatusItem(
-        const StatusButton& button, const Menu& rows, const EmbeddingTray& embeddingTray,
-        const WindowSystem& windows)
+    QtStatusItem(const StatusButton& button, const Menu& rows, const EmbeddingTray& embeddingTray)
         : menu(makeMenu(rows))
-        , icon(button, *menu, embeddingTray, windows)
+        , icon(button, *menu, embeddingTray)
     {
     }
 
@@ -29,7 +27,7 @@ private:
 
 std::unique_ptr<StatusItem> QtStatusBar::makeItem(const StatusButton& button, Menu menu)
 {
-    return std::make_unique<QtStatusItem>(button, menu, embeddingTray, windows);
+    return std::make_unique<QtStatusItem>(button, menu, embeddingTray);
 }
 
 } // namespace tallowbay::qt

@@ -10,10 +10,9 @@ namespace tallowbay::qt {
 // button, and comes back when the panel is started anew.
 class QtStatusBar final : public StatusBar {
 public:
-    // Both outlive the items.
-    QtStatusBar(const EmbeddingTray& embeddingTray, const WindowSystem& windows)
+    // It outlives the items.
+    explicit QtStatusBar(const EmbeddingTray& embeddingTray)
         : embeddingTray(embeddingTray)
-        , windows(windows)
     {
     }
 
@@ -21,7 +20,6 @@ public:
 
 private:
     const EmbeddingTray& embeddingTray;
-    const WindowSystem& windows;
 };
 
 } // namespace tallowbay::qt

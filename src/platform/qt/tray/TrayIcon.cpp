@@ -22,13 +22,10 @@ constexpr auto recolorEvery = 5s;
 
 } // namespace
 
-TrayIcon::TrayIcon(
-    StatusButton button, QMenu& menu, const EmbeddingTray& embeddingTray,
-    const WindowSystem& windows)
+TrayIcon::TrayIcon(StatusButton button, QMenu& menu, const EmbeddingTray& embeddingTray)
     : button(std::move(button))
     , menu(menu)
     , embeddingTray(embeddingTray)
-    , windows(windows)
     , hosts(embeddingTray, [this](const TrayHost& found) { moveTo(found); })
 {
     recolorTimer.callOnTimeout([this] { recolor(); });
@@ -42,7 +39,7 @@ void TrayIcon::moveTo(const TrayHost& found)
     recolorTimer.stop();
     if (!host.present())
         return;
-    color = panelForeground(host, embeddingTray, windows);
+    color = panelForeground(host, embeddingTray);
     icon = std::make_unique<QSystemTrayIcon>(
         trayPicture(button, color, panelColorsNamedSymbols(host)));
     icon->setToolTip(QGuiApplication::applicationDisplayName());
@@ -67,7 +64,7 @@ void TrayIcon::recolor()
     const QRect place = icon->geometry();
     if (!place.isEmpty() && !embeddingTray.showsIconAt(desktopPixels(place)))
         return;
-    const auto wanted = panelForeground(host, embeddingTray, windows, place);
+    const auto wanted = panelForeground(host, embeddingTray, place);
     if (wanted == color)
         return;
     color = wanted;

@@ -15,7 +15,7 @@ namespace tallowbay::qt {
 // One icon in whatever tray there is; none while there is no tray.
 class TrayIcon {
 public:
-    TrayIcon(StatusButton, QMenu&, const EmbeddingTray&, const WindowSystem&);
+    TrayIcon(StatusButton, QMenu&, const EmbeddingTray&);
 
 private:
     void moveTo(const TrayHost&);
@@ -25,7 +25,6 @@ private:
     StatusButton button;
     QMenu& menu;
     const EmbeddingTray& embeddingTray;
-    const WindowSystem& windows;
     TrayHost host;
     std::optional<QColor> color; // empty: whatever the panel's is, the picture must show
     std::unique_ptr<QSystemTrayIcon> icon;

@@ -1,7 +1,6 @@
 #include "platform/x11/windows/X11WindowSystem.h"
 
 #include "platform/x11/windows/SharedMemoryPicture.h"
-#include "platform/x11/windows/XSettings.h"
 
 #include <xcb/shape.h>
 
@@ -110,14 +109,6 @@ NativeWindow X11WindowSystem::activeWindow() const
 std::optional<Bitmap> X11WindowSystem::picture(const PixelRect& part) const
 {
     return pictureThroughSharedMemory(*server, part);
-}
-
-// By the settings that GTK desktops publish.
-std::string X11WindowSystem::windowTheme() const
-{
-    const auto owner = queries.selectionOwner(withScreenNumber("_XSETTINGS_S"));
-    return textOfXSettings(queries.bytes(owner, "_XSETTINGS_SETTINGS"), "Net/ThemeName")
-        .value_or("");
 }
 
 } // namespace tallowbay::x11

@@ -20,7 +20,6 @@ public:
     NativeWindow activeWindow() const override;
     std::optional<Bitmap> picture(const PixelRect&) const override;
     std::string windowClass(NativeWindow) const override;
-    std::string windowTheme() const override;
 
 private:
     xcb_connection_t* server;

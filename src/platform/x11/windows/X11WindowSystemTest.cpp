@@ -11,8 +11,6 @@
 namespace tallowbay::x11 {
 namespace {
 
-using namespace std::string_literals;
-
 // Both sides as raw as they can be: one connection is the toolkit's, with a window that it shows.
 class X11WindowSystemBackend {
 public:
@@ -25,16 +23,6 @@ public:
         other.setValues(other.root(), "_KDE_NET_WM_BLUR_BEHIND_REGION", "CARDINAL", {0});
         other.sync();
     }
-    void publishTheme(const std::string& name)
-    {
-        const auto length = std::string{static_cast<char>(name.size()), 0, 0, 0};
-        const auto settings = "\0\0\0\0\0\0\0\0\1\0\0\0"s // little-endian, one setting
-                              "\1\0\015\0Net/ThemeName\0\0\0\0\0\0\0"s
-            + length + name + std::string((4 - name.size() % 4) % 4, '\0');
-        other.setProperty(other.window(), "_XSETTINGS_SETTINGS", "_XSETTINGS_SETTINGS", settings);
-        other.own("_XSETTINGS_S0");
-    }
-
     void setClass(const std::string& name)
     {
         other.setProperty(
