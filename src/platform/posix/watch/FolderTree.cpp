@@ -139,8 +139,7 @@ bool FolderTree::exploreNext(const Found& found)
     return true;
 }
 
-// What else is in a watched folder is known. After the first refusal the others have no better
-// prospects.
+// What else is in a watched folder is known.
 void FolderTree::retryNext()
 {
     const auto folder = std::move(again.extract(again.begin()).value());
@@ -155,10 +154,10 @@ void FolderTree::list(const fs::path& folder, const Found& found)
     for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
          entry.increment(error)) {
         std::error_code ignored;
-        if (entry->is_directory(ignored) && !entry->is_symlink(ignored))
-            add(entry->path());
-        else
+        if (!entry->is_directory(ignored) || entry->is_symlink(ignored))
             found(entry->path());
+        else if (!incomplete.contains(folder)) // after the first refusal none has better prospects
+            add(entry->path());
     }
 }
 

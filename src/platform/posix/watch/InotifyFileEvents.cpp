@@ -74,6 +74,7 @@ private:
     void handleFolder(const fs::path&, std::uint32_t mask);
     void handleFile(const fs::path&, std::uint32_t mask);
     void reportEverything();
+    void reportNews();
     void exploreMore();
     bool isNews(const fs::path&) const;
     void reportComplete();
@@ -90,7 +91,7 @@ private:
     WatchedRoot root{tree};
     CompleteFiles files;
     bool explored = true;
-    bool reportFound = false; // what was there at the start is not reported
+    bool reportFound = false; // what was there at the start is not reported, whenever it is found
     const std::chrono::milliseconds lookBack;
     FileEvents::Coverage reportedCoverage = FileEvents::Coverage::whole;
     std::optional<FileTime> newsSince;
@@ -120,7 +121,7 @@ bool FileStream::start()
     if (tree.watchRoot())
         exploreMore();
     else
-        reportFound = true;
+        reportFound = !tree.isRootRefused();
     if (!newsSince)
         newsSince = fileTimeNow();
     thread.emplace(inotify, [this](Events events) { return turn(std::move(events)); });
@@ -130,8 +131,8 @@ bool FileStream::start()
 MonotonicTime FileStream::turn(Events events)
 {
     handle(events);
-    if (root.checkIfDue())
-        reportEverything();
+    if (const bool refused = tree.isRootRefused(); root.checkIfDue())
+        refused ? reportNews() : reportEverything();
     retryIfDue();
     if (!explored)
         exploreMore();
@@ -198,6 +199,13 @@ void FileStream::reportEverything()
     explored = false;
 }
 
+// Of what was there all the time, only without a watch.
+void FileStream::reportNews()
+{
+    reportFound = false;
+    explored = false;
+}
+
 void FileStream::exploreMore()
 {
     explored = tree.explore(now() + explorePiece, [this](const fs::path& path) {
@@ -207,7 +215,7 @@ void FileStream::exploreMore()
     reportFound = reportFound || explored;
 }
 
-// A folder that is come to after the start may have got a file since.
+// A folder that is come to after the start, late or for want of a watch, may have got a file since.
 bool FileStream::isNews(const fs::path& path) const
 {
     return reportFound || (newsSince && hasChangedSince(path, *newsSince));
@@ -234,7 +242,7 @@ void FileStream::retryIfDue()
     if (!tree.isCut())
         return;
     tree.retry();
-    explored = false;
+    reportNews();
 }
 
 FileEvents::Coverage FileStream::coverage() const
@@ -247,7 +255,8 @@ FileEvents::Coverage FileStream::coverage() const
 
 void FileStream::reportCoverage()
 {
-    if (coverage() != std::exchange(reportedCoverage, coverage()))
+    const bool isKnown = explored || coverage() != FileEvents::Coverage::whole;
+    if (isKnown && coverage() != std::exchange(reportedCoverage, coverage()))
         reports.coverage(reportedCoverage);
 }
 
