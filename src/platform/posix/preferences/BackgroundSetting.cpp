@@ -38,12 +38,12 @@ bool BackgroundSetting::isDue() const
         return true;
     if (std::chrono::steady_clock::now() < *askedAt + interval())
         return false;
-    return (failed && answer) || FileVersion::of(database) != askedFor;
+    return failures > 0 || FileVersion::of(database) != askedFor;
 }
 
 std::chrono::milliseconds BackgroundSetting::interval() const
 {
-    return failed && !answer ? intervals.withoutAnswer : intervals.shortest;
+    return failures > 1 ? intervals.afterFailures : intervals.shortest;
 }
 
 void BackgroundSetting::ask()
@@ -61,7 +61,7 @@ void BackgroundSetting::ask()
 void BackgroundSetting::take(std::optional<std::string> text)
 {
     asking = false;
-    failed = !text;
+    failures = text ? 0 : failures + 1;
     if (text)
         answer = std::move(text);
 }

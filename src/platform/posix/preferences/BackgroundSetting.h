@@ -18,8 +18,8 @@ public:
     struct Intervals {
         std::chrono::milliseconds shortest = std::chrono::seconds(3);
 
-        // Of a program that has never told the setting, which then most likely does not exist.
-        std::chrono::milliseconds withoutAnswer = std::chrono::minutes(10);
+        // Once it has failed twice in a row: the setting most likely does not exist.
+        std::chrono::milliseconds afterFailures = std::chrono::minutes(10);
     };
 
     // The command line is run as it stands; without one, the setting stays empty. The dispatch
@@ -30,7 +30,7 @@ public:
         Dispatch&, std::vector<std::string> commandLine, std::filesystem::path database, Intervals);
 
     // What the program printed last, maybe before the newest change. Empty as long as it has told
-    // nothing. A run that fails later takes nothing back, and is tried again.
+    // nothing. A run that fails takes nothing back, and is tried again.
     const std::optional<std::string>& lastKnown();
 
 private:
@@ -47,7 +47,7 @@ private:
     std::optional<FileVersion> askedFor;
     std::optional<MonotonicTime> askedAt;
     bool asking = false;
-    bool failed = false; // the last time
+    int failures = 0; // since the last answer
     std::unique_ptr<SerialQueue> queue;
     Lifetime lifetime;
 };

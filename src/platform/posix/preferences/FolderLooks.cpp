@@ -59,9 +59,9 @@ private:
                 return;
             for (const fs::path& path : std::exchange(wanted, {})) {
                 lock.unlock();
-                auto folder = look(path);
+                const auto folder = look(path);
                 lock.lock();
-                results[path] = std::move(folder);
+                results[path] = folder;
             }
             busy = false;
             changed.notify_all();

@@ -26,8 +26,8 @@ public:
     using Look = std::function<std::optional<Folder>(const std::filesystem::path&)>;
     static std::optional<Folder> atPath(const std::filesystem::path&);
 
-    explicit FolderLooks(
-        Look look = atPath, std::chrono::milliseconds patience = std::chrono::milliseconds(250));
+    static constexpr std::chrono::milliseconds usualPatience{250};
+    explicit FolderLooks(Look look = atPath, std::chrono::milliseconds patience = usualPatience);
     ~FolderLooks();
     FolderLooks(const FolderLooks&) = delete;
     FolderLooks& operator=(const FolderLooks&) = delete;

@@ -145,9 +145,10 @@ SessionSurroundings SessionSurroundings::ofEnvironment()
 }
 
 LinuxDesktopSettings::LinuxDesktopSettings(
-    Dispatch& dispatch, SessionSurroundings session, FolderLooks::Look look)
+    Dispatch& dispatch, SessionSurroundings session, FolderLooks::Look look,
+    std::chrono::milliseconds patience)
     : surroundings(std::move(session))
-    , looks(std::move(look))
+    , looks(std::move(look), patience)
     , userDirs(surroundings.config / "user-dirs.dirs")
     , spectacle(surroundings.config / "spectaclerc")
     , xfce(surroundings.config / "xfce4" / "xfce4-screenshooter")

@@ -30,7 +30,9 @@ struct SessionSurroundings {
 // outlives both.
 class LinuxDesktopSettings {
 public:
-    LinuxDesktopSettings(Dispatch&, SessionSurroundings, FolderLooks::Look = FolderLooks::atPath);
+    LinuxDesktopSettings(
+        Dispatch&, SessionSurroundings, FolderLooks::Look = FolderLooks::atPath,
+        std::chrono::milliseconds patience = FolderLooks::usualPatience);
 
     DesktopSettings settings();
 
