@@ -335,16 +335,16 @@ bool AnnotationWindowView::event(QEvent* event)
     else if (event->type() == QEvent::WindowDeactivate)
         activeChanged(false);
     else if (event->type() == QEvent::WindowStateChange)
-        minimizedChanged(isMinimized());
+        stateChanged(static_cast<const QWindowStateChangeEvent&>(*event).oldState());
     return handled;
 }
 
 // Who brings it back may not ask us, and the desktop is another by then.
-void AnnotationWindowView::minimizedChanged(bool isMinimized)
+void AnnotationWindowView::stateChanged(Qt::WindowStates before)
 {
-    if (isMinimized)
+    if (isMinimized() && !(before & Qt::WindowMinimized))
         forgetBackdrop();
-    logic.minimizedChanged(isMinimized);
+    logic.minimizedChanged(isMinimized());
 }
 
 void AnnotationWindowView::activeChanged(bool isActive)

@@ -72,7 +72,7 @@ private:
     void askForBlur();
     void applyAlpha(double);
     void activeChanged(bool isActive);
-    void minimizedChanged(bool isMinimized);
+    void stateChanged(Qt::WindowStates before);
     void followScreens();
     void followComposition();
 
