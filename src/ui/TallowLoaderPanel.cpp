@@ -13,7 +13,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-bool contains(const Rect& frame, Point point)
+bool isInside(Point point, const Rect& frame)
 {
     return frame.minX() <= point.x && point.x < frame.maxX() && frame.minY() <= point.y
         && point.y < frame.maxY();
@@ -24,7 +24,7 @@ std::optional<Rect> activeScreen(const Screens& screens)
     const auto frames = screens.frames();
     if (const auto pointer = screens.pointer()) {
         const auto under = std::ranges::find_if(
-            frames, [&](const Rect& frame) { return contains(frame, *pointer); });
+            frames, [&](const Rect& frame) { return isInside(*pointer, frame); });
         if (under != frames.end())
             return *under;
     }
