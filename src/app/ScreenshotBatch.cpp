@@ -161,11 +161,12 @@ void ScreenshotBatch::sayImages(const std::string& event) const
     platform.console.line(event + std::to_string(publishedURLs.size()) + " image(s)");
 }
 
+// What another program has just copied may not have been counted yet.
 void ScreenshotBatch::postQueuedPaste()
 {
     if (publishedURLs.empty())
         return; // undone meanwhile
-    if (!pasteboardIsOurs()) {
+    if (platform.pasteboard.readFiles() != publishedURLs) {
         platform.console.line(">>> Queued paste not fired — something else has been copied");
     } else if (platform.windowSystem.activeWindow() == pasteWindow) {
         sayImages(">>> Firing queued paste with ");

@@ -167,6 +167,18 @@ TEST_F(ScreenshotBatchPasteTest, FiresNothingOfWhatHasBeenCopiedElsewhereMeanwhi
     EXPECT_EQ(batch.urls().size(), 1u);
 }
 
+TEST_F(ScreenshotBatchPasteTest, FiresNothingOfWhatHasBeenCopiedElsewhereThisMoment)
+{
+    desktop.pasteboard.holdsPastes = true;
+    accept("Screenshot 1.png");
+    batch.handlePaste();
+    desktop.dispatch.runUntilIdle();
+    desktop.pasteboard.files = {"/etc/hostname"}; // nobody was told yet
+    desktop.pasteboard.endPatience();
+    EXPECT_THAT(pasted, IsEmpty());
+    EXPECT_EQ(batch.urls().size(), 1u);
+}
+
 TEST_F(ScreenshotBatchPasteTest, FiresNothingOfWhatIsUndoneMeanwhile)
 {
     desktop.pasteboard.holdsPastes = true;

@@ -242,6 +242,7 @@ void X11Pasteboard::handle(const X11Event& event)
         noteOtherOwner(event);
 }
 
+// The loss is told before the change of the owner is, and what ends with it asks for the count.
 void X11Pasteboard::noteLoss(const X11Event& event)
 {
     if (event.as<xcb_selection_clear_event_t>().selection != clipboard)
@@ -249,6 +250,7 @@ void X11Pasteboard::noteLoss(const X11Event& event)
     const Offer current = offer();
     if (!isBefore(event.sequence(), writtenBy)) {
         setOffer(nullptr);
+        ++changes;
         held.lose();
     } else if (current) { // we have become the owner again since then
         ClipboardOffer interrupted = *current;
