@@ -52,7 +52,9 @@ AppDelegate::AppDelegate(const Platform& platform, Views& views)
               pasteRest.expectPaste();
               screenshotBatch.handlePaste();
           })
-    , pasteRest(platform, toasts, [this] { pasteWatcher.firePaste(); })
+    , pasteRest(
+          platform, toasts, [this](const auto& files) { screenshotBatch.replaceClipboard(files); },
+          [this] { pasteWatcher.firePaste(); })
     , screenshotBatch(platform, toasts, editorSlot, [this] { firePaste(); })
     , ocrTrigger(platform, toasts, screenshotBatch)
     , editorOpener(platform, views, toasts, screenshotBatch, editorSlot)

@@ -216,6 +216,26 @@ TEST_F(AppDelegateTest, PastesTheRestForAProgramThatTakesOneFileUntilTheUserPres
     EXPECT_EQ(desktop.pasteboard.files, Paths{optimized / "Screenshot 3.png"});
 }
 
+TEST_F(AppDelegateTest, HoldsAPasteOfTheRestWhileAnEditOfItIsBeingWritten)
+{
+    launch();
+    for (const char* name : {"Screenshot 1.png", "Screenshot 2.png"})
+        screenshot(name);
+    desktop.windowSystem.active = 5;
+    desktop.windowSystem.classes[5] = "firefox-esr";
+    paste();
+    desktop.pasteboard.askForFiles();
+    desktop.dispatch.advance(300ms);
+    desktop.keyTap.press(keyCode::a, 0);
+    desktop.dispatch.advance(1s);
+    ASSERT_EQ(desktop.pasteboard.files, Paths{optimized / "Screenshot 2.png"});
+
+    app->editor().fill(strip);
+    strip.beingWritten.insert(optimized / "Screenshot 2.png");
+    paste();
+    EXPECT_THAT(desktop.pasteboard.files, IsEmpty());
+}
+
 TEST_F(AppDelegateTest, PastesTheRestAfterAPasteThatItFired)
 {
     launch();

@@ -23,6 +23,9 @@ constexpr auto pauseBetween = 300ms;
 // For the program to ask for what was pasted.
 constexpr auto programAsksWithin = 3s;
 
+// From one question of a paste to its next.
+constexpr auto programReads = 100ms;
+
 // From the key to the question that it provokes.
 constexpr auto pasteLasts = 5s;
 
@@ -34,9 +37,12 @@ bool takesOnlyTheFirst(const std::string& windowClass)
 
 } // namespace
 
-PasteRest::PasteRest(const Platform& platform, ToastGate& toasts, std::function<void()> firePaste)
+PasteRest::PasteRest(
+    const Platform& platform, ToastGate& toasts, std::function<void(const Paths&)> write,
+    std::function<void()> firePaste)
     : platform(platform)
     , toasts(toasts)
+    , write(std::move(write))
     , firePaste(std::move(firePaste))
 {
     platform.pasteboard.tellWhenFilesAreTaken(lifetime.guard([this] { filesTaken(); }));
@@ -51,10 +57,16 @@ void PasteRest::filesTaken()
 {
     if (!run) {
         beginIfNeeded();
-    } else if (std::exchange(run->awaitsProgram, false)) {
-        ++run->taken;
-        after(run->isEnding ? 0ms : pauseBetween, &PasteRest::pasteNext);
+        return;
     }
+    run->lastQuestion = platform.clock.monotonicNow();
+    const bool isNext = std::exchange(run->awaitsProgram, false);
+    if (isNext)
+        ++run->taken;
+    if (run->isEnding)
+        stopAfterQuestion();
+    else if (isNext)
+        after(pauseBetween, &PasteRest::pasteNext);
 }
 
 void PasteRest::beginIfNeeded()
@@ -72,6 +84,7 @@ void PasteRest::beginIfNeeded()
     run->all = std::move(files);
     run->window = window;
     run->content = platform.pasteboard.changeCount();
+    run->lastQuestion = platform.clock.monotonicNow();
     run->clicks =
         platform.keyTap.watchClicks([this, clicked = lifetime.guard([this] { interrupt(); })] {
             platform.dispatch.mainAsync(clicked);
@@ -82,12 +95,12 @@ void PasteRest::beginIfNeeded()
 
 void PasteRest::pasteNext()
 {
-    if (run->isEnding || !isUndisturbed()) {
+    if (!isUndisturbed()) {
         stop();
     } else if (run->taken == run->all.size()) {
         complete();
     } else {
-        platform.pasteboard.writeFiles(rest());
+        write(rest());
         run->content = platform.pasteboard.changeCount();
         run->awaitsProgram = true;
         after(programAsksWithin, &PasteRest::stop);
@@ -99,7 +112,7 @@ void PasteRest::complete()
 {
     const Paths all = std::move(run->all);
     end();
-    platform.pasteboard.writeFiles(all);
+    write(all);
     platform.console.line(">>> Pasted one by one: " + std::to_string(all.size()) + " image(s)");
 }
 
@@ -111,7 +124,17 @@ void PasteRest::interrupt()
     if (run->awaitsProgram)
         after(pauseBetween, &PasteRest::stop);
     else
+        stopAfterQuestion();
+}
+
+// A program that is still reading what was pasted would get something else.
+void PasteRest::stopAfterQuestion()
+{
+    const auto since = platform.clock.monotonicNow() - run->lastQuestion;
+    if (since >= programReads)
         stop();
+    else
+        after(std::chrono::ceil<std::chrono::milliseconds>(programReads - since), &PasteRest::stop);
 }
 
 void PasteRest::stop()
@@ -123,10 +146,11 @@ void PasteRest::stop()
         return;
     }
     end();
-    if (left.empty())
+    if (!isOurs) {
+        platform.console.line(">>> Pasting one by one has ended — the clipboard has changed");
         return;
-    if (isOurs)
-        platform.pasteboard.writeFiles(left);
+    }
+    write(left);
     platform.console.line(
         ">>> Pasting one by one has ended — " + std::to_string(left.size()) + " image(s) left");
     toasts.show(std::to_string(left.size()) + " Screenshot(s) left — paste again");

@@ -27,7 +27,12 @@ class ToastGate;
 // Thread: main queue.
 class PasteRest {
 public:
-    PasteRest(const Platform&, ToastGate&, std::function<void()> firePaste);
+    using Paths = std::vector<std::filesystem::path>;
+
+    // `write` puts these files on the pasteboard.
+    PasteRest(
+        const Platform&, ToastGate&, std::function<void(const Paths&)> write,
+        std::function<void()> firePaste);
 
     // Its pastes are ours and no key of the user's. Told whether it runs.
     std::function<void(bool)> onRunning;
@@ -41,13 +46,12 @@ public:
     bool running() const { return run.has_value(); }
 
 private:
-    using Paths = std::vector<std::filesystem::path>;
-
     struct Run {
         Paths all;
         std::size_t taken = 1;
         NativeWindow window = 0;
         std::int64_t content = 0; // the pasteboard's change count
+        MonotonicTime lastQuestion{};
         bool awaitsProgram = false;
         bool isEnding = false;
         Subscription clicks;
@@ -57,6 +61,7 @@ private:
     void beginIfNeeded();
     void pasteNext();
     void complete();
+    void stopAfterQuestion();
     void stop();
     void end();
     Paths rest() const;
@@ -65,6 +70,7 @@ private:
 
     const Platform platform;
     ToastGate& toasts;
+    const std::function<void(const Paths&)> write;
     const std::function<void()> firePaste;
     MonotonicTime expectedUntil{};
     std::optional<Run> run;

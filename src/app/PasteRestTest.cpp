@@ -38,6 +38,7 @@ protected:
         pasteRest.expectPaste();
         programAsks();
     }
+    void programReads() { desktop.dispatch.advance(100ms); }
     void nextStep() { desktop.dispatch.advance(300ms); }
 
     const Paths files{"/a.png", "/b.png", "/c.png"};
@@ -48,7 +49,10 @@ protected:
     Paths taken;
     int fired = 0;
     bool tellsOfKeys = false;
-    PasteRest pasteRest{desktop.platform(), toasts, [this] { ++fired; }};
+    PasteRest pasteRest{
+        desktop.platform(), toasts,
+        [this](const Paths& written) { desktop.pasteboard.writeFiles(written); },
+        [this] { ++fired; }};
 };
 
 TEST_F(PasteRestTest, PastesTheRestOneByOneAndLeavesAllOnThePasteboard)
@@ -128,6 +132,7 @@ TEST_F(PasteRestTest, PastesNothingWhereTheUserDoesNotWantIt)
 TEST_F(PasteRestTest, EndsWithAnyKeyAndLeavesTheRestOnThePasteboard)
 {
     userPastes();
+    programReads();
     pasteRest.interrupt();
     EXPECT_FALSE(pasteRest.running());
     EXPECT_THAT(desktop.pasteboard.files, ElementsAre("/b.png", "/c.png"));
@@ -147,6 +152,7 @@ TEST_F(PasteRestTest, EndsWithAClick)
     userPastes();
     nextStep();
     programAsks();
+    programReads();
     desktop.keyTap.click();
     desktop.dispatch.runMain();
     EXPECT_FALSE(pasteRest.running());
@@ -155,13 +161,28 @@ TEST_F(PasteRestTest, EndsWithAClick)
     EXPECT_EQ(fired, 1);
 }
 
+TEST_F(PasteRestTest, ChangesNothingWhileTheProgramStillReads)
+{
+    userPastes();
+    pasteRest.interrupt();
+    desktop.dispatch.advance(99ms);
+    EXPECT_EQ(desktop.pasteboard.files, files);
+    programAsks();
+    desktop.dispatch.advance(99ms);
+    EXPECT_EQ(desktop.pasteboard.files, files) << "it has asked for another form";
+    desktop.dispatch.advance(1ms);
+    EXPECT_THAT(desktop.pasteboard.files, ElementsAre("/b.png", "/c.png"));
+    EXPECT_FALSE(pasteRest.running());
+    EXPECT_EQ(fired, 0);
+}
+
 TEST_F(PasteRestTest, CountsThePasteThatIsOnItsWayWhenItEnds)
 {
     userPastes();
     nextStep();
     pasteRest.interrupt();
     programAsks();
-    desktop.dispatch.advance(1ms);
+    programReads();
     EXPECT_FALSE(pasteRest.running());
     EXPECT_THAT(desktop.pasteboard.files, ElementsAre("/c.png"));
     EXPECT_THAT(views.messages(), ElementsAre("1 Screenshot(s) left — paste again"));
@@ -188,7 +209,7 @@ TEST_F(PasteRestTest, BeginsAnewWithTheKeyThatEndsIt)
     pasteRest.interrupt();
     pasteRest.expectPaste();
     programAsks();
-    desktop.dispatch.advance(1ms);
+    programReads();
     programAsks();
     EXPECT_EQ(taken, files);
     EXPECT_FALSE(pasteRest.running()) << "that was the last one";
@@ -221,6 +242,7 @@ TEST_F(PasteRestTest, LeavesWhatIsOnThePasteboardMeanwhile)
     nextStep();
     EXPECT_EQ(desktop.pasteboard.text, "other text");
     EXPECT_EQ(fired, 1) << "it would paste what is no screenshot";
+    EXPECT_THAT(views.messages(), IsEmpty()) << "nothing is left there";
 }
 
 TEST_F(PasteRestTest, EndsWhereTheProgramAsksForNoMore)
@@ -240,6 +262,7 @@ TEST_F(PasteRestTest, SaysNothingOfAKeyAfterTheLastFile)
     programAsks();
     nextStep();
     programAsks();
+    programReads();
     pasteRest.interrupt();
     EXPECT_THAT(views.messages(), IsEmpty());
     EXPECT_EQ(desktop.pasteboard.files, files);

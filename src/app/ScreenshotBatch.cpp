@@ -266,6 +266,14 @@ void ScreenshotBatch::writeClipboard(const std::vector<fs::path>& urls)
     publish();
 }
 
+void ScreenshotBatch::replaceClipboard(const std::vector<fs::path>& urls)
+{
+    clipboardURLs = urls;
+    publishedURLs = presentable();
+    platform.pasteboard.writeFiles(publishedURLs);
+    lastClipboardWriteCount = platform.pasteboard.changeCount();
+}
+
 void ScreenshotBatch::publish()
 {
     publishedURLs = presentable();

@@ -53,6 +53,11 @@ public:
 
     void addToClipboard(const std::filesystem::path&);
     void writeClipboard(const std::vector<std::filesystem::path>&);
+
+    // As writeClipboard(), without a word and without a moment in which nothing is there: for
+    // parts of what has been pasted.
+    void replaceClipboard(const std::vector<std::filesystem::path>&);
+
     void resetBatch();
     void undoLastScreenshot();
     void clearAllScreenshots();

@@ -50,6 +50,30 @@ TEST_F(ScreenshotBatchEditTest, HoldsAPasteOfWhatTheEditorPutOnThePasteboard)
     EXPECT_THAT(pasted, ElementsAre(ElementsAre(copyOf("Old.png"))));
 }
 
+// Bug: a part of what had been pasted was taken for something of another program's.
+TEST_F(ScreenshotBatchEditTest, HoldsAPasteOfAPartOfWhatWasPasted)
+{
+    take("Screenshot 1.png");
+    take("Screenshot 2.png");
+    batch.handlePaste();
+    batch.replaceClipboard({copyOf("Screenshot 2.png")});
+    beginEdit("Screenshot 2.png");
+    batch.handlePaste();
+    EXPECT_THAT(desktop.pasteboard.files, IsEmpty());
+    endEdit("Screenshot 2.png");
+    EXPECT_THAT(pasted, ElementsAre(ElementsAre(copyOf("Screenshot 2.png"))));
+}
+
+TEST_F(ScreenshotBatchEditTest, PutsNothingBackWhoseEditCouldNotBeWritten)
+{
+    take("Screenshot 1.png");
+    take("Screenshot 2.png");
+    beginEdit("Screenshot 1.png");
+    endEdit("Screenshot 1.png", false);
+    batch.replaceClipboard({copyOf("Screenshot 1.png"), copyOf("Screenshot 2.png")});
+    EXPECT_EQ(desktop.pasteboard.files, Paths{copyOf("Screenshot 2.png")});
+}
+
 TEST_F(ScreenshotBatchEditTest, FiresAPasteWhenTheLastOfSeveralEditsIsWritten)
 {
     take("Screenshot 1.png");
