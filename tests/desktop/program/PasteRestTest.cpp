@@ -10,8 +10,9 @@
 
 #include <stdexcept>
 
+using namespace std::chrono_literals;
 using namespace tallowbay::test;
-using testing::ElementsAre;
+using testing::AnyOf;
 using testing::HasSubstr;
 
 namespace {
@@ -37,19 +38,49 @@ protected:
     {
         return "Clipboard updated: " + std::to_string(count) + " image(s)";
     }
+    static std::string left(std::size_t count)
+    {
+        return ">>> Pasting one by one has ended — " + std::to_string(count) + " image(s) left";
+    }
     void press(const std::string& keys) const { server.run({"xdotool", "key", keys}); }
 
-    // The first of what is there when Ctrl+V is pressed in the program.
-    std::string fileOfNextPaste() const
+    // Whether Ctrl+V is pressed in the program.
+    bool isPasteKeyPressed(std::chrono::milliseconds limit = 20s) const
     {
         constexpr std::uint8_t v = 55;
-        while (const auto event = program->nextOf(XCB_KEY_PRESS)) {
-            if (reinterpret_cast<xcb_key_press_event_t&>(*event).detail != v)
-                continue;
-            const auto list = program->paste("text/uri-list").value_or("nothing");
-            return list.substr(0, list.find('\r'));
+        while (const auto event = program->nextOf(XCB_KEY_PRESS, limit)) {
+            if (reinterpret_cast<xcb_key_press_event_t&>(*event).detail == v)
+                return true;
         }
-        return "no paste";
+        return false;
+    }
+
+    // The first of what is there.
+    std::string pastedFile() const
+    {
+        const auto list = program->paste("text/uri-list").value_or("nothing");
+        return list.substr(0, list.find('\r'));
+    }
+
+    std::string fileOfNextPaste() const { return isPasteKeyPressed() ? pastedFile() : "no paste"; }
+
+    // Answers each paste until the program says how it has ended; its words.
+    std::string answersUntilTheEnd() const
+    {
+        std::string end;
+        const auto hasEnded = [&] {
+            for (const std::string& line : tallowbay.lines()) {
+                if (line.starts_with(">>> Pasted one") || line.starts_with(">>> Pasting one"))
+                    end = line;
+            }
+            return !end.empty();
+        };
+        waitUntil([&] {
+            if (isPasteKeyPressed(10ms))
+                pastedFile();
+            return hasEnded();
+        });
+        return end;
     }
 
     XServer server;
@@ -76,16 +107,22 @@ TEST_F(PasteRestTest, AKeyOfTheUsersEndsIt)
 {
     press("ctrl+v");
     EXPECT_THAT(fileOfNextPaste(), HasSubstr("10.31.01.png"));
+    ASSERT_TRUE(isPasteKeyPressed());
     press("a");
-    EXPECT_TRUE(tallowbay.waitForLine(">>> Pasting one by one has ended — 2 image(s) left"));
-    const auto rest = program->paste("text/uri-list").value_or("");
-    EXPECT_EQ(splitLines(rest).size(), 2u) << rest;
+    pastedFile();
+    const std::string end = answersUntilTheEnd();
+    const auto rest = splitLines(program->paste("text/uri-list").value_or(""));
+    EXPECT_THAT(rest.size(), AnyOf(1u, 2u));
+    EXPECT_EQ(end, left(rest.size()));
 }
 
 TEST_F(PasteRestTest, AClickOfTheUsersEndsIt)
 {
     press("ctrl+v");
     EXPECT_THAT(fileOfNextPaste(), HasSubstr("10.31.01.png"));
-    server.run({"xdotool", "click", "1"});
-    EXPECT_TRUE(tallowbay.waitForLine(">>> Pasting one by one has ended — 2 image(s) left"));
+    ASSERT_TRUE(isPasteKeyPressed());
+    const std::string window = std::to_string(program->window());
+    server.run({"xdotool", "mousemove", "--window", window, "5", "5", "click", "1"});
+    pastedFile();
+    EXPECT_THAT(answersUntilTheEnd(), AnyOf(left(1), left(2)));
 }
