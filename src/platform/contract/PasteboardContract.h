@@ -240,12 +240,17 @@ TYPED_TEST_P(PasteboardContract, OfTwoPastesNoneIsHeld)
     this->pasteboard.holdPaste(std::chrono::hours(1));
     this->backend.askForFiles();
     this->backend.settle();
-    this->pasteboard.holdPaste(std::chrono::milliseconds(100));
+    this->pasteboard.holdPaste(std::chrono::hours(1));
     EXPECT_THAT(this->awaitFiles(), testing::IsEmpty());
     this->pasteboard.writeFiles(this->files);
     this->release();
     this->backend.askForFiles();
     EXPECT_THAT(this->awaitFiles(), testing::IsEmpty());
+    EXPECT_EQ(this->taken, std::nullopt);
+
+    this->pasteboard.holdPaste(std::chrono::milliseconds(100));
+    this->pasteboard.writeFiles(this->files);
+    this->release();
     this->backend.letTimePass();
     EXPECT_EQ(this->awaitEnd(), false);
     this->backend.askForFiles();
