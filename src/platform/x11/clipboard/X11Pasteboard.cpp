@@ -24,6 +24,11 @@ constexpr std::chrono::milliseconds longestHandOver = 1s;
 constexpr std::chrono::milliseconds managerBegins = 500ms;
 constexpr std::chrono::milliseconds managerGoesOn = 250ms;
 
+std::chrono::milliseconds timeTo(std::chrono::steady_clock::time_point end)
+{
+    return std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
+}
+
 } // namespace
 
 X11Pasteboard::X11Pasteboard(X11Session& session, Dispatch& dispatch)
@@ -155,6 +160,7 @@ std::int64_t X11Pasteboard::changeCount() const
 
 bool X11Pasteboard::handOver(std::chrono::milliseconds limit)
 {
+    const Deadline end = std::chrono::steady_clock::now() + std::min(limit, longestHandOver);
     held.drop();
     const Offer own = offer();
     const xcb_window_t manager =
@@ -162,9 +168,8 @@ bool X11Pasteboard::handOver(std::chrono::milliseconds limit)
     if (manager == XCB_NONE)
         return false;
     if (std::holds_alternative<std::monostate>(*own->content))
-        showEmptinessTo(manager, std::min(limit, longestHandOver));
-    return std::holds_alternative<std::string>(*own->content)
-        && askManagerToSave(*own, std::min(limit, longestHandOver));
+        showEmptinessTo(manager, end);
+    return std::holds_alternative<std::string>(*own->content) && askManagerToSave(*own, end);
 }
 
 // The program whose paste is held would ask for what it hears of, and be taken for pasting.
@@ -343,7 +348,7 @@ bool X11Pasteboard::sendWhole(
 // A manager that has not seen the emptiness brings back what was there before as soon as we are
 // gone. It reads one form after the other and does not say when it has done, so it is done when it
 // has fallen silent. Owning the clipboard anew makes it begin.
-void X11Pasteboard::showEmptinessTo(xcb_window_t manager, std::chrono::milliseconds limit)
+void X11Pasteboard::showEmptinessTo(xcb_window_t manager, Deadline end)
 {
     const X11Client reader = clientOf(manager);
     int questions = 0;
@@ -353,20 +358,17 @@ void X11Pasteboard::showEmptinessTo(xcb_window_t manager, std::chrono::milliseco
             ++questions;
     });
     own({});
-    const auto remaining = [end = std::chrono::steady_clock::now() + limit] {
-        return std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
-    };
     const auto asksWithin = [&](std::chrono::milliseconds time) {
         const int seen = questions;
         return session.handleUntil([&] { return questions > seen; }, time);
     };
-    bool reads = asksWithin(std::min(managerBegins, remaining()));
-    while (reads && remaining() > 0ms)
-        reads = asksWithin(std::min(managerGoesOn, remaining()));
+    bool reads = asksWithin(std::min(managerBegins, timeTo(end)));
+    while (reads && timeTo(end) > 0ms)
+        reads = asksWithin(std::min(managerGoesOn, timeTo(end)));
 }
 
 // The manager reads the content from us meanwhile, so requests are answered while we wait.
-bool X11Pasteboard::askManagerToSave(const ClipboardOffer& own, std::chrono::milliseconds limit)
+bool X11Pasteboard::askManagerToSave(const ClipboardOffer& own, Deadline end)
 {
     const xcb_atom_t saveTargets = session.atom("SAVE_TARGETS");
     const xcb_atom_t property = session.atom("TALLOWBAY_SAVE");
@@ -383,7 +385,7 @@ bool X11Pasteboard::askManagerToSave(const ClipboardOffer& own, std::chrono::mil
         session.connection(), session.window(), session.atom("CLIPBOARD_MANAGER"), saveTargets,
         property, own.writtenAt);
     xcb_flush(session.connection());
-    session.handleUntil([&] { return saved.has_value(); }, limit);
+    session.handleUntil([&] { return saved.has_value(); }, timeTo(end));
     return saved.value_or(false);
 }
 

@@ -43,6 +43,7 @@ public:
 
 private:
     using Offer = std::shared_ptr<const ClipboardOffer>;
+    using Deadline = std::chrono::steady_clock::time_point;
 
     void own(ClipboardContent);
     void announce(std::shared_ptr<const ClipboardContent>);
@@ -63,8 +64,8 @@ private:
     bool isForTransfer(const xcb_selection_request_event_t&, const ClipboardOffer&) const;
     void answerToolkit(const X11Client&, const X11Event&);
     bool sendWhole(xcb_window_t, xcb_atom_t property, xcb_atom_t type, const std::string&);
-    void showEmptinessTo(xcb_window_t manager, std::chrono::milliseconds limit);
-    bool askManagerToSave(const ClipboardOffer&, std::chrono::milliseconds limit);
+    void showEmptinessTo(xcb_window_t manager, Deadline);
+    bool askManagerToSave(const ClipboardOffer&, Deadline);
 
     X11Session& session;
     Dispatch& dispatch;
