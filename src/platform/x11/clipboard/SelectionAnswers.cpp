@@ -56,13 +56,14 @@ bool SelectionAnswers::answer(
     return given;
 }
 
-void SelectionAnswers::answerLate(
+bool SelectionAnswers::answerLate(
     const xcb_selection_request_event_t& request, std::optional<ClipboardForm> form)
 {
     const xcb_atom_t property = propertyOf(request);
     const bool given =
         form && send(request.requestor, property, session.atom(form->type), std::move(form->bytes));
     notify(session, request, given ? property : xcb_atom_t(XCB_ATOM_NONE));
+    return given;
 }
 
 bool SelectionAnswers::mayAsk(

@@ -31,8 +31,9 @@ public:
     // A request from before we became the owner was meant for another one.
     bool mayAsk(const xcb_selection_request_event_t&, const ClipboardOffer&) const;
 
-    // Answers a request that nobody has answered yet; without a form it is refused.
-    void answerLate(const xcb_selection_request_event_t&, std::optional<ClipboardForm>);
+    // Answers a request that nobody has answered yet; without a form it is refused. Whether it was
+    // given.
+    bool answerLate(const xcb_selection_request_event_t&, std::optional<ClipboardForm>);
 
     // What the content can be had as beside its forms, by answerLate(). Optional.
     std::function<std::vector<xcb_atom_t>(const ClipboardContent&)> lateForms;

@@ -67,7 +67,9 @@ void TransferAnswers::answerWaiting()
 // With what there is.
 void TransferAnswers::answerNow(const xcb_selection_request_event_t& request)
 {
-    answers.answerLate(request, key ? std::optional(ClipboardForm{form, *key}) : std::nullopt);
+    const auto given = key ? std::optional(ClipboardForm{form, *key}) : std::nullopt;
+    if (answers.answerLate(request, given) && onGiven)
+        onGiven(request);
 }
 
 void TransferAnswers::contentChanged()

@@ -23,6 +23,9 @@ public:
 
     TransferAnswers(SelectionAnswers&, Dispatch&, FileTransfer&);
 
+    // Told of each request that was given a key. Optional.
+    std::function<void(const xcb_selection_request_event_t&)> onGiven;
+
     // Whether the content can be had in this form now.
     bool offers(const ClipboardContent&) const;
 

@@ -77,6 +77,7 @@ void X11Pasteboard::answerOwnToolkit(std::uint32_t resourceBase, std::uint32_t r
 void X11Pasteboard::offerTransfers(FileTransfer& transfer)
 {
     fileTransfers.emplace(answers, dispatch, transfer);
+    fileTransfers->onGiven = [this](const auto& request) { tellIfTaken(request); };
     answers.lateForms = [this](const ClipboardContent& content) {
         return fileTransfers->offers(content)
             ? std::vector<xcb_atom_t>{session.atom(TransferAnswers::form)}
@@ -285,21 +286,21 @@ void X11Pasteboard::answer(const xcb_selection_request_event_t& request)
 bool X11Pasteboard::respond(
     const xcb_selection_request_event_t& request, const ClipboardOffer* current)
 {
-    const bool byPortal = current && isForTransfer(request, *current);
-    if (byPortal)
+    if (current && isForTransfer(request, *current)) {
         fileTransfers->answer(request, *current->content);
-    else if (!answers.answer(request, current))
+        return true;
+    }
+    if (!answers.answer(request, current))
         return false;
-    tellIfTaken(request, *current->content);
+    const ClipboardContent& content = *current->content;
+    if (std::holds_alternative<Files>(content) && answers.isForContent(request, content))
+        tellIfTaken(request);
     return true;
 }
 
-void X11Pasteboard::tellIfTaken(
-    const xcb_selection_request_event_t& request, const ClipboardContent& content) const
+void X11Pasteboard::tellIfTaken(const xcb_selection_request_event_t& request) const
 {
-    const bool areFiles =
-        std::holds_alternative<Files>(content) && answers.isForContent(request, content);
-    if (onTaken && areFiles && clientInFront().has(request.requestor))
+    if (onTaken && clientInFront().has(request.requestor))
         onTaken();
 }
 

@@ -59,7 +59,7 @@ private:
     void noteOtherOwner(const X11Event&);
     void answer(const xcb_selection_request_event_t&);
     bool respond(const xcb_selection_request_event_t&, const ClipboardOffer*);
-    void tellIfTaken(const xcb_selection_request_event_t&, const ClipboardContent&) const;
+    void tellIfTaken(const xcb_selection_request_event_t&) const;
     bool giveHeld(const xcb_selection_request_event_t&);
     bool isForTransfer(const xcb_selection_request_event_t&, const ClipboardOffer&) const;
     void answerToolkit(const X11Client&, const X11Event&);

@@ -83,6 +83,24 @@ TEST_F(X11PasteboardTransferTest, RefusesEachRequestInItsOwnTimeWhereNoReplyCome
     EXPECT_EQ(transfer.begun, 1);
 }
 
+TEST_F(X11PasteboardTransferTest, TellsThatTheFilesAreTakenWhenTheKeyIsGiven)
+{
+    int told = 0;
+    pasteboard.tellWhenFilesAreTaken([&] { ++told; });
+    client.takeFocus();
+    pasteboard.writeFiles({"/a"});
+    transfer.holding = true;
+    EXPECT_EQ(paste(form), std::nullopt);
+    EXPECT_EQ(told, 0) << "it came too late";
+    client.request(form);
+    client.sync();
+    desktop.settle();
+    EXPECT_EQ(told, 0);
+    transfer.answer();
+    EXPECT_TRUE(granted());
+    EXPECT_EQ(told, 1);
+}
+
 TEST_F(X11PasteboardTransferTest, EndsTheKeyWithItsContent)
 {
     pasteboard.writeFiles({"/a"});
