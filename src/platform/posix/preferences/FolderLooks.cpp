@@ -13,6 +13,12 @@ namespace tallowbay::posix {
 
 namespace fs = std::filesystem;
 
+namespace {
+
+constexpr int mostIdleRefreshes = 10;
+
+} // namespace
+
 // Its thread is nobody's to wait for: who waits for a folder that does not answer waits for long.
 class FolderLooks::Worker : public std::enable_shared_from_this<Worker> {
 public:
@@ -100,9 +106,10 @@ FolderLooks::~FolderLooks()
 void FolderLooks::refresh()
 {
     std::vector<fs::path> paths;
-    std::erase_if(entries, [](const auto& entry) { return !entry.second.asked; });
+    std::erase_if(
+        entries, [](const auto& entry) { return entry.second.idleRefreshes >= mostIdleRefreshes; });
     for (auto& [path, entry] : entries) {
-        entry.asked = false;
+        ++entry.idleRefreshes;
         paths.push_back(path);
     }
     lookAt(std::move(paths));
@@ -120,7 +127,7 @@ const std::optional<FolderLooks::Folder>& FolderLooks::at(const fs::path& path)
         lookAt({path});
     }
     Entry& entry = entries[path];
-    entry.asked = true;
+    entry.idleRefreshes = 0;
     return entry.folder;
 }
 

@@ -32,7 +32,8 @@ public:
     FolderLooks(const FolderLooks&) = delete;
     FolderLooks& operator=(const FolderLooks&) = delete;
 
-    // Looks anew at all that was asked for since the last time.
+    // Looks anew at all that was asked for lately: one caller may ask for other folders than
+    // another.
     void refresh();
 
     // As of the last refresh, or of now for what was not asked for then.
@@ -42,7 +43,7 @@ public:
 private:
     struct Entry {
         std::optional<Folder> folder;
-        bool asked = true; // since the last refresh
+        int idleRefreshes = 0; // since it was asked for
     };
     class Worker;
 

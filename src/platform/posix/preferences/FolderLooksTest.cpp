@@ -87,10 +87,27 @@ TEST_F(FolderLooksTest, SeeWhatHasChangedWithEachRefresh)
 TEST_F(FolderLooksTest, ForgetWhatNobodyAsksFor)
 {
     EXPECT_FALSE(looks.isThere(folder));
-    looks.refresh();
-    looks.refresh();
+    for (int i = 0; i < 20; ++i)
+        looks.refresh();
     fs::create_directory(folder);
     EXPECT_TRUE(looks.isThere(folder)) << "looked at as if for the first time";
+}
+
+// It was looked for once with each question: sixteen times a second for nothing.
+TEST_F(FolderLooksTest, KeepWhatOnlyOneOfTwoCallersAsksFor)
+{
+    fs::create_directory(folder);
+    for (int i = 0; i < 20; ++i) {
+        looks.refresh();
+        EXPECT_FALSE(looks.isThere(temporary.path / "none"));
+        looks.refresh();
+        EXPECT_EQ(looks.isThere(folder), i == 0);
+        fs::remove(folder);
+        looks.refresh();
+        fs::create_directory(folder); // after the look
+        EXPECT_FALSE(looks.isThere(folder)) << "one picture until the next";
+        fs::remove(folder);
+    }
 }
 
 // The whole program stood still twice a second, for as long as the network did not answer.
